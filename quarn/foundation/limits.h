@@ -1,0 +1,27 @@
+// The library's limits, all in one place. Sizes are in bytes.
+#ifndef QUARN_FOUNDATION_LIMITS_H
+#define QUARN_FOUNDATION_LIMITS_H
+
+// The parser's message store: a message above this size is delivered in packets.
+constexpr unsigned SML_MESSAGE_STORE = 6000;
+
+// The most of a long octet string that is delivered at once; longer values arrive in chunks of this
+// size, one packet each.
+constexpr unsigned SML_VALUE_CHUNK = 1200;
+
+// The longest message, packets and all, that the parser goes along with. A message that grows
+// beyond it is refused like any other that cannot be decoded, so that no input makes a record grow
+// without bound.
+constexpr unsigned SML_MAX_MESSAGE = 16U * 1024 * 1024;
+
+constexpr unsigned SML_MAX_TRANSACTION_ID = 64;
+constexpr unsigned SML_MAX_CLIENT_ID = 32;
+constexpr unsigned SML_MAX_REQ_FILE_ID = 64;
+constexpr unsigned SML_MAX_SERVER_ID = 32;
+constexpr unsigned SML_MAX_OBJ_NAME = 256;
+constexpr unsigned SML_MAX_SIGNATURE = 256;
+
+// Levels of a parameter tree that the parser follows: nodes on levels 0 to 11.
+constexpr unsigned MAX_TREE_LEVEL = 12;
+
+#endif

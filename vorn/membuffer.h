@@ -1,0 +1,93 @@
+// The byte store inside a record parameter: up to 20 bytes in place, more in a shared block.
+//
+// A value type: copies are independent of each other, and copying costs at most one reference
+// count, since the bytes of a shared block never change. Different copies may be used by different
+// threads.
+#ifndef VORN_MEMBUFFER_H
+#define VORN_MEMBUFFER_H
+
+#include "vorn/export.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace vorn
+{
+
+class VORN_API cMemBuffer final
+{
+public:
+    static constexpr std::size_t kInPlace = 20;
+
+    cMemBuffer() noexcept = default;
+    // Copies size bytes; above 20 bytes this may throw std::bad_alloc. REQUIRES: size fits 32 bits.
+    cMemBuffer(const void* data, std::size_t size) : uiSize(static_cast<std::uint32_t>(size))
+    {
+        if (size > kInPlace)
+            MakeShared(data);
+        else if (size != 0)
+            std::memcpy(acStore, data, size);
+    }
+    cMemBuffer(const cMemBuffer& other) noexcept : uiSize(other.uiSize)
+    {
+        std::memcpy(acStore, other.acStore, kInPlace);
+        if (IsShared())
+            AddRef();
+    }
+    cMemBuffer(cMemBuffer&& other) noexcept : uiSize(other.uiSize)
+    {
+        std::memcpy(acStore, other.acStore, kInPlace);
+        other.uiSize = 0;
+    }
+    cMemBuffer& operator=(const cMemBuffer& other) noexcept
+    {
+        cMemBuffer copy(other);
+        Swap(copy);
+        return *this;
+    }
+    cMemBuffer& operator=(cMemBuffer&& other) noexcept
+    {
+        Swap(other);
+        return *this;
+    }
+    ~cMemBuffer()
+    {
+        if (IsShared())
+            Release();
+    }
+
+    // The bytes, valid while this buffer lives and is not assigned to. Never null.
+    const char* GetData() const noexcept { return IsShared() ? SharedData() : acStore; }
+    std::size_t GetSize() const noexcept { return uiSize; }
+
+    friend bool operator==(const cMemBuffer& a, const cMemBuffer& b) noexcept
+    {
+        return a.uiSize == b.uiSize && std::memcmp(a.GetData(), b.GetData(), a.uiSize) == 0;
+    }
+
+private:
+    bool IsShared() const noexcept { return uiSize > kInPlace; }
+
+    void Swap(cMemBuffer& other) noexcept
+    {
+        alignas(8) char store[kInPlace];
+        std::memcpy(store, acStore, kInPlace);
+        std::memcpy(acStore, other.acStore, kInPlace);
+        std::memcpy(other.acStore, store, kInPlace);
+        const std::uint32_t size = uiSize;
+        uiSize = other.uiSize;
+        other.uiSize = size;
+    }
+    void MakeShared(const void* data);
+    const char* SharedData() const noexcept;
+    void AddRef() const noexcept;
+    void Release() noexcept;
+
+    alignas(8) char acStore[kInPlace]; // the bytes, or the address of the shared block
+    std::uint32_t uiSize = 0;
+};
+
+} // namespace vorn
+
+#endif

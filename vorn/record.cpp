@@ -1,0 +1,461 @@
+// The nodes behind records: one allocation each, a header and the parameters behind it. A node with
+// more than one reference is never written to.
+#include "vorn/record.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <utility>
+#include <vector>
+
+namespace vorn
+{
+
+static_assert(sizeof(cRecordPar) <= 64, "a parameter fits one cache line");
+
+namespace detail
+{
+
+struct Node {
+    std::atomic<std::uint32_t> uiRefs{1};
+    std::uint32_t uiCount = 0;
+    std::uint32_t uiCapacity;
+    Node* pNextDead = nullptr; // links the nodes that Release still has to destroy
+
+    explicit Node(std::size_t capacity) : uiCapacity(static_cast<std::uint32_t>(capacity)) {}
+
+    cRecordPar* Pars() noexcept { return std::launder(reinterpret_cast<cRecordPar*>(this + 1)); }
+    bool IsShared() const noexcept { return uiRefs.load(std::memory_order_acquire) != 1; }
+    void AddRef() noexcept { uiRefs.fetch_add(1, std::memory_order_relaxed); }
+    bool DropRef() noexcept { return uiRefs.fetch_sub(1, std::memory_order_acq_rel) == 1; }
+
+    static Node* New(std::size_t capacity)
+    {
+        if (capacity > std::numeric_limits<std::uint32_t>::max() / sizeof(cRecordPar))
+            throw std::bad_alloc();
+        return new (::operator new(sizeof(Node) + capacity * sizeof(cRecordPar))) Node(capacity);
+    }
+    static void Free(Node* node) noexcept
+    {
+        node->~Node();
+        ::operator delete(node);
+    }
+    static void Release(Node* node) noexcept;
+
+    // Destroys the parameters. Nested nodes that die with them are put before dead, not recursed
+    // into.
+    Node* Clear(Node* dead) noexcept;
+};
+
+static_assert(sizeof(Node) % alignof(cRecordPar) == 0, "parameters follow the header directly");
+
+Node* Node::Clear(Node* dead) noexcept
+{
+    for (cRecordPar* par = Pars(); uiCount > 0; --uiCount, ++par) {
+        if (Node* const nested = par->Nested()) {
+            par->ucType = TYPE_NONE; // its reference is taken over here
+            if (nested->DropRef()) {
+                nested->pNextDead = dead;
+                dead = nested;
+            }
+        }
+        par->~cRecordPar();
+    }
+    return dead;
+}
+
+void Node::Release(Node* node) noexcept
+{
+    if (node == nullptr || !node->DropRef())
+        return;
+    node->pNextDead = nullptr;
+    while (node != nullptr) {
+        Node* const next = node->Clear(node->pNextDead);
+        Free(node);
+        node = next;
+    }
+}
+
+} // namespace detail
+
+using detail::Node;
+
+namespace
+{
+
+constexpr std::size_t kFirstCapacity = 4;
+
+template <typename T>
+cMemBuffer ScalarBytes(T value)
+{
+    const auto bits = static_cast<std::uint64_t>(value); // signed values are sign-extended
+    return {&bits, sizeof bits};
+}
+
+} // namespace
+
+cObject::~cObject() = default;
+
+// ---- cRecordPar
+
+cRecordPar::cRecordPar(const char* name, std::size_t nameSize, eTYPE type, cMemBuffer value)
+    : buf(std::move(value)), ucNameSize(static_cast<std::uint8_t>(nameSize)),
+      ucType(static_cast<std::uint8_t>(type))
+{
+    if (nameSize <= kNameInPlace) {
+        std::memcpy(acName, name, nameSize);
+        return;
+    }
+    char text[kMaxName + 1];
+    std::memcpy(text, name, nameSize);
+    text[nameSize] = '\0';
+    new (acName) cMemBuffer(text, nameSize + 1);
+}
+
+cRecordPar::cRecordPar(const cRecordPar& other) noexcept : cObject(other) { CopyFrom(other); }
+
+cRecordPar::cRecordPar(cRecordPar&& other) noexcept { TakeFrom(other); }
+
+cRecordPar& cRecordPar::operator=(const cRecordPar& other) noexcept
+{
+    if (this != &other) {
+        cRecordPar copy(other); // first, since other may live in what this handle keeps alive
+        DropRefs();
+        TakeFrom(copy);
+    }
+    return *this;
+}
+
+cRecordPar& cRecordPar::operator=(cRecordPar&& other) noexcept
+{
+    if (this != &other) {
+        cRecordPar taken(std::move(other));
+        DropRefs();
+        TakeFrom(taken);
+    }
+    return *this;
+}
+
+cRecordPar::~cRecordPar() { DropRefs(); }
+
+void cRecordPar::CopyFrom(const cRecordPar& other) noexcept
+{
+    buf = other.buf;
+    ucNameSize = other.ucNameSize;
+    ucType = other.ucType;
+    uiPosition = other.uiPosition;
+    if (HasLongName())
+        new (acName) cMemBuffer(other.LongName());
+    else
+        std::memcpy(acName, other.acName, sizeof acName);
+    if (Node* const nested = Nested())
+        nested->AddRef();
+}
+
+void cRecordPar::TakeFrom(cRecordPar& other) noexcept
+{
+    buf = std::move(other.buf);
+    std::memcpy(acName, other.acName, sizeof acName); // a long name's reference moves along
+    ucNameSize = std::exchange(other.ucNameSize, std::uint8_t{0});
+    ucType = std::exchange(other.ucType, std::uint8_t{TYPE_NONE});
+    uiPosition = other.uiPosition;
+    other.acName[0] = '\0';
+}
+
+void cRecordPar::DropRefs() noexcept
+{
+    if (HasLongName())
+        reinterpret_cast<cMemBuffer*>(acName)->~cMemBuffer();
+    Node::Release(Nested());
+    ucNameSize = 0;
+    ucType = TYPE_NONE;
+}
+
+std::uint64_t cRecordPar::Scalar() const noexcept
+{
+    std::uint64_t bits = 0;
+    if (ucType != TYPE_NONE && ucType != TYPE_DATA && ucType != TYPE_RECORD)
+        std::memcpy(&bits, buf.GetData(), sizeof bits);
+    return bits;
+}
+
+Node* cRecordPar::Nested() const noexcept
+{
+    Node* node = nullptr;
+    if (ucType == TYPE_RECORD)
+        std::memcpy(&node, buf.GetData(), sizeof node);
+    return node;
+}
+
+const cMemBuffer& cRecordPar::LongName() const noexcept
+{
+    return *std::launder(reinterpret_cast<const cMemBuffer*>(acName));
+}
+
+bool cRecordPar::HasName(const char* name, std::size_t size) const noexcept
+{
+    return size == ucNameSize && std::memcmp(GetName(), name, size) == 0;
+}
+
+bool cRecordPar::GetRecord(cRecord& out) const noexcept
+{
+    if (ucType != TYPE_RECORD)
+        return false;
+    Node* const nested = Nested();
+    if (nested != nullptr)
+        nested->AddRef();
+    Node::Release(std::exchange(out.pNode, nested));
+    return true;
+}
+
+// ---- cRecord
+
+namespace
+{
+
+// Names are compared as they are stored: cut off at kMaxName bytes.
+std::size_t NameSize(const char* name) { return ::strnlen(name, cRecordPar::kMaxName); }
+
+} // namespace
+
+cRecord::cRecord(const cRecord& other) noexcept : pNode(other.pNode)
+{
+    if (pNode != nullptr)
+        pNode->AddRef();
+}
+
+cRecord::cRecord(cRecord&& other) noexcept : pNode(std::exchange(other.pNode, nullptr)) {}
+
+cRecord& cRecord::operator=(const cRecord& other) noexcept
+{
+    cRecord copy(other); // first, since other may live in the tree that is dropped here
+    std::swap(pNode, copy.pNode);
+    return *this;
+}
+
+cRecord& cRecord::operator=(cRecord&& other) noexcept
+{
+    cRecord taken(std::move(other));
+    std::swap(pNode, taken.pNode);
+    return *this;
+}
+
+cRecord::~cRecord() { Node::Release(pNode); }
+
+void cRecord::Create() noexcept
+{
+    if (pNode == nullptr)
+        return;
+    uiCapacityHint = pNode->uiCount;
+    Node::Release(std::exchange(pNode, nullptr));
+}
+
+void cRecord::MakeRoom(std::size_t capacity)
+{
+    if (pNode != nullptr && pNode->uiCapacity >= capacity && !pNode->IsShared())
+        return;
+    const std::size_t count = pNode != nullptr ? pNode->uiCount : 0;
+    if (count == 0)
+        capacity = std::max<std::size_t>({capacity, kFirstCapacity, uiCapacityHint});
+    else if (capacity > count)
+        capacity = std::max(capacity, 2 * count);
+    Node* const node = Node::New(capacity);
+    if (pNode != nullptr) {
+        cRecordPar* const from = pNode->Pars();
+        cRecordPar* const to = node->Pars();
+        const bool move = !pNode->IsShared();
+        for (std::size_t i = 0; i < count; ++i) {
+            if (move)
+                new (to + i) cRecordPar(std::move(from[i]));
+            else
+                new (to + i) cRecordPar(from[i]);
+        }
+        node->uiCount = pNode->uiCount;
+        Node::Release(pNode);
+    }
+    pNode = node;
+}
+
+void cRecord::Append(const char* name, eTYPE type, cMemBuffer value)
+{
+    if (name == nullptr)
+        name = "";
+    const std::size_t count = pNode != nullptr ? pNode->uiCount : 0;
+    MakeRoom(count + 1);
+    new (pNode->Pars() + count) cRecordPar(name, NameSize(name), type, std::move(value));
+    ++pNode->uiCount;
+}
+
+void cRecord::AppendUIntPar(const char* name, unsigned int v, int)
+{
+    Append(name, TYPE_UINT, ScalarBytes(v));
+}
+
+void cRecord::AppendSIntPar(const char* name, int v, int)
+{
+    Append(name, TYPE_SINT, ScalarBytes(v));
+}
+
+void cRecord::AppendUInt64Par(const char* name, unsigned long long v, int)
+{
+    Append(name, TYPE_UINT64, ScalarBytes(v));
+}
+
+void cRecord::AppendSInt64Par(const char* name, long long v, int)
+{
+    Append(name, TYPE_SINT64, ScalarBytes(v));
+}
+
+void cRecord::AppendBoolPar(const char* name, bool v, int)
+{
+    Append(name, TYPE_BOOL, ScalarBytes(v ? 1U : 0U));
+}
+
+void cRecord::AppendDataPar(const char* name, const void* p, int size, int)
+{
+    const bool any = p != nullptr && size > 0;
+    Append(name, TYPE_DATA, any ? cMemBuffer(p, static_cast<std::size_t>(size)) : cMemBuffer());
+}
+
+void cRecord::AppendRecordPar(const char* name, const cRecord& r, int)
+{
+    const cRecord copy(r); // r may be this record, or die when this record's node is copied
+    Append(name, TYPE_RECORD, cMemBuffer(&copy.pNode, sizeof copy.pNode));
+    if (copy.pNode != nullptr)
+        copy.pNode->AddRef();
+}
+
+void cRecord::Replace(std::size_t index, const cRecord& r)
+{
+    const cRecord copy(r);
+    MakeRoom(pNode->uiCount);
+    cRecordPar& par = pNode->Pars()[index];
+    Node::Release(par.Nested());
+    par.buf = cMemBuffer(&copy.pNode, sizeof copy.pNode);
+    if (copy.pNode != nullptr)
+        copy.pNode->AddRef();
+}
+
+const cRecordPar* cRecord::Find(const char* name, std::size_t from) const noexcept
+{
+    const std::size_t size = name != nullptr ? NameSize(name) : 0;
+    for (const cRecordPar* par = begin() + from; par < end(); ++par) {
+        if (name == nullptr || par->HasName(name, size))
+            return par;
+    }
+    return nullptr;
+}
+
+void cRecord::DeletePar(const char* name, int, int)
+{
+    const cRecordPar* const found = Find(name, 0);
+    if (found == nullptr)
+        return;
+    const auto index = found - begin();
+    MakeRoom(pNode->uiCount);
+    cRecordPar* const last = pNode->Pars() + pNode->uiCount - 1;
+    std::move(pNode->Pars() + index + 1, last + 1, pNode->Pars() + index);
+    last->~cRecordPar();
+    --pNode->uiCount;
+}
+
+cRecordPar cRecord::GetFirstPar(const char* name, int, int) const
+{
+    cRecordPar par;
+    if (const cRecordPar* const found = Find(name, 0)) {
+        par.CopyFrom(*found);
+        par.uiPosition = static_cast<std::uint32_t>(found - begin());
+    }
+    return par;
+}
+
+cRecordPar cRecord::GetFirstParByPath(const char* path, const char* separator, int, int) const
+{
+    const std::size_t sepSize = separator != nullptr ? std::strlen(separator) : 0;
+    cRecord level(*this);
+    for (;;) {
+        const char* const next = sepSize != 0 && path ? std::strstr(path, separator) : nullptr;
+        if (next == nullptr)
+            return level.GetFirstPar(path, 0, 0);
+        const std::string name(path, static_cast<std::size_t>(next - path));
+        const cRecordPar* const nested = level.Find(name.c_str(), 0);
+        cRecord deeper;
+        if (nested == nullptr || !nested->GetRecord(deeper))
+            return {};
+        level = std::move(deeper);
+        path = next + sepSize;
+    }
+}
+
+int cRecord::GetParCount(const char* name, int, int) const noexcept
+{
+    if (name == nullptr)
+        return static_cast<int>(end() - begin());
+    const std::size_t size = NameSize(name);
+    return static_cast<int>(std::count_if(
+        begin(), end(), [=](const cRecordPar& par) { return par.HasName(name, size); }));
+}
+
+bool cRecord::SeekNextPar(cRecordPar& par, const char* name, int, int) const
+{
+    const cRecordPar* found = nullptr;
+    if (par.IsValid() && par.uiPosition < end() - begin())
+        found = Find(name, std::size_t{par.uiPosition} + 1);
+    if (found == nullptr) {
+        par = cRecordPar();
+        return false;
+    }
+    par = *found;
+    par.uiPosition = static_cast<std::uint32_t>(found - begin());
+    return true;
+}
+
+const cRecordPar* cRecord::begin() const noexcept
+{
+    return pNode != nullptr ? pNode->Pars() : nullptr;
+}
+
+const cRecordPar* cRecord::end() const noexcept
+{
+    return pNode != nullptr ? pNode->Pars() + pNode->uiCount : nullptr;
+}
+
+bool cRecordPar::SameLeaf(const cRecordPar& other) const noexcept
+{
+    return ucType == other.ucType && HasName(other.GetName(), other.ucNameSize) &&
+           (ucType == TYPE_RECORD || buf == other.buf);
+}
+
+bool cRecordPar::Equals(const cRecordPar& other) const
+{
+    cRecord mine;
+    cRecord theirs;
+    if (GetRecord(mine))
+        other.GetRecord(theirs);
+    return SameLeaf(other) && mine == theirs;
+}
+
+bool cRecord::Equals(const cRecord& other) const
+{
+    std::vector<std::pair<cRecord, cRecord>> pending{{*this, other}}; // instead of a recursion
+    while (!pending.empty()) {
+        const auto [a, b] = std::move(pending.back());
+        pending.pop_back();
+        if (a.pNode == b.pNode)
+            continue;
+        if (a.end() - a.begin() != b.end() - b.begin())
+            return false;
+        for (const cRecordPar *p = a.begin(), *q = b.begin(); p != a.end(); ++p, ++q) {
+            if (!p->SameLeaf(*q))
+                return false;
+            std::pair<cRecord, cRecord> nested;
+            if (p->GetRecord(nested.first) && q->GetRecord(nested.second))
+                pending.push_back(std::move(nested));
+        }
+    }
+    return true;
+}
+
+} // namespace vorn
