@@ -9,5 +9,6 @@
 #include "quarn/foundation/limits.h"
 #include "quarn/foundation/messages.h"
 #include "quarn/foundation/units.h"
+#include "quarn/parser/parser.h"
 
 #endif

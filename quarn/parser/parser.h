@@ -1,0 +1,311 @@
+// cSMLP, the SML parser.
+//
+// One instance parses one stream of SML files; a file runs from an open request or response to a
+// close request or response. The host feeds raw SML bytes in pieces of any size, as they arrive;
+// the parser consumes every byte, keeps its place across calls, and hands back one finished record
+// per message. What records it yields does not depend on how the input is cut into pieces.
+//
+//   cSMLP parser(1);
+//   std::map<int, vorn::cRecord> records;
+//   int count = 0;
+//   vorn::cRecord piece;
+//   piece.AppendUIntPar("SmltFlags", BUF_FLAG_FIRST | BUF_FLAG_LAST, 0);
+//   piece.AppendDataPar("SmlRawData", bytes, size, 0);
+//   int result = parser.SmlParser(piece, records, count);
+//
+// Input record: "SmltFlags" (unsigned: BUF_FLAG_FIRST on the piece that starts a file,
+// BUF_FLAG_LAST on the piece that ends it) and "SmlRawData" (data, may be of no bytes). This is
+// what cSMLTdec::Decode appends to its output record.
+//
+// Output: for each message a record, stored in the caller's map at key count, which is then counted
+// up. Its parameters, in order: "SmlMsgHeader" (record), the body under the message's label
+// (record), "SmlCrc" (unsigned), "SmlStatus" (record: "Error", "Type", "Cast", "MsgNoInFile"),
+// "SmltFlags" (unsigned: BUF_FLAG_SML, plus FIRST for the open and LAST for the close message) and
+// "SmlMsgRawData" (data: the message's bytes). A message with an identifier that the parser does
+// not know has only "SmlMsgHeader". Bodies hold the fields that were present; names of six octets
+// (object names, parameter names, path entries) are 64-bit numbers with the first octet in bits 47
+// to 40. A name shorter than six octets fills the number from its first octet on, with 0 for what
+// is missing; an object name longer than 256 bytes is refused. An integer or boolean of no bytes
+// appends nothing. A codepage other than "ISO 8859-15" is refused, also one that is shorter than
+// its 11 bytes.
+//
+// Packets: a message longer than SML_MESSAGE_STORE bytes, or with a value longer than
+// SML_VALUE_CHUNK, is delivered as several records, each with the full header, "SmlMsgRawData"
+// holding that packet's bytes, and "SmlCrc" the running CRC register; the last of them carries the
+// received CRC. Joined in order, the raw bytes are the message. In a set-process-parameter request
+// and a get-process-parameter response each packet made by a long value carries the tree so far as
+// "parTree", with "extFlag" true, the value's total length "extLen" and that packet's piece as
+// "value", beside "extMsgPart", the packet's number; the last piece has "extFlag" false. A message
+// longer than SML_MAX_MESSAGE is refused.
+//
+// When input is bad, "Error" in "SmlStatus" (enum eSML_STATUS) names the attention response that
+// the host should send; a trace line of LibSmlp at level 2 says what was wrong. An error ends the
+// file: the next input must begin one, flagged BUF_FLAG_FIRST. A message that arrives with a wrong
+// CRC is still delivered, with "Error" set; an open message with a wrong CRC ends the file without
+// a record.
+//
+// Time: the library has no timer. A host that sees no byte for longer than its inter-character
+// timeout calls TimeoutEvent and then SmlParser with an empty piece: an unfinished message is
+// dropped (a close message that lacks only its last byte is accepted, with an "Error"). To give up
+// a whole file, it passes a further empty piece flagged BUF_FLAG_LAST.
+//
+// Threads: an instance serves one thread at a time, TimeoutEvent included. Instances share nothing
+// but the trace unit LibSmlp. Memory: the instance itself has a fixed size; the records grow with
+// the message they describe. No exception leaves the class.
+#ifndef QUARN_PARSER_PARSER_H
+#define QUARN_PARSER_PARSER_H
+
+#include "quarn/foundation/export.h"
+#include "quarn/foundation/framework.h"
+#include "quarn/foundation/limits.h"
+#include "quarn/parser/codes.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+
+class QUARN_API cSMLP
+{
+public:
+    // Id is the number that ends every trace line of this instance.
+    explicit cSMLP(int Id) noexcept;
+    ~cSMLP();
+    cSMLP(const cSMLP&) = delete;
+    cSMLP& operator=(const cSMLP&) = delete;
+
+    // Consumes the raw bytes in in and appends finished records to out. The result is one of
+    // eSMLP_RESULT.
+    int SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& count) noexcept;
+
+    // Notes that the inter-character timeout has expired; the next call of SmlParser without input
+    // acts on it.
+    void TimeoutEvent() noexcept;
+
+    // Kinds of server ids. Broadcast: of no bytes, or 6 or 7 bytes all 0xFF. Unicast: the fixed own
+    // id 05 00 00 00 00 00 00, or its last six bytes. Multicast: 01 00 5E and a byte below 0x80 at
+    // the start of 6 bytes, or behind the first of 7.
+    static bool IsMucBroadcast(const char* id, unsigned int len) noexcept;
+    static bool IsMucUnicast(const char* id, unsigned int len) noexcept;
+    static bool IsMucMulticast(const char* id, unsigned int len) noexcept;
+
+    // Reverse the order of n bytes, in place or into dst, which must not overlap src.
+    static void Reverse_OctetString(char* s, int n) noexcept;
+    static void ReverseCopy_OctetString(const char* src, int n, char* dst) noexcept;
+
+private:
+    // ---- The engine: structures are tables of fields, walked with an explicit stack of frames
+
+    struct Refusal;
+    struct Field;
+    struct Layout;
+    struct Tables;
+
+    struct Frame {
+        const Layout* pLayout = nullptr;
+        std::uint32_t uiIndex = 0;        // state: 0 the list's TL field, n the n-th element
+        std::uint32_t uiCount = 0;        // elements
+        bool bOptional = false;           // the structure may be absent
+        bool bDelivered = false;          // of a tree: what it held has gone out with a packet
+        const char* pcWrap = nullptr;     // label of the record put around the finished one
+        vorn::cRecord* pTarget = nullptr; // where the fields go: rec or another frame's record
+        vorn::cRecord rec;
+    };
+
+    int Walk();
+    int OpenSequence(Frame& frame);
+    void Enter(const Layout& layout, bool optional, vorn::cRecord* target = nullptr);
+    void EnterOpened(const Layout& layout, const char* wrap);
+    void Leave();
+    const Field& CurrentField(const Frame& frame) const noexcept;
+    vorn::cRecord& Target() noexcept { return *aFrames[uiDepth].pTarget; }
+    void Failed(int rc);
+    template <typename... Args>
+    int Refuse(const Refusal& refusal, Args... args) const noexcept;
+    template <typename... Args>
+    void Say(vorn::eLEVEL level, const char* text, Args... args) const noexcept;
+
+    // ---- TL decoder and primitives
+
+    int Decode_TLField();
+    int Decode_LongTLField();
+    int Parse_IntegerTypes(unsigned int len);
+    int Parse_OctetString(unsigned int len, unsigned int max, bool keep);
+    int Parse_EndOfSmlMsg();
+    void CleanUp_Cache() noexcept;
+
+    // ---- Readers of fields
+
+    int ReadOctets(const Field& field);
+    int ReadNumber(const Field& field);
+    int ReadStructure(const Field& field);
+    int ReadValue(const Field& field);
+    int ReadTimeValue(const Field& field);
+    int ReadUntypedStatus(const Field& field);
+    int ReadTreeValue(const Field& field);
+    int ReadLongTreeValue(const Field& field);
+    int ReadChildList(const Field& field);
+    int ReadWithRawdata(const Field& field);
+    int ReadBody(const Field& field);
+    int ReadCrc(const Field& field);
+    int ReadEnd(const Field& field);
+
+    int Parse_SML_Value(bool keep);
+    bool AppendValue(vorn::cRecord& rec, const char* label);
+    std::int64_t SignedInteger() const noexcept;
+    std::uint64_t NameNumber() const noexcept;
+    bool IsPresent() const noexcept { return uiTLF_Type != quarn::detail::TLF_ABSENT; }
+
+    // ---- What is checked or done once a field has been read
+
+    int CheckTimeChoice();
+    int CheckListTypeChoice();
+    int CheckProcParChoice();
+    int CheckObjReqEntry();
+    int CheckAttribute();
+    int CheckSmlVersion();
+    int CheckAbortOnError();
+    int CheckMsgIdentifier();
+    int KeepTransactionId();
+    int KeepGroupNo();
+    int KeepCodepage();
+    int KeepClientId();
+    int KeepReqFileId();
+    int KeepServerId();
+    int KeepOpenReqServerId();
+    int KeepOpenResServerId();
+    int CompareServerId();
+    int KeepPeriodStatus();
+    int KeepProcParValue();
+    int KeepChild();
+    int KeepChildList();
+    int KeepPacketTree();
+    void KeepOpenMessage() noexcept;
+    void FailedProcPar(int rc);
+    void FailedTreeValue(int rc);
+    void FailedPeriodStatus(int rc);
+
+    // ---- Trees delivered in packets
+
+    vorn::cRecord LinkedTree(const vorn::cRecord& procParVal) const;
+    void CleanUp_TreeRecords() noexcept;
+    bool AppendPacketTree(vorn::cRecord& body);
+
+    // ---- Envelope, validation, records
+
+    unsigned int ParseSmlMsg();
+    unsigned int SmlMsg_Validate();
+    int Build_MsgRecord(const vorn::cRecord& body);
+
+    // ---- Driver
+
+    int Drive(std::map<int, vorn::cRecord>& out, int& count);
+    int StepIdle();
+    int StepWait(std::map<int, vorn::cRecord>& out, int& count);
+    int OnMessage(std::map<int, vorn::cRecord>& out, int& count);
+    int OnPacket(int rc, std::map<int, vorn::cRecord>& out, int& count);
+    int OnError(int rc, std::map<int, vorn::cRecord>& out, int& count);
+    void Emit(const vorn::cRecord& body, std::map<int, vorn::cRecord>& out, int& count);
+    int ErrorHandler(int code);
+    void Reset_FileAttributes() noexcept;
+    void Reset_MsgAttributes() noexcept;
+
+    // ---- The message store: aucMsgBuf, and behind it, not copied yet, the bytes of the input from
+    // pucRun to pucInData
+
+    std::uint32_t InputLeft() const noexcept
+    {
+        return static_cast<std::uint32_t>(pucInEnd - pucInData);
+    }
+    std::uint32_t StoreUsed() const noexcept
+    {
+        return uiMsgLen + static_cast<std::uint32_t>(pucInData - pucRun);
+    }
+    std::uint32_t StoreFree() const noexcept { return SML_MESSAGE_STORE - StoreUsed(); }
+    void KeepRun() noexcept;
+    const char* StoreBytes() noexcept;
+    void EmptyStore() noexcept;
+    unsigned StoreTail(unsigned back) const noexcept;
+
+    template <std::size_t Size>
+    struct Bytes {
+        std::uint32_t uiLen = 0;
+        std::array<char, Size> acData{};
+
+        void Set(const unsigned char* data, std::uint32_t len) noexcept;
+    };
+
+    // Instance and input
+    int iId;
+    const unsigned char* pucInData = nullptr; // next unread byte
+    const unsigned char* pucInEnd = nullptr;
+    const unsigned char* pucRun = nullptr; // first byte consumed but not copied into aucMsgBuf
+    std::uint32_t uiSmltFlags = 0;         // flags of the current input
+    std::uint32_t uiSmltFlagsOut = 0;      // flags of the record to be emitted
+
+    // TL field and primitive in progress
+    std::uint32_t uiTLF_Type = 0;
+    std::uint32_t uiTLF_Count = 0;
+    std::uint64_t ullInteger = 0;             // the integer read, not sign-extended
+    const unsigned char* pucString = nullptr; // the octet string read: in the input or aucValueBuf
+    std::uint32_t uiStringLen = 0;
+    std::uint32_t uiCacheCnt = 0;    // bytes read of the TL field or chunk in progress
+    std::uint32_t uiCacheLen = 0;    // bytes outstanding
+    std::uint32_t uiCacheMax = 0;    // most that is delivered at once
+    std::uint16_t usCacheState = 0;  // 0 idle, 1 a primitive stopped for lack of input
+    std::uint16_t usFieldState = 0;  // of the field in progress: 0 its TL field
+    std::uint32_t uiOctStrState = 0; // chunks: 0 none, 1 first, 2 further, 3 last delivered
+    std::array<unsigned char, 8> aucTLFCache{};
+
+    // Structures in progress
+    static constexpr std::size_t kMaxFrames = 3 + 2 * MAX_TREE_LEVEL + 6;
+    std::uint32_t uiDepth = 0; // index of the innermost frame; frame 0 is the message
+    std::array<Frame, kMaxFrames> aFrames;
+    unsigned char ucChoice = 0;        // tag of a time or list type
+    unsigned char ucProcParChoice = 0; // tag of a tree's value
+    bool bProcParValSet = false;       // the value read is to be attached to its tree
+    std::uint32_t uiRecLevel = 0;      // level of the tree node being read
+    vorn::cRecord recPacketTree;       // tree with the chunk just read
+    vorn::cRecord recResultTree; // tree with the last piece of a long value, not yet delivered
+
+    // Message attributes
+    Bytes<SML_MAX_TRANSACTION_ID> transactionId;
+    unsigned char ucGroupNo = 0;
+    unsigned char ucAbortOnError = 0;
+    std::uint32_t uiMsgIdentifier = 0;
+    std::uint16_t usCrcRcv = 0;
+    std::uint16_t usCrcCalc = 0; // register over the packets handed out
+    std::uint16_t usCrcMsg = 0;  // finished CRC of the message, known when its CRC field begins
+    int iError = 0;
+    int iType = 0;
+    int iCast = -1;
+    Bytes<SML_MAX_SERVER_ID> msgServerId;
+    bool bPaket = false;
+    std::uint32_t uiPaketNo = 1;
+    std::uint32_t uiPaketBytes = 0; // of this message, in packets handed out
+    std::uint16_t usEvents = 0;
+    std::uint16_t usParserState = 0;
+    vorn::cRecord recSmlMsg;
+    vorn::cRecord rec_SmlMsgHeader;
+    vorn::cRecord recSmlStatus;
+    vorn::cRecord recBody;
+
+    // File attributes
+    Bytes<SML_MAX_TRANSACTION_ID> openTransactionId;
+    Bytes<SML_MAX_CLIENT_ID> openClientId;
+    Bytes<SML_MAX_REQ_FILE_ID> openReqFileId;
+    Bytes<SML_MAX_SERVER_ID> openServerId;
+    unsigned char ucOpenGroupNo = 0;
+    unsigned char ucOpenAbortOnError = 0;
+    int iFileCast = -1;
+    std::uint64_t ullFileSize = 0;
+    std::uint32_t uiMsgNo = 1;
+    bool bFileOpen = false;
+
+    // Stores
+    std::uint32_t uiMsgLen = 0;
+    std::array<unsigned char, SML_MESSAGE_STORE> aucMsgBuf;
+    std::array<unsigned char, SML_VALUE_CHUNK> aucValueBuf;
+};
+
+#endif
