@@ -47,6 +47,83 @@ void CodecBuffers::Release() noexcept
     pOutput.reset();
 }
 
+int cSMLTenc::Encode(vorn::cMsg& msg) noexcept
+{
+    int result = SMLT_ENCODE_REFUSED;
+    try {
+        if (GetFlags(msg) && GetMsgRawData(msg) && Frame()) {
+            ReplaceRecord(msg);
+            result = SMLT_ENCODE_DONE;
+        }
+    } catch (...) {
+        Fail("Encode(): Out of memory!");
+    }
+    buffers.Release();
+    return result;
+}
+
+bool cSMLTenc::GetFlags(const vorn::cMsg& msg)
+{
+    vorn::cRecordPar flags;
+    if (!FindField(msg.GetRecord(), label::SmltFlags, KIND_UINT, flags)) {
+        Trace(LibSmlt, kError, "GetFlags():-%d- SMLTFLAGS invalid/missing/wrong type", iCodecState);
+        return false;
+    }
+    uiFlags = flags.GetUInt();
+    return (uiFlags & BUF_FLAG_SML) != 0;
+}
+
+bool cSMLTenc::GetMsgRawData(const vorn::cMsg& msg)
+{
+    vorn::cRecord ifRec;
+    vorn::cRecordPar raw;
+    if (!FindRecord(msg.GetRecord(), label::IfRec, ifRec) ||
+        !FindField(ifRec, label::RawData, KIND_DATA, raw)) {
+        Trace(LibSmlt, kError, "GetMsgRawData():-%d- MSGRAWDATA invalid/missing/wrong type",
+              iCodecState);
+        return false;
+    }
+    buffers.Create(raw, static_cast<int>(uiFlags), 2LL * raw.GetSize());
+    return true;
+}
+
+bool cSMLTenc::Frame() noexcept
+{
+    if (iCodecState != CODEC_IDLE && iCodecState != CODEC_FRAME_OPEN)
+        return Fail("Encode(): Unknown state!");
+    if (iCodecState == CODEC_IDLE && (uiFlags & BUF_FLAG_FIRST) == 0)
+        return Fail("Encode(): BUF_FLAG_FIRST not set in state IDLE");
+
+    const int rc = Process(buffers.In(), buffers.Out());
+    if (rc != SMLTP_INPUT_EMPTY && rc != SMLTP_FINISHED)
+        return Fail("Encode(): Output-Buffer-Overflow or unexpected rc!");
+    iCodecState = rc == SMLTP_INPUT_EMPTY ? CODEC_FRAME_OPEN : CODEC_IDLE;
+    return true;
+}
+
+void cSMLTenc::ReplaceRecord(vorn::cMsg& msg) const
+{
+    vorn::cRecord next = msg.GetRecord();
+    vorn::cRecord ifRec;
+    FindRecord(next, label::IfRec, ifRec);
+    ifRec.DeletePar(label::RawData, 0, 0);
+    AppendBytes(ifRec, label::RawData, *buffers.Out());
+    next.DeletePar(label::IfRec, 0, 0);
+    next.AppendRecordPar(label::IfRec, ifRec, 0);
+    next.DeletePar(label::SmltFlags, 0, 0);
+    AppendFlags(next, *buffers.Out());
+    msg.GetRecord() = std::move(next);
+}
+
+// Back to where the next message must begin a frame.
+bool cSMLTenc::Fail(const char* text) noexcept
+{
+    Reset();
+    iCodecState = CODEC_IDLE;
+    Trace(LibSmlt, kError, text);
+    return false;
+}
+
 int cSMLTdec::Decode(vorn::cMsg& msg, vorn::cRecord& ifRec, vorn::cRecord& out) noexcept
 {
     iRemaining = 0;

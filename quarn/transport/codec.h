@@ -21,6 +21,7 @@
 #include "quarn/foundation/export.h"
 #include "quarn/foundation/framework.h"
 #include "quarn/transport/tp_rx.h"
+#include "quarn/transport/tp_tx.h"
 
 #include <memory>
 
@@ -57,6 +58,48 @@ enum eCODEC_STATE : int {
 };
 
 } // namespace quarn::detail::transport
+
+// Results of cSMLTenc::Encode.
+enum eSMLT_ENCODE : int {
+    SMLT_ENCODE_REFUSED = 0, // the message stays as it is
+    SMLT_ENCODE_DONE = 1     // the message holds framed bytes
+};
+
+// Frames the messages of one SML file as they come: the message flagged BUF_FLAG_FIRST opens the
+// frame, the one flagged BUF_FLAG_LAST ends it, and the framed bytes of all calls, joined, are the
+// frame. What the Encode_* functions return as "SmltFlags" and "SmlMsgRawData" goes into a message
+// as "SmltFlags" and "IfRec"."RawData".
+//
+// The framed bytes of one call may be at most twice the message's bytes. What needs more is
+// refused; with few or no escape bytes that is a file of one message of less than 16 bytes, or of
+// 17, a first message of less than 8, or a last message of less than 8 to 11.
+class QUARN_API cSMLTenc : public SmlTpTx
+{
+public:
+    explicit cSMLTenc(int mode) noexcept : SmlTpTx(mode) {} // one of eSMLT_MODE
+
+    // Replaces the bytes of msg by framed ones and its flags by those of the framed piece
+    // (BUF_FLAG_TP, with BUF_FLAG_FIRST and BUF_FLAG_LAST where the frame begins and ends; 0 when
+    // bytes pass through). "IfRec", in which "RawData" moves to the end, and "SmltFlags" move to
+    // the end of the message record, in this order. The result is one of eSMLT_ENCODE. It is
+    // SMLT_ENCODE_REFUSED
+    //   without a trace line, when "SmltFlags" lacks BUF_FLAG_SML;
+    //   when "SmltFlags" or "RawData" is missing or mistyped. A frame in progress stays open;
+    //   when no frame is open and BUF_FLAG_FIRST is missing, when the framed bytes do not fit or
+    //   when memory runs out. The frame in progress is lost: the next message must begin one.
+    int Encode(vorn::cMsg& msg) noexcept;
+
+private:
+    bool GetFlags(const vorn::cMsg& msg);
+    bool GetMsgRawData(const vorn::cMsg& msg);
+    bool Frame() noexcept;
+    void ReplaceRecord(vorn::cMsg& msg) const;
+    bool Fail(const char* text) noexcept;
+
+    int iCodecState = quarn::detail::transport::CODEC_IDLE;
+    unsigned int uiFlags = 0; // of the message at hand
+    quarn::detail::transport::CodecBuffers buffers;
+};
 
 // Results of cSMLTdec::Decode.
 enum eSMLT_DECODE : int {

@@ -165,7 +165,7 @@ int SmlTpRx::Data(cBuffer& in, cBuffer& out) noexcept
 int SmlTpRx::Esc(cBuffer& in) noexcept
 {
     while (in.Left() > 0) {
-        const unsigned char b = *reinterpret_cast<const unsigned char*>(in.ReadPtr());
+        const auto b = static_cast<unsigned char>(*in.ReadPtr());
         if (b == kEscape) {
             Take(in);
             if (++iEscapeCount == 2 * kEscapeRun)
