@@ -15,15 +15,31 @@ namespace quarn::detail::transport
 
 constexpr long kMaxRun = 8192;
 
-// How many of the next length bytes come before an escape byte.
-inline long BytesBeforeEscape(const cBuffer& in, long length) noexcept
+// The first escape byte from begin on, or end.
+inline const char* FindEscape(const char* begin, const char* end) noexcept
+{
+    if (begin == end)
+        return end;
+    const void* const found = std::memchr(begin, kEscape, static_cast<std::size_t>(end - begin));
+    return found == nullptr ? end : static_cast<const char*>(found);
+}
+
+// How many of the next bytes are plain content, for which there is room: up to a run of four
+// escapes, or to a shorter one whose end is not in sight.
+inline long PlainRun(const cBuffer& in, long room) noexcept
 {
     const char* const begin = in.ReadPtr();
-    if (length <= 0)
-        return 0;
-    const void* const found = std::memchr(begin, kEscape, static_cast<std::size_t>(length));
-    return found == nullptr ? length : static_cast<const char*>(found) - begin;
+    const char* const end = begin + std::min({in.Left(), room, kMaxRun});
+    for (const char* at = begin;;) {
+        const char* const escape = FindEscape(at, end);
+        const char* const limit = escape + std::min<long>(end - escape, kEscapeRun);
+        at = std::find_if(escape, limit, [](char c) { return c != kEscape; });
+        if (at == limit)
+            return escape - begin;
+    }
 }
+
+inline bool IsEscapeNext(const cBuffer& in) noexcept { return *in.ReadPtr() == kEscape; }
 
 // The CRC register after length bytes, 0 to kMaxRun.
 inline unsigned short CrcOfRun(const char* bytes, long length, unsigned short crc) noexcept

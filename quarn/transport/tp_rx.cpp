@@ -118,7 +118,7 @@ int SmlTpRx::Hunt(cBuffer& in) noexcept
 {
     for (;;) {
         if (iIndex == 0)
-            in.Skip(BytesBeforeEscape(in, in.Left()));
+            in.Skip(FindEscape(in.ReadPtr(), in.ReadPtr() + in.Left()) - in.ReadPtr());
         if (in.Left() == 0)
             break;
         iIndex = MatchStart(iIndex, in.GetQuick());
@@ -145,19 +145,18 @@ int SmlTpRx::Start(cBuffer& out) noexcept
 int SmlTpRx::Data(cBuffer& in, cBuffer& out) noexcept
 {
     while (in.Left() > 0) {
-        const long run = BytesBeforeEscape(in, std::min(in.Left(), kMaxRun));
-        if (run == 0) {
+        const long run = PlainRun(in, out.Free() + Fifo3::kMax - window.Count());
+        if (run > 0) {
+            MoveRun(in.ReadPtr(), run, out);
+            in.Skip(run);
+        } else if (IsEscapeNext(in)) {
             Take(in);
             iEscapeCount = 1;
             eState = STATE_ESC;
             return kGoOn;
-        }
-        const long room = out.Free() + Fifo3::kMax - window.Count();
-        const long length = std::min(run, room);
-        MoveRun(in.ReadPtr(), length, out);
-        in.Skip(length);
-        if (length < run)
+        } else {
             return SMLTP_OUTPUT_FULL;
+        }
     }
     return SMLTP_INPUT_EMPTY;
 }

@@ -13,11 +13,12 @@ using namespace quarn::detail::transport;
 namespace
 {
 
-constexpr unsigned char kStartSequence[] = {kEscape, kEscape, kEscape, kEscape,
-                                            kStart,  kStart,  kStart,  kStart};
-constexpr unsigned char kEndSequence[] = {kEscape, kEscape, kEscape, kEscape, kEnd};
-constexpr int kPadCountAt = 5; // places behind the end sequence
-constexpr int kCrcLowAt = 6;
+constexpr char kStartSequence[kStartLength] = {kEscape, kEscape, kEscape, kEscape,
+                                               kStart,  kStart,  kStart,  kStart};
+constexpr char kEscapes[2 * kEscapeRun] = {kEscape, kEscape, kEscape, kEscape,
+                                           kEscape, kEscape, kEscape, kEscape};
+constexpr char kPadding[kAlignment - 1] = {};
+constexpr int kCrcLowAt = 6; // place in the end sequence
 constexpr int kEndLength = 8;
 
 } // namespace
@@ -102,11 +103,10 @@ int SmlTpTx::Idle(cBuffer& in) noexcept
 
 int SmlTpTx::Start(cBuffer& out) noexcept
 {
-    for (; iIndex < kStartLength; ++iIndex) {
-        if (!Write(kStartSequence[iIndex], out))
-            return SMLTP_OUTPUT_FULL;
-        out.SetFlags(iIndex == 0 ? BUF_FLAG_FIRST : 0);
-    }
+    if (iIndex == 0 && out.Free() > 0)
+        out.SetFlags(BUF_FLAG_FIRST);
+    if (!WriteSequence(kStartSequence, kStartLength, out))
+        return SMLTP_OUTPUT_FULL;
     eState = STATE_DATA;
     return kGoOn;
 }
@@ -114,20 +114,18 @@ int SmlTpTx::Start(cBuffer& out) noexcept
 int SmlTpTx::Data(cBuffer& in, cBuffer& out) noexcept
 {
     while (in.Left() > 0) {
-        const long run = BytesBeforeEscape(in, std::min(in.Left(), kMaxRun));
-        if (run == 0) {
+        const long run = PlainRun(in, out.Free());
+        if (run > 0) {
+            Write(in.ReadPtr(), run, out);
+            in.Skip(run);
+        } else if (IsEscapeNext(in)) {
             in.Skip(1);
             iCount = 1;
             eState = STATE_ESC_COUNT;
             return kGoOn;
-        }
-        const long length = std::min(run, out.Free());
-        usCrc = CrcOfRun(in.ReadPtr(), length, usCrc);
-        uiLength += static_cast<unsigned int>(length);
-        out.Put(in.ReadPtr(), length);
-        in.Skip(length);
-        if (length < run)
+        } else {
             return SMLTP_OUTPUT_FULL;
+        }
     }
     if (!in.TestFlagsAnd(BUF_FLAG_LAST))
         return SMLTP_INPUT_EMPTY;
@@ -139,7 +137,7 @@ int SmlTpTx::Data(cBuffer& in, cBuffer& out) noexcept
 int SmlTpTx::EscCount(cBuffer& in) noexcept
 {
     while (in.Left() > 0) {
-        if (static_cast<unsigned char>(*in.ReadPtr()) != kEscape) {
+        if (!IsEscapeNext(in)) {
             Enter(STATE_ESC_WRITE);
             return kGoOn;
         }
@@ -158,31 +156,26 @@ int SmlTpTx::EscCount(cBuffer& in) noexcept
 
 int SmlTpTx::EscWrite(cBuffer& out) noexcept
 {
-    for (; iIndex < iCount; ++iIndex) {
-        if (!Write(kEscape, out))
-            return SMLTP_OUTPUT_FULL;
-    }
+    if (!WriteSequence(kEscapes, iCount, out))
+        return SMLTP_OUTPUT_FULL;
     eState = STATE_DATA;
     return kGoOn;
 }
 
 int SmlTpTx::Pad(cBuffer& out) noexcept
 {
-    for (; iIndex < iCount; ++iIndex) {
-        if (!Write(0, out))
-            return SMLTP_OUTPUT_FULL;
-    }
+    if (!WriteSequence(kPadding, iCount, out))
+        return SMLTP_OUTPUT_FULL;
     Enter(STATE_END);
     return kGoOn;
 }
 
 int SmlTpTx::End(cBuffer& out) noexcept
 {
-    for (; iIndex < kCrcLowAt; ++iIndex) {
-        const int b = iIndex == kPadCountAt ? iCount : kEndSequence[iIndex];
-        if (!Write(static_cast<unsigned char>(b), out))
-            return SMLTP_OUTPUT_FULL;
-    }
+    const char covered[kCrcLowAt] = {kEscape, kEscape, kEscape,
+                                     kEscape, kEnd,    static_cast<char>(iCount)};
+    if (iIndex < kCrcLowAt && !WriteSequence(covered, kCrcLowAt, out))
+        return SMLTP_OUTPUT_FULL;
     for (; iIndex < kEndLength; ++iIndex) {
         if (out.Free() == 0)
             return SMLTP_OUTPUT_FULL;
@@ -201,13 +194,18 @@ void SmlTpTx::Enter(eSTATE state) noexcept
     eState = state;
 }
 
-// Writes one byte that the CRC covers; false, and nothing done, when out has no room.
-bool SmlTpTx::Write(unsigned char b, cBuffer& out) noexcept
+// Writes what is left of a sequence that the CRC covers; false when out is full before its end.
+bool SmlTpTx::WriteSequence(const char* sequence, int length, cBuffer& out) noexcept
 {
-    if (out.Free() == 0)
-        return false;
-    usCrc = vorn::addByte2CRC16(b, usCrc);
-    ++uiLength;
-    out.PutQuick(static_cast<char>(b));
-    return true;
+    const auto run = static_cast<int>(std::min<long>(length - iIndex, out.Free()));
+    Write(sequence + iIndex, run, out);
+    iIndex += run;
+    return iIndex == length;
+}
+
+void SmlTpTx::Write(const char* bytes, long length, cBuffer& out) noexcept
+{
+    usCrc = CrcOfRun(bytes, length, usCrc);
+    uiLength += static_cast<unsigned int>(length);
+    out.Put(bytes, length);
 }

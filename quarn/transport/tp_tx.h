@@ -74,7 +74,8 @@ private:
     int End(cBuffer& out) noexcept;
 
     void Enter(eSTATE state) noexcept;
-    bool Write(unsigned char b, cBuffer& out) noexcept;
+    bool WriteSequence(const char* sequence, int length, cBuffer& out) noexcept;
+    void Write(const char* bytes, long length, cBuffer& out) noexcept;
 
     int iMode;
     eSTATE eState = STATE_IDLE;
