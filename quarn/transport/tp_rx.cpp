@@ -52,47 +52,39 @@ void SmlTpRx::Reset() noexcept
 int SmlTpRx::Process(cBuffer* in, cBuffer* out) noexcept
 {
     int result = kGoOn;
-    while (result == kGoOn) {
-        switch (eState) {
-        case STATE_RAW:
-            result = Raw(*in, *out);
-            break;
-        case STATE_IDLE:
-            result = Idle(*in);
-            break;
-        case STATE_HUNT:
-            result = Hunt(*in);
-            break;
-        case STATE_START:
-            result = Start(*out);
-            break;
-        case STATE_DATA:
-            result = Data(*in, *out);
-            break;
-        case STATE_ESC:
-            result = Esc(*in);
-            break;
-        case STATE_FLUSH:
-            result = Flush(*out);
-            break;
-        case STATE_TAIL:
-            result = Tail(*in, *out);
-            break;
-        case STATE_PADCOUNT:
-            result = PadCount(*in);
-            break;
-        case STATE_TAIL_OUT:
-            result = TailOut(*out);
-            break;
-        case STATE_CRC_CHECK:
-            result = CrcCheck(*in, *out);
-            break;
-        default:
-            eState = STATE_IDLE;
-            break;
-        }
-    }
+    while (result == kGoOn)
+        result = Step(*in, *out);
     return result;
+}
+
+int SmlTpRx::Step(cBuffer& in, cBuffer& out) noexcept
+{
+    switch (eState) {
+    case STATE_RAW:
+        return Raw(in, out);
+    case STATE_IDLE:
+        return Idle(in);
+    case STATE_HUNT:
+        return Hunt(in);
+    case STATE_START:
+        return Start(out);
+    case STATE_DATA:
+        return Data(in, out);
+    case STATE_ESC:
+        return Esc(in);
+    case STATE_FLUSH:
+        return Flush(out);
+    case STATE_TAIL:
+        return Tail(in, out);
+    case STATE_PADCOUNT:
+        return PadCount(in);
+    case STATE_TAIL_OUT:
+        return TailOut(out);
+    case STATE_CRC_CHECK:
+        return CrcCheck(in, out);
+    }
+    eState = STATE_IDLE; // a state that does not exist
+    return kGoOn;
 }
 
 int SmlTpRx::Raw(cBuffer& in, cBuffer& out) noexcept

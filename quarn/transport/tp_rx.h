@@ -69,6 +69,7 @@ private:
         STATE_CRC_CHECK = 10
     };
 
+    int Step(cBuffer& in, cBuffer& out) noexcept;
     int Raw(cBuffer& in, cBuffer& out) noexcept;
     int Idle(cBuffer& in) noexcept;
     int Hunt(cBuffer& in) noexcept;

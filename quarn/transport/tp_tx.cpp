@@ -34,40 +34,35 @@ void SmlTpTx::Reset() noexcept { eState = iMode == SMLT_MODE_RAW ? STATE_RAW : S
 int SmlTpTx::Process(cBuffer* in, cBuffer* out) noexcept
 {
     int result = kGoOn;
-    while (result == kGoOn) {
-        switch (eState) {
-        case STATE_RAW:
-            result = Raw(*in, *out);
-            break;
-        case STATE_IDLE:
-            result = Idle(*in);
-            break;
-        case STATE_START:
-            result = Start(*out);
-            break;
-        case STATE_DATA:
-            result = Data(*in, *out);
-            break;
-        case STATE_ESC_COUNT:
-            result = EscCount(*in);
-            break;
-        case STATE_ESC_WRITE:
-            result = EscWrite(*out);
-            break;
-        case STATE_PAD:
-            result = Pad(*out);
-            break;
-        case STATE_END:
-            result = End(*out);
-            break;
-        default:
-            eState = STATE_IDLE;
-            break;
-        }
-    }
+    while (result == kGoOn)
+        result = Step(*in, *out);
     if (eState >= STATE_START)
         out->SetFlags(BUF_FLAG_TP);
     return result;
+}
+
+int SmlTpTx::Step(cBuffer& in, cBuffer& out) noexcept
+{
+    switch (eState) {
+    case STATE_RAW:
+        return Raw(in, out);
+    case STATE_IDLE:
+        return Idle(in);
+    case STATE_START:
+        return Start(out);
+    case STATE_DATA:
+        return Data(in, out);
+    case STATE_ESC_COUNT:
+        return EscCount(in);
+    case STATE_ESC_WRITE:
+        return EscWrite(out);
+    case STATE_PAD:
+        return Pad(out);
+    case STATE_END:
+        return End(out);
+    }
+    eState = STATE_IDLE; // a state that does not exist
+    return kGoOn;
 }
 
 int SmlTpTx::Raw(cBuffer& in, cBuffer& out) noexcept

@@ -64,6 +64,7 @@ private:
         STATE_END = 7
     };
 
+    int Step(cBuffer& in, cBuffer& out) noexcept;
     int Raw(cBuffer& in, cBuffer& out) noexcept;
     int Idle(cBuffer& in) noexcept;
     int Start(cBuffer& out) noexcept;

@@ -22,7 +22,10 @@ struct FailingNew {
 
 } // namespace test
 
-void* operator new(std::size_t size)
+// Not inlined: compilers compare what they see of new with what they see of delete.
+#define TESTS_NOINLINE __attribute__((noinline))
+
+TESTS_NOINLINE void* operator new(std::size_t size)
 {
     void* const p = test::lAllocationsLeft > 0 ? std::malloc(size != 0 ? size : 1) : nullptr;
     if (p == nullptr)
@@ -30,10 +33,10 @@ void* operator new(std::size_t size)
     --test::lAllocationsLeft;
     return p;
 }
-void* operator new[](std::size_t size) { return ::operator new(size); }
-void operator delete(void* p) noexcept { std::free(p); }
-void operator delete[](void* p) noexcept { std::free(p); }
-void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
+TESTS_NOINLINE void* operator new[](std::size_t size) { return ::operator new(size); }
+TESTS_NOINLINE void operator delete(void* p) noexcept { std::free(p); }
+TESTS_NOINLINE void operator delete[](void* p) noexcept { std::free(p); }
+TESTS_NOINLINE void operator delete(void* p, std::size_t) noexcept { std::free(p); }
+TESTS_NOINLINE void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
 
 #endif

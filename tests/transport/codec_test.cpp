@@ -110,14 +110,18 @@ TEST(TransportCodec, RefusesToEncode)
     };
     for (const auto& row : rows) {
         cSMLTenc encoder(SMLT_MODE_TP);
-        vorn::cMsg first = Message(0x11, bytes), msg = row.msg, next = Message(0x10, bytes);
+        vorn::cMsg first = Message(0x11, bytes), msg = row.msg,
+                   next = Message(row.stays ? 0x10 : 0x11, bytes);
         if (row.open)
             encoder.Encode(first);
         const test::TraceCapture capture(LibSmlt);
         EXPECT_EQ(encoder.Encode(msg), SMLT_ENCODE_REFUSED) << row.name;
         EXPECT_EQ(capture.Text(), Refusal(row.line)) << row.name;
         EXPECT_TRUE(msg.GetRecord() == row.msg.GetRecord()) << row.name;
-        EXPECT_EQ(encoder.Encode(next) == SMLT_ENCODE_DONE, row.stays) << row.name;
+        EXPECT_EQ(encoder.Encode(next), SMLT_ENCODE_DONE) << row.name;
+        EXPECT_EQ(next.GetRecord().GetFirstPar("SmltFlags", 0, 0).GetUInt(),
+                  row.stays ? 0x20U : 0x21U)
+            << row.name;
     }
 }
 
@@ -155,6 +159,30 @@ TEST(TransportCodec, Decodes)
         EXPECT_EQ(seen, row.seen) << row.name;
         EXPECT_EQ(capture.Text(), Refusal(row.line)) << row.name;
     }
+}
+
+TEST(TransportCodec, DecodesPieceByPieceAndForgetsALostFrame)
+{
+    const test::TraceCapture silence(LibSmlt, 0);
+    cSMLTdec decoder(SMLT_MODE_TP);
+    std::string payload;
+    const auto decode = [&](vorn::cMsg msg) {
+        vorn::cRecord ifRec, out;
+        const int result = decoder.Decode(msg, ifRec, out);
+        payload += Bytes(out, "SmlRawData");
+        return result;
+    };
+    const std::string frame = Hex("1B1B1B1B01010101 1B1B1B02 1B1B1B1B1A009078");
+    EXPECT_EQ(decode(Message(-1, frame + frame)), SMLT_DECODE_LEFT);
+    EXPECT_EQ(decode(Message(-1, frame.substr(0, 11))), SMLT_DECODE_MORE);
+    EXPECT_EQ(decoder.GetRemaining(), 0);
+    EXPECT_EQ(decode(Message(-1, "", "RawData")), SMLT_DECODE_NO_DATA);
+    EXPECT_EQ(decode(Message(-1, frame.substr(11))), SMLT_DECODE_MORE);
+    payload.clear();
+    for (std::size_t i = 0; i < frame.size(); ++i)
+        EXPECT_EQ(decode(Message(-1, frame.substr(i, 1))),
+                  i + 1 < frame.size() ? SMLT_DECODE_MORE : SMLT_DECODE_FRAME);
+    EXPECT_EQ(payload, Hex("1B1B1B02"));
 }
 
 TEST(TransportCodec, PassesRawBytesThrough)
