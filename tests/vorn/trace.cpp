@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
 #include <stdexcept>
 #include <thread>
@@ -12,7 +13,6 @@ namespace
 
 using vorn::cUnit;
 using vorn::eLEVEL;
-using vorn::eOUTPUT;
 
 TEST(Trace, LinesPassUpToTheLevelOfTheirUnit)
 {
@@ -85,9 +85,9 @@ TEST(Trace, ThreadsTraceWhileSinksUnitsAndLevelsChange)
     };
     vorn::SetTraceSink(sink);
     std::atomic<int> running{kThreads};
-    std::vector<std::thread> threads;
-    for (int t = 0; t < kThreads; ++t) {
-        threads.emplace_back([&] {
+    std::array<std::thread, kThreads> threads;
+    for (std::thread& thread : threads) {
+        thread = std::thread([&] {
             for (int i = 0; i < kLines; ++i) {
                 const cUnit mine("own", vorn::LEVEL_ERROR, vorn::OUTPUT_DEFAULT);
                 vorn::_Trace(vorn::FindUnit("T"), vorn::LEVEL_ERROR, "line");
