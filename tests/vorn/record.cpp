@@ -63,25 +63,14 @@ TEST(Record, NamesAreCutOffAt127Bytes)
     EXPECT_TRUE(record.GetFirstPar(name.c_str(), 0, 0).IsValid());
 }
 
-TEST(Record, PathsThroughWhatIsNoRecord)
+TEST(Record, PathsOfOneNameAndOfNone)
 {
-    cRecord inner;
-    inner.AppendDataPar("RawData", "ab", 2, 0);
     cRecord record;
-    record.AppendRecordPar("IfRec", inner, 0);
-    record.AppendUIntPar("IfNum", 1, 0);
-    struct {
-        const char* path;
-        const char* separator;
-        int type;
-    } const table[] = {
-        {"IfRec.RawData", ".", 5}, {"IfRec", ".", 6},     {"IfRec.", ".", 0},
-        {"IfNum.RawData", ".", 0}, {".RawData", ".", 0},  {"IfRec.RawData.x", ".", 0},
-        {"IfRec.RawData", "", 0},  {"IfRec", nullptr, 6}, {nullptr, ".", 6},
-    };
-    for (const auto& row : table)
-        EXPECT_EQ(record.GetFirstParByPath(row.path, row.separator, 0, 0).GetType(1), row.type)
-            << (row.path != nullptr ? row.path : "null");
+    record.AppendRecordPar("a.b", cRecord(), 0);
+    EXPECT_FALSE(record.GetFirstParByPath("a.b", ".", 0, 0).IsValid());
+    for (const char* const separator : {"", static_cast<const char*>(nullptr)})
+        EXPECT_TRUE(record.GetFirstParByPath("a.b", separator, 0, 0).IsValid());
+    EXPECT_TRUE(record.GetFirstParByPath(nullptr, ".", 0, 0).IsValid()); // any name
 }
 
 TEST(Record, DumpsOfEveryShape)

@@ -1,4 +1,5 @@
-// Trace units, their levels, the sink, and all of them under several threads.
+// Trace units, their levels, the sink, all of them under several threads, and the formatting of
+// lines around the length up to which they are formatted in place.
 #include "tests/support/trace_capture.h"
 
 #include <gtest/gtest.h>
@@ -105,6 +106,15 @@ TEST(Trace, ThreadsTraceWhileSinksUnitsAndLevelsChange)
     vorn::SetTraceSink({});
     EXPECT_EQ(*received, kThreads * kLines);
     EXPECT_EQ(vorn::FindUnit("own"), nullptr);
+}
+
+TEST(Trace, LinesAreFormattedAtEveryLength)
+{
+    for (const std::size_t size : {0U, 1U, 253U, 254U, 255U, 256U, 257U, 300U, 100000U}) {
+        const std::string filling(size, 'x');
+        EXPECT_EQ(vorn::FormatString("%s|%02x", filling.c_str(), 10), filling + "|0a") << size;
+    }
+    EXPECT_EQ(vorn::FormatString("%%, rc=%d", -1), "%, rc=-1");
 }
 
 } // namespace
