@@ -10,5 +10,6 @@
 #include "quarn/foundation/messages.h"
 #include "quarn/foundation/units.h"
 #include "quarn/parser/parser.h"
+#include "quarn/transport/codec.h"
 
 #endif
