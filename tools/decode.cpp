@@ -103,9 +103,9 @@ public:
         if (result == SMLP_OUT_OF_MEMORY)
             report.Say(EXIT_FAILED, "frame %llu: out of memory", ull{frame.ullNumber});
         else
-            report.Say(EXIT_DAMAGED, "frame %llu: after %llu messages: a file %s (status %d)",
-                       ull{frame.ullNumber}, ull{frame.ullMessages},
-                       StatusMeaning(SML_STATUS_IGNORE_FILE), SML_STATUS_IGNORE_FILE);
+            report.Say(EXIT_DAMAGED, "frame %llu, message 1 of a file: %s (status %d)",
+                       ull{frame.ullNumber}, StatusMeaning(SML_STATUS_IGNORE_FILE),
+                       SML_STATUS_IGNORE_FILE);
     }
 
     void OnFrameEnd(const Frame& frame) override
@@ -135,7 +135,7 @@ public:
     void OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap) override
     {
         static constexpr const char* kWhere[] = {"before the first frame", "between frames",
-                                                 "after the last frame", "and no frame at all"};
+                                                 "after the last frame", "and no frame"};
         report.Say(gap == eGAP::BEFORE_FIRST ? EXIT_GOOD : EXIT_DAMAGED,
                    "%llu bytes %s, from byte %llu on", ull{count}, kWhere[static_cast<int>(gap)],
                    ull{offset} + 1);
@@ -228,9 +228,8 @@ Filter MakeFilter(const DecodeOptions& options)
 {
     Filter filter;
     filter.bKeepBad = options.bKeepBad;
-    for (const std::string& text : options.obis) {
+    for (const std::string& text : options.obis)
         ParseObisPattern(text, filter.patterns.emplace_back());
-    }
     cHexReader().Read(options.server, filter.server);
     return filter;
 }
@@ -290,10 +289,8 @@ void AddDecode(CLI::App& app, int& status)
     const auto options = std::make_shared<DecodeOptions>();
     options->inputs = {"-"};
     options->format = ::isatty(STDOUT_FILENO) != 0 ? "text" : "readings";
-    static const std::map<std::string, eINPUT> kInputs = {{"auto", INPUT_AUTO},
-                                                          {"framed", INPUT_FRAMED},
-                                                          {"raw", INPUT_RAW},
-                                                          {"hex", INPUT_HEX}};
+    static const std::map<std::string, eINPUT> kInputs = {
+        {"auto", INPUT_AUTO}, {"framed", INPUT_FRAMED}, {"raw", INPUT_RAW}, {"hex", INPUT_HEX}};
 
     CLI::App* decode = app.add_subcommand("decode", "Print what meters say: readings or records");
     decode->add_option("INPUT", options->inputs,

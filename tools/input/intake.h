@@ -34,7 +34,7 @@ private:
     eINPUT eKind;
     cReceiverEvents& events;
     cReport& report;
-    std::string head; // first bytes, while they do not tell the kind
+    std::string head;                     // first bytes, while they do not tell the kind
     std::unique_ptr<cReceiver> pReceiver; // framed and raw input
     std::unique_ptr<cIntake> pInner;      // what the hex text stands for
     cHexReader hex;

@@ -13,9 +13,9 @@ namespace
 
 bool IsList(std::string_view label) noexcept
 {
-    static constexpr std::string_view kLists[] = {
-        "parTreePath", "object_List", "valList",   "child_List",
-        "period_List", "header_List", "value_List"};
+    static constexpr std::string_view kLists[] = {"parTreePath", "object_List", "valList",
+                                                  "child_List",  "period_List", "header_List",
+                                                  "value_List"};
     return std::find(std::begin(kLists), std::end(kLists), label) != std::end(kLists);
 }
 
@@ -35,9 +35,15 @@ void WriteValue(cJson& json, const vorn::cRecordPar& par)
 {
     switch (par.GetType(1)) {
     case vorn::TYPE_SINT:
-    case vorn::TYPE_SINT64: json.Int(par.GetSInt64()); break;
-    case vorn::TYPE_BOOL: json.Bool(par.GetBool()); break;
-    case vorn::TYPE_DATA: json.Hex(BytesOf(par)); break;
+    case vorn::TYPE_SINT64:
+        json.Int(par.GetSInt64());
+        break;
+    case vorn::TYPE_BOOL:
+        json.Bool(par.GetBool());
+        break;
+    case vorn::TYPE_DATA:
+        json.Hex(BytesOf(par));
+        break;
     case vorn::TYPE_RECORD: {
         const vorn::cRecord record = Nested(par);
         if (IsList(par.GetName())) {
@@ -50,7 +56,9 @@ void WriteValue(cJson& json, const vorn::cRecordPar& par)
         }
         break;
     }
-    default: json.Uint(par.GetUInt64()); break;
+    default:
+        json.Uint(par.GetUInt64());
+        break;
     }
 }
 

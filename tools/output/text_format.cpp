@@ -68,7 +68,7 @@ bool IsName(std::string_view label) noexcept
 class cTextFormat : public cFormat
 {
 public:
-    using cFormat::cFormat;
+    explicit cTextFormat(cOutput& output) : cFormat(output) {}
 
     bool IsComplete() const noexcept override { return false; }
 

@@ -15,7 +15,10 @@ struct ObisPattern {
     std::uint64_t ullMask = 0; // bits that are fixed
     std::uint64_t ullCode = 0; // and what they must be
 
-    constexpr bool Matches(std::uint64_t code) const noexcept { return (code & ullMask) == ullCode; }
+    constexpr bool Matches(std::uint64_t code) const noexcept
+    {
+        return (code & ullMask) == ullCode;
+    }
 };
 
 namespace detail

@@ -61,9 +61,9 @@ void DescribeBody(const vorn::cRecord& body, MessageInfo& info)
 
 struct ListBody {
     unsigned uiIdentifier;
-    const char* pcList;      // label of the list of entries
-    const char* pcTime;      // label of the time that entries share
-    const char* pcStatus;    // label of the status that entries share, if any
+    const char* pcList;   // label of the list of entries
+    const char* pcTime;   // label of the time that entries share
+    const char* pcStatus; // label of the status that entries share, if any
 };
 
 constexpr ListBody kListBodies[] = {
@@ -119,9 +119,10 @@ MessageInfo DescribeMessage(const vorn::cRecord& record)
 void CollectReadings(const MessageInfo& message, std::vector<Reading>& readings)
 {
     readings.clear();
-    const auto* kind = std::find_if(
-        std::begin(kListBodies), std::end(kListBodies),
-        [&](const ListBody& body) { return body.uiIdentifier == message.uiIdentifier; });
+    const auto* kind =
+        std::find_if(std::begin(kListBodies), std::end(kListBodies), [&](const ListBody& body) {
+            return body.uiIdentifier == message.uiIdentifier;
+        });
     if (kind == std::end(kListBodies) || message.pBody == nullptr)
         return;
     const vorn::cRecord body = Nested(*message.pBody);
@@ -142,10 +143,13 @@ std::optional<Integer> NumberOf(const vorn::cRecordPar& par) noexcept
 {
     switch (par.GetType(1)) {
     case vorn::TYPE_UINT:
-    case vorn::TYPE_UINT64: return Integer::Of(par.GetUInt64());
+    case vorn::TYPE_UINT64:
+        return Integer::Of(par.GetUInt64());
     case vorn::TYPE_SINT:
-    case vorn::TYPE_SINT64: return Integer::OfSigned(par.GetSInt64());
-    default: return std::nullopt;
+    case vorn::TYPE_SINT64:
+        return Integer::OfSigned(par.GetSInt64());
+    default:
+        return std::nullopt;
     }
 }
 

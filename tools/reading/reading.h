@@ -16,19 +16,19 @@ namespace tool
 
 // A time as the meter sent it.
 struct Time {
-    unsigned uiType = 0;        // 1 seconds index; 2 and 3 seconds since 1970
+    unsigned uiType = 0; // 1 seconds index; 2 and 3 seconds since 1970
     std::uint64_t ullValue = 0;
 };
 
 // What every reading of one message shares. The views point into the message's record.
 struct MessageInfo {
-    unsigned uiNumber = 0;               // within its SML file, from 1
-    unsigned uiIdentifier = 0;           // one of eSML_MSG
-    int iError = 0;                      // one of eSML_STATUS
-    bool bFirst = false;                 // it opens its file
-    bool bLast = false;                  // it closes its file
-    std::string_view server;             // bytes of the server id; empty when there is none
-    std::optional<Time> time;            // of the response
+    unsigned uiNumber = 0;                   // within its SML file, from 1
+    unsigned uiIdentifier = 0;               // one of eSML_MSG
+    int iError = 0;                          // one of eSML_STATUS
+    bool bFirst = false;                     // it opens its file
+    bool bLast = false;                      // it closes its file
+    std::string_view server;                 // bytes of the server id; empty when there is none
+    std::optional<Time> time;                // of the response
     const vorn::cRecordPar* pBody = nullptr; // null when the message kind is not known
 };
 

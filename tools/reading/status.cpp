@@ -30,15 +30,15 @@ const char* StatusMeaning(int error) noexcept
 {
     static constexpr Row<int> kRows[] = {
         {SML_STATUS_OK, "good"},
-        {SML_STATUS_IGNORE_FILE, "damaged at the beginning of its file, to be ignored"},
+        {SML_STATUS_IGNORE_FILE, "damaged or not SML, the file is ignored"},
         {SML_STATUS_CRC_CLOSE, "the checksum of the close request is wrong"},
         {SML_STATUS_CRC, "the checksum of the message is wrong"},
-        {SML_STATUS_FE00, "cannot be decoded (attention FE00, error not specified)"},
-        {SML_STATUS_FE01, "cannot be decoded (attention FE01, unknown content)"},
-        {SML_STATUS_FE09, "cannot be decoded (attention FE09, value out of range)"},
-        {SML_STATUS_FE10, "lacks a field that is not optional (attention FE10)"},
-        {SML_STATUS_NULL_POINTER, "internal error of the parser (null pointer)"},
-        {SML_STATUS_UNKNOWN_STATE, "internal error of the parser (unknown state)"},
+        {SML_STATUS_FE00, "cannot be decoded: attention FE00, error not specified"},
+        {SML_STATUS_FE01, "cannot be decoded: attention FE01, unknown content"},
+        {SML_STATUS_FE09, "cannot be decoded: attention FE09, value out of range"},
+        {SML_STATUS_FE10, "lacks a field that is not optional: attention FE10"},
+        {SML_STATUS_NULL_POINTER, "internal error of the parser: null pointer"},
+        {SML_STATUS_UNKNOWN_STATE, "internal error of the parser: unknown state"},
     };
     const char* meaning = Find(kRows, error);
     return meaning != nullptr ? meaning : "refused for a reason that is not known";

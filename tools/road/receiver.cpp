@@ -146,8 +146,7 @@ void cReceiver::Parse(vorn::cRecord& piece)
         events.OnMessage(frame, entry.second);
         // A refused message has a record that closes no file.
         const unsigned flags = entry.second.GetFirstPar("SmltFlags", 0, 0).GetUInt();
-        const vorn::cRecordPar error =
-            entry.second.GetFirstParByPath("SmlStatus.Error", ".", 0, 0);
+        const vorn::cRecordPar error = entry.second.GetFirstParByPath("SmlStatus.Error", ".", 0, 0);
         explained = error.GetSInt() != SML_STATUS_OK && (flags & BUF_FLAG_LAST) == 0;
     }
     records.clear();
