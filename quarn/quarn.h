@@ -2,6 +2,7 @@
 #ifndef QUARN_QUARN_H
 #define QUARN_QUARN_H
 
+#include "quarn/encoder/tl_writers.h"
 #include "quarn/foundation/buffer.h"
 #include "quarn/foundation/fifo3.h"
 #include "quarn/foundation/frame_flags.h"
