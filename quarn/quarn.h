@@ -3,6 +3,7 @@
 #define QUARN_QUARN_H
 
 #include "quarn/encoder/choices.h"
+#include "quarn/encoder/converters.h"
 #include "quarn/encoder/list.h"
 #include "quarn/encoder/message.h"
 #include "quarn/encoder/message_body.h"
