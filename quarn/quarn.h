@@ -4,6 +4,7 @@
 
 #include "quarn/encoder/choices.h"
 #include "quarn/encoder/converters.h"
+#include "quarn/encoder/encode.h"
 #include "quarn/encoder/list.h"
 #include "quarn/encoder/message.h"
 #include "quarn/encoder/message_body.h"
