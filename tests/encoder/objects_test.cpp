@@ -7,55 +7,6 @@ namespace
 {
 
 using namespace test;
-using Made = std::unique_ptr<Sml_Type>;
-
-template <typename T, typename... Args>
-Made Make(Args... args)
-{
-    return std::make_unique<T>(args...);
-}
-
-Sml_Unsigned8* Num(unsigned char v) { return new Sml_Unsigned8(v); }
-
-template <typename Structure>
-Made DynamicList(std::initializer_list<Sml_Type*> elements, Structure* list)
-{
-    int i = 0;
-    for (Sml_Type* e : elements)
-        list->SetElement(e, i++);
-    return Made(list);
-}
-
-Made Path()
-{
-    auto path = std::make_unique<Sml_TreePath>(2);
-    path->SetTreePath(0x0100010800FFLL, 0);
-    path->SetTreePath("\x01\x00\x02\x08\x00\xFF", 1);
-    return path;
-}
-
-Made TreeOfName()
-{
-    auto tree = std::make_unique<Sml_Tree>();
-    tree->Set_ParName(new Sml_OctetString(0x0100000000FFLL));
-    return tree;
-}
-
-Made TimeBySetters(unsigned char choice)
-{
-    auto time = std::make_unique<Sml_Time>();
-    time->SetValue(7);
-    time->SetLocOffset(-1);
-    time->SetSeaOffset(300);
-    time->SetChoice(choice);
-    return time;
-}
-
-Made Octets(std::size_t size)
-{
-    const std::string bytes(size, '\x55');
-    return std::make_unique<Sml_OctetString>(bytes.data(), static_cast<int>(size), -1);
-}
 
 std::string Fives(std::size_t n)
 {
@@ -65,84 +16,111 @@ std::string Fives(std::size_t n)
     return hex;
 }
 
+const std::string kFives(1201, '\x55');
+const char kObis[] = "\x01\x00\x02\x08\x00\xFF";
+
+Sml_OctetString* Octets(int n) { return new Sml_OctetString(kFives.data(), n, -1); }
+Sml_OctetString* Name() { return new Sml_OctetString(0x0100010800FFLL); }
+Sml_Unsigned8* Num(unsigned char v) { return new Sml_Unsigned8(v); }
+Sml_Integer8* Minus() { return new Sml_Integer8(-1); }
+
+template <typename Object, typename Change>
+Object* With(Object* object, Change change)
+{
+    change(*object);
+    return object;
+}
+
+Sml_Time* TimeBySetters(unsigned char choice)
+{
+    return With(new Sml_Time, [=](Sml_Time& time) {
+        time.SetValue(7);
+        time.SetLocOffset(-1);
+        time.SetSeaOffset(300);
+        time.SetChoice(choice);
+    });
+}
+
 struct ObjectRow {
     const char* name;
-    Made object;
+    std::unique_ptr<Sml_Type> object;
     int typeId;
     std::string hex;
+
+    ObjectRow(const char* n, Sml_Type* o, int id, std::string h)
+        : name(n), object(o), typeId(id), hex(std::move(h))
+    {
+    }
 };
 
 TEST(Objects, WriteTheirBytes)
 {
     const ObjectRow rows[] = {
-        {"integer 8", Make<Sml_Integer8>(static_cast<signed char>(-3)), 3, "52 FD"},
-        {"integer 16 is never shortened", Make<Sml_Integer16>(short{5}), 4, "53 00 05"},
-        {"integer 32 is", Make<Sml_Integer32>(5), 5, "52 05"},
-        {"integer 32, negative", Make<Sml_Integer32>(-200), 5, "53 FF 38"},
-        {"integer 64 in 48 bits", Make<Sml_Integer64>(-0x80000001LL), 6, "57 FF FF 7F FF FF FF"},
-        {"unsigned 8", Make<Sml_Unsigned8>(static_cast<unsigned char>(200)), 7, "62 C8"},
-        {"unsigned 16, short", Make<Sml_Unsigned16>(static_cast<unsigned short>(255)), 8, "62 FF"},
-        {"unsigned 16", Make<Sml_Unsigned16>(static_cast<unsigned short>(256)), 8, "63 01 00"},
-        {"unsigned 32 in 24 bits", Make<Sml_Unsigned32>(0xFFFFFFU), 9, "64 FF FF FF"},
-        {"unsigned 32", Make<Sml_Unsigned32>(0x1000000U), 9, "65 01 00 00 00"},
-        {"unsigned 64, short", Make<Sml_Unsigned64>(U64{7}), 10, "62 07"},
-        {"unsigned 64 in 32 bits", Make<Sml_Unsigned64>(U64{0xFFFFFFFF}), 10, "65 FF FF FF FF"},
-        {"unsigned 64 skips 48 bits", Make<Sml_Unsigned64>(U64{0x100000000}), 10,
-         "69 00 00 00 01 00 00 00 00"},
-        {"bool", Make<Sml_Bool>(true), 1, "42 01"},
-        {"absent bool", Make<Sml_Bool>(), 1, "01"},
-        {"absent integer", Make<Sml_Integer64>(), 6, "01"},
-        {"end of message", Make<Sml_EndOfSmlMessage>(), 999, "00"},
-        {"absent octets", Make<Sml_OctetString>(), 2, "01"},
-        {"octets", Make<Sml_OctetString>("ABC", 3, -1), 2, "04 41 42 43"},
-        {"no octets", Make<Sml_OctetString>("", 0, -1), 2, "01"},
-        {"no data", Make<Sml_OctetString>(static_cast<const char*>(nullptr), 3, -1), 2, "01"},
+        {"integer 8", new Sml_Integer8(-3), 3, "52FD"},
+        {"integer 16 is never shortened", new Sml_Integer16(5), 4, "530005"},
+        {"integer 32 is", new Sml_Integer32(5), 5, "5205"},
+        {"integer 32, negative", new Sml_Integer32(-200), 5, "53FF38"},
+        {"integer 64 in 48 bits", new Sml_Integer64(-0x80000001LL), 6, "57FFFF7FFFFFFF"},
+        {"unsigned 8", Num(200), 7, "62C8"},
+        {"unsigned 16, short", new Sml_Unsigned16(255), 8, "62FF"},
+        {"unsigned 16", new Sml_Unsigned16(256), 8, "630100"},
+        {"unsigned 32 in 24 bits", new Sml_Unsigned32(0xFFFFFF), 9, "64FFFFFF"},
+        {"unsigned 32", new Sml_Unsigned32(0x1000000), 9, "6501000000"},
+        {"unsigned 64, short", new Sml_Unsigned64(7), 10, "6207"},
+        {"unsigned 64 in 32 bits", new Sml_Unsigned64(0xFFFFFFFF), 10, "65FFFFFFFF"},
+        {"unsigned 64 skips 48 bits", new Sml_Unsigned64(1ULL << 32), 10, "690000000100000000"},
+        {"bool", new Sml_Bool(true), 1, "4201"},
+        {"absent bool", new Sml_Bool, 1, "01"},
+        {"end of message", new Sml_EndOfSmlMessage, 999, "00"},
+        {"absent octets", new Sml_OctetString, 2, "01"},
+        {"no octets", Octets(0), 2, "01"},
+        {"no data", new Sml_OctetString(nullptr, 3, -1), 2, "01"},
+        {"3 octets", new Sml_OctetString("ABC", 3, -1), 2, "04414243"},
         {"14 octets", Octets(14), 2, "0F" + Fives(14)},
-        {"15 octets", Octets(15), 2, "81 01" + Fives(15)},
-        {"20 octets", Octets(20), 2, "81 06" + Fives(20)},
-        {"21 octets", Octets(21), 2, "81 07" + Fives(21)},
-        {"254 octets", Octets(254), 2, "81 80 01" + Fives(254)},
-        {"1200 octets", Octets(1200), 2, "84 8B 03" + Fives(1200)},
+        {"15 octets", Octets(15), 2, "8101" + Fives(15)},
+        {"20 octets", Octets(20), 2, "8106" + Fives(20)},
+        {"21 octets", Octets(21), 2, "8107" + Fives(21)},
+        {"254 octets", Octets(254), 2, "818001" + Fives(254)},
+        {"1200 octets", Octets(1200), 2, "848B03" + Fives(1200)},
         {"1201 octets", Octets(1201), 2, "01"},
-        {"name", Make<Sml_OctetString>(0x0100010800FFLL), 2, "07 01 00 01 08 00 FF"},
-        {"signature", Make<Sml_Signature>("\x11\x22", 2), 2, "03 11 22"},
-        {"time", Make<Sml_Time>('\1', 0x12345678U, short{0}, short{0}), 999,
-         "72 62 01 65 12 34 56 78"},
-        {"local time", Make<Sml_Time>('\3', 100U, short{60}, short{0}), 999,
-         "72 62 03 73 62 64 52 3C 52 00"},
-        {"absent time", Make<Sml_Time>(), 999, "01"},
-        {"time of unknown choice", Make<Sml_Time>('\4', 1U, short{0}, short{0}), 999, "01"},
-        {"time by setters", TimeBySetters(3), 999, "72 62 03 73 62 07 52 FF 53 01 2C"},
-        {"present time without choice", TimeBySetters(9), 999, "72 62 00 01"},
-        {"list type", Make<Sml_ListType>('\1', new Sml_Time(2, 9, 0, 0)), 15,
-         "72 62 01 72 62 02 62 09"},
-        {"absent list type", Make<Sml_ListType>(), 999, "01"},
-        {"choice of nothing", Make<Sml_ListType>('\1', static_cast<Sml_Type*>(nullptr)), 15, "01"},
-        {"tree value", Make<Sml_ProcParValue>('\1', Num(5)), 12, "72 62 01 62 05"},
-        {"tree value, period entry", Make<Sml_ProcParValue>('\2', new Sml_PeriodEntry), 13,
-         "72 62 02 01"},
-        {"tree value, tupel entry", Make<Sml_ProcParValue>('\3', new Sml_TupelEntry(true)), 14,
-         "72 62 03 F1 07"},
-        {"tree value, time", Make<Sml_ProcParValue>('\4', new Sml_Time), 15, "72 62 04 01"},
-        {"tree value, list entry", Make<Sml_ProcParValue>('\5', new Sml_ListEntry), 16,
-         "72 62 05 01"},
-        {"empty list", Make<Sml_ListOf>(0, false), 17, "70"},
-        {"list with an empty slot", DynamicList({Num(1), nullptr, Num(3)}, new Sml_ListOf(3, true)),
-         17, "73 62 01 62 03"},
-        {"tree path", Path(), 999, "72 07 01 00 01 08 00 FF 07 01 00 02 08 00 FF"},
-        {"absent tree", Make<Sml_Tree>(), 999, "01"},
-        {"tree of a name", TreeOfName(), 999, "73 07 01 00 00 00 00 FF 01 01"},
+        {"name", Name(), 2, "070100010800FF"},
+        {"signature", new Sml_Signature("AB", 2), 2, "034142"},
+        {"time", new Sml_Time(1, 0x12345678, 5, 5), 999, "7262016512345678"},
+        {"local time", new Sml_Time(3, 100, 60, 0), 999, "7262037362 64 523C 5200"},
+        {"absent time", new Sml_Time, 999, "01"},
+        {"time of unknown choice", new Sml_Time(4, 1, 0, 0), 999, "01"},
+        {"time by setters", TimeBySetters(3), 999, "7262037362 07 52FF 53012C"},
+        {"present time without choice", TimeBySetters(9), 999, "72620001"},
+        {"list type", new Sml_ListType(1, new Sml_Time(2, 9, 0, 0)), 15, "726201 7262026209"},
+        {"absent list type", new Sml_ListType, 999, "01"},
+        {"choice of nothing", new Sml_ListType(1, nullptr), 15, "01"},
+        {"tree value", new Sml_ProcParValue(1, Num(5)), 12, "726201 6205"},
+        {"period entry value", new Sml_ProcParValue(2, new Sml_PeriodEntry), 13, "726202 01"},
+        {"tupel value", new Sml_ProcParValue(3, new Sml_TupelEntry(true)), 14, "726203 F107"},
+        {"time value", new Sml_ProcParValue(4, new Sml_Time), 15, "726204 01"},
+        {"list entry value", new Sml_ProcParValue(5, new Sml_ListEntry), 16, "726205 01"},
+        {"empty list", new Sml_ListOf(0, false), 17, "70"},
+        {"absent list", With(new Sml_ListOf, [](auto& l) { l.SetToCode(false); }), 17, "01"},
+        {"list with an empty slot",
+         With(new Sml_ListOf(3, true),
+              [](auto& l) { l.SetElement(Num(1), 0), l.SetElement(Num(3), 2); }),
+         17, "73 6201 6203"},
+        {"tree path",
+         With(new Sml_TreePath(2),
+              [](auto& p) { p.SetTreePath(0x0100010800FFLL, 0), p.SetTreePath(kObis, 1); }),
+         999, "72 070100010800FF 070100020800FF"},
+        {"absent tree", new Sml_Tree, 999, "01"},
+        {"tree of a name", With(new Sml_Tree, [](auto& t) { t.Set_ParName(Name()); }), 999,
+         "73 070100010800FF 01 01"},
         {"period entry",
-         Make<Sml_PeriodEntry>(new Sml_OctetString(1LL), Num(30), new Sml_Integer8(-1),
-                               new Sml_Integer32(-5), new Sml_Signature, true),
-         999, "75 07 00 00 00 00 00 01 62 1E 52 FF 52 FB 01"},
+         new Sml_PeriodEntry(Name(), Num(30), Minus(), Num(5), new Sml_Signature, true), 999,
+         "75 070100010800FF 621E 52FF 6205 01"},
         {"list entry",
-         Make<Sml_ListEntry>(new Sml_OctetString(1LL), new Sml_Unsigned64(8), new Sml_Time, Num(30),
-                             new Sml_Integer8(-1), new Sml_Bool(false), new Sml_Signature("S", 1),
-                             true),
-         999, "77 07 00 00 00 00 00 01 62 08 01 62 1E 52 FF 42 00 02 53"},
-        {"body without fields", Make<Sml_Message_Body>(0x0200U, 0U), 17, "72 63 02 00 70"},
-        {"body without anything", Make<Sml_Message_Body>(), 17, "70"},
+         new Sml_ListEntry(Name(), new Sml_Unsigned64(8), new Sml_Time, Num(30), Minus(),
+                           new Sml_Bool(false), new Sml_Signature("S", 1), true),
+         999, "77 070100010800FF 6208 01 621E 52FF 4200 0253"},
+        {"body without fields", new Sml_Message_Body(0x0200, 0), 17, "72 630200 70"},
+        {"body without anything", new Sml_Message_Body, 17, "70"},
     };
     for (const ObjectRow& row : rows) {
         EXPECT_EQ(Written(*row.object), Hexed(row.hex)) << row.name;
@@ -153,21 +131,20 @@ TEST(Objects, WriteTheirBytes)
 TEST(Objects, LongOctetStringsGoInPieces)
 {
     EncoderTrace trace(2);
-    const std::string piece(1000, '\x55');
     Sml_OctetString s;
-    s.SetValue(piece.data(), 1000, 5000);
+    s.SetValue(kFives.data(), 1000, 5000);
     EXPECT_EQ(s.GetTotalLength(), 5000);
     EXPECT_EQ(Written(s), "8183880C" + Fives(1000));
-    s.SetValue(piece.data(), 1000, 5000);
+    s.SetValue(kFives.data(), 1000, 5000);
     EXPECT_EQ(Written(s, 1000), Fives(1000));
     EXPECT_EQ(Written(s, 999), "");
-    s.SetValue(piece.data(), 1201, -1); // refused: the old value stays
+    s.SetValue(kFives.data(), 1201, -1); // refused: the old value stays
     EXPECT_EQ(s.GetLength(), 1000);
 
-    Sml_OctetString began(piece.data(), 1000, 1201);
+    Sml_OctetString began(kFives.data(), 1000, 1201);
     EXPECT_EQ(Written(began, 1002), ""); // the header counts as gone
     EXPECT_EQ(Written(began, 1002), Fives(1000));
-    Sml_OctetString plain(piece.data(), 1000, 1200); // not above 1200: no announcement
+    Sml_OctetString plain(kFives.data(), 1000, 1200); // not above 1200: no announcement
     EXPECT_EQ(Written(plain, 1002), "");
     EXPECT_EQ(trace.Lines(), "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=999|"
                              "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=1002|"
@@ -211,7 +188,7 @@ TEST(Objects, DynamicListsOwnTheirElements)
         EXPECT_EQ(list.Add(make('d')), 0);
         list.SetElement(make('B'), 1); // b goes
         list.SetElement(list.GetElement(1), 1);
-        const Made taken(list.GetElement(2));
+        const std::unique_ptr<Sml_Type> taken(list.GetElement(2));
         list.SetElement(nullptr, 2); // c is taken out, not deleted
         EXPECT_EQ(deleted, "b");
         EXPECT_EQ(list.Remove(0), 0); // the head, in the first block

@@ -1,6 +1,8 @@
 // The writers: exact bytes, and all or nothing at every size of the room that is left.
 #include "tests/encoder/encoder_support.h"
 
+#include <sstream>
+
 namespace
 {
 
@@ -23,10 +25,8 @@ const WriterRow kWriters[] = {
     {"unsigned 16", With<unsigned short>(ToBin_as_Unsigned16, 5), "63 00 05"},
     {"unsigned 24, low bits", With<unsigned>(ToBin_as_Unsigned24, 0x81234567), "64 23 45 67"},
     {"unsigned 32", With<unsigned>(ToBin_as_Unsigned32, 0x12345678), "65 12 34 56 78"},
-    {"unsigned 48, low bits", With<U64>(ToBin_as_Unsigned48, 0xFFFF010203040506),
-     "67 01 02 03 04 05 06"},
-    {"unsigned 64", With<U64>(ToBin_as_Unsigned64, 0x8102030405060708),
-     "69 81 02 03 04 05 06 07 08"},
+    {"unsigned 48, low bits", With<U64>(ToBin_as_Unsigned48, 0xFFFF010203040506), "67010203040506"},
+    {"unsigned 64", With<U64>(ToBin_as_Unsigned64, 0x8102030405060708), "698102030405060708"},
     {"integer 8", With<signed char>(ToBin_as_Integer8, -2), "52 FE"},
     {"integer 16", With<short>(ToBin_as_Integer16, -2), "53 FF FE"},
     {"integer 24", With<int>(ToBin_as_Integer24, -2), "54 FF FF FE"},
@@ -42,47 +42,29 @@ const WriterRow kWriters[] = {
     {"list of 0xFFFF", With<unsigned short>(ToBin_as_ListCount, 0xFFFF), "FF 8F 8F 0F"},
 };
 
-// The shortest forms, on both sides of every border.
-struct ShortestRow {
-    long long value;
-    const char* asUnsigned;
-    const char* asInteger;
-};
-
-const ShortestRow kShortest[] = {
-    {0, "62 00", "52 00"},
-    {127, "62 7F", "52 7F"},
-    {128, "62 80", "53 00 80"},
-    {0xFF, "62 FF", "53 00 FF"},
-    {0x100, "63 01 00", "53 01 00"},
-    {0x7FFF, "63 7F FF", "53 7F FF"},
-    {0x8000, "63 80 00", "54 00 80 00"},
-    {0xFFFF, "63 FF FF", "54 00 FF FF"},
-    {0x10000, "64 01 00 00", "54 01 00 00"},
-    {0x7FFFFF, "64 7F FF FF", "54 7F FF FF"},
-    {0x800000, "64 80 00 00", "55 00 80 00 00"},
-    {0xFFFFFF, "64 FF FF FF", "55 00 FF FF FF"},
-    {0x1000000, "65 01 00 00 00", "55 01 00 00 00"},
-    {0x7FFFFFFF, "65 7F FF FF FF", "55 7F FF FF FF"},
-    {0x80000000, "65 80 00 00 00", "57 00 00 80 00 00 00"},
-    {0xFFFFFFFF, "65 FF FF FF FF", "57 00 00 FF FF FF FF"},
-    {0x100000000, "67 00 01 00 00 00 00", "57 00 01 00 00 00 00"},
-    {0x7FFFFFFFFFFF, "67 7F FF FF FF FF FF", "57 7F FF FF FF FF FF"},
-    {0x800000000000, "67 80 00 00 00 00 00", "59 00 00 80 00 00 00 00 00"},
-    {0xFFFFFFFFFFFF, "67 FF FF FF FF FF FF", "59 00 00 FF FF FF FF FF FF"},
-    {0x1000000000000, "69 00 01 00 00 00 00 00 00", "59 00 01 00 00 00 00 00 00"},
-    {-1, "69 FF FF FF FF FF FF FF FF", "52 FF"},
-    {-128, "69 FF FF FF FF FF FF FF 80", "52 80"},
-    {-129, "69 FF FF FF FF FF FF FF 7F", "53 FF 7F"},
-    {-0x8000, "69 FF FF FF FF FF FF 80 00", "53 80 00"},
-    {-0x8001, "69 FF FF FF FF FF FF 7F FF", "54 FF 7F FF"},
-    {-0x800000, "69 FF FF FF FF FF 80 00 00", "54 80 00 00"},
-    {-0x800001, "69 FF FF FF FF FF 7F FF FF", "55 FF 7F FF FF"},
-    {-0x80000000LL, "69 FF FF FF FF 80 00 00 00", "55 80 00 00 00"},
-    {-0x80000001LL, "69 FF FF FF FF 7F FF FF FF", "57 FF FF 7F FF FF FF"},
-    {-0x800000000000, "69 FF FF 80 00 00 00 00 00", "57 80 00 00 00 00 00"},
-    {-0x800000000001, "69 FF FF 7F FF FF FF FF FF", "59 FF FF 7F FF FF FF FF FF"},
-};
+// The shortest unsigned and signed forms on both sides of every border.
+constexpr char kShortest[] = R"(
+    0x0 6200 5200                        0x7F 627F 527F
+    0x80 6280 530080                     0xFF 62FF 5300FF
+    0x100 630100 530100                  0x7FFF 637FFF 537FFF
+    0x8000 638000 54008000               0xFFFF 63FFFF 5400FFFF
+    0x10000 64010000 54010000            0x7FFFFF 647FFFFF 547FFFFF
+    0x800000 64800000 5500800000         0xFFFFFF 64FFFFFF 5500FFFFFF
+    0x1000000 6501000000 5501000000      0x7FFFFFFF 657FFFFFFF 557FFFFFFF
+    0x80000000 6580000000 57000080000000 0xFFFFFFFF 65FFFFFFFF 570000FFFFFFFF
+    0x100000000 67000100000000 57000100000000
+    0x7FFFFFFFFFFF 677FFFFFFFFFFF 577FFFFFFFFFFF
+    0x800000000000 67800000000000 590000800000000000
+    0xFFFFFFFFFFFF 67FFFFFFFFFFFF 590000FFFFFFFFFFFF
+    0x1000000000000 690001000000000000 590001000000000000
+    -0x1 69FFFFFFFFFFFFFFFF 52FF         -0x80 69FFFFFFFFFFFFFF80 5280
+    -0x81 69FFFFFFFFFFFFFF7F 53FF7F      -0x8000 69FFFFFFFFFFFF8000 538000
+    -0x8001 69FFFFFFFFFFFF7FFF 54FF7FFF  -0x800000 69FFFFFFFFFF800000 54800000
+    -0x800001 69FFFFFFFFFF7FFFFF 55FF7FFFFF
+    -0x80000000 69FFFFFFFF80000000 5580000000
+    -0x80000001 69FFFFFFFF7FFFFFFF 57FFFF7FFFFFFF
+    -0x800000000000 69FFFF800000000000 57800000000000
+    -0x800000000001 69FFFF7FFFFFFFFFFF 59FFFF7FFFFFFFFFFF)";
 
 void ExpectAllOrNothing(const WriterRow& row)
 {
@@ -97,11 +79,17 @@ TEST(Writers, WriteWholeFieldsOrNothing)
 {
     for (const WriterRow& row : kWriters)
         ExpectAllOrNothing(row);
-    for (const ShortestRow& row : kShortest) {
-        ExpectAllOrNothing({"shortest unsigned",
-                            With(ToBin_as_Unsigned, static_cast<U64>(row.value)), row.asUnsigned});
-        ExpectAllOrNothing({"shortest integer", With(ToBin_as_Integer, row.value), row.asInteger});
+    std::istringstream shortest(kShortest);
+    int rows = 0;
+    for (std::string number, asUnsigned, asInteger;
+         shortest >> number >> asUnsigned >> asInteger;) {
+        const U64 value = std::strtoull(number.c_str(), nullptr, 0);
+        ExpectAllOrNothing({number.c_str(), With(ToBin_as_Unsigned, value), asUnsigned.c_str()});
+        ExpectAllOrNothing({number.c_str(), With(ToBin_as_Integer, static_cast<long long>(value)),
+                            asInteger.c_str()});
+        ++rows;
     }
+    EXPECT_EQ(rows, 32);
 }
 
 // The head of a long choice needs 5 free bytes even for a short tag, and keeps them when a tag of
