@@ -316,8 +316,7 @@ void AddDecode(CLI::App& app, int& status)
                      "out at either end is free")
         ->check(CLI::Validator(CheckObis, ""))
         ->type_name("PATTERN")
-        ->expected(1)
-        ->take_all();
+        ->allow_extra_args(false);
     decode->add_option("--server", options->server, "Only readings of this server id")
         ->check(CLI::Validator(CheckHex, ""))
         ->type_name("HEX");

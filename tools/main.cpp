@@ -11,7 +11,7 @@ int main(int argc, char** argv)
         int status = tool::EXIT_GOOD;
         CLI::App app("Reads Smart Message Language (SML), the language of meters.", "quarn");
         app.set_version_flag("--version", "quarn " QUARN_VERSION);
-        app.require_subcommand(1);
+        app.require_subcommand(0, 1); // none at all is told below, behind a mistyped one
         app.fallthrough();
         app.footer("Example:\n"
                    "  quarn decode --format text examples/household.bin\n"
@@ -24,6 +24,8 @@ int main(int argc, char** argv)
             add(app, status);
         try {
             app.parse(argc, argv);
+            if (app.get_subcommands().empty())
+                throw CLI::RequiredError("A command");
         } catch (const CLI::ParseError& error) {
             return app.exit(error) == 0 ? tool::EXIT_GOOD : tool::EXIT_FAILED;
         }

@@ -49,8 +49,7 @@ void AddTraceOption(CLI::App& app)
            "Show trace lines of a unit (LibSmle encoder, LibSmlp parser, LibSmlt transport,\n"
            "LibQuarn records) up to a level (2 errors, 4 anomalies, 8 progress, 16 details)")
         ->type_name("UNIT=LEVEL")
-        ->expected(1)
-        ->take_all();
+        ->allow_extra_args(false);
 }
 
 } // namespace tool

@@ -167,10 +167,10 @@ void cReceiver::LeaveFile()
         return;
     parser.TimeoutEvent();
     for (const unsigned flags : {0U, static_cast<unsigned>(BUF_FLAG_LAST)}) {
-        recPiece.Create();
-        recPiece.AppendUIntPar("SmltFlags", flags, 0);
-        recPiece.AppendDataPar("SmlRawData", nullptr, 0, 0);
-        Parse(recPiece);
+        vorn::cRecord nothing;
+        nothing.AppendUIntPar("SmltFlags", flags, 0);
+        nothing.AppendDataPar("SmlRawData", nullptr, 0, 0);
+        Parse(nothing);
     }
     bWaiting = false;
 }
