@@ -9,6 +9,10 @@ namespace tool
 {
 
 void AddDecode(CLI::App& app, int& status);
+void AddEncode(CLI::App& app, int& status);
+void AddFrame(CLI::App& app, int& status);
+void AddUnframe(CLI::App& app, int& status);
+void AddCheck(CLI::App& app, int& status);
 
 // --trace UNIT=LEVEL, for every subcommand.
 void AddTraceOption(CLI::App& app);

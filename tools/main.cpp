@@ -20,7 +20,8 @@ int main(int argc, char** argv)
                    "stderr tells, and all that was good has been printed; 2 usage, or an input or\n"
                    "output that cannot be opened or fails. 'quarn COMMAND --help' tells more.");
         tool::AddTraceOption(app);
-        for (const auto add : {tool::AddDecode})
+        for (const auto add :
+             {tool::AddDecode, tool::AddEncode, tool::AddFrame, tool::AddUnframe, tool::AddCheck})
             add(app, status);
         try {
             app.parse(argc, argv);

@@ -96,9 +96,11 @@ void cReceiver::Decoded(int result, std::size_t size)
     }
     if (!bFrameOpen)
         return;
-    const int payload = recPiece.GetFirstPar("SmlRawData", 0, 0).GetSize();
-    frame.ullBytes += static_cast<unsigned>(payload);
-    if (payload != 0 && !bRefused) {
+    const vorn::cRecordPar payload = recPiece.GetFirstPar("SmlRawData", 0, 0);
+    frame.ullBytes += static_cast<unsigned>(payload.GetSize());
+    if (payload.GetSize() != 0)
+        events.OnPayload(frame, {payload.GetData(), static_cast<std::size_t>(payload.GetSize())});
+    if (payload.GetSize() != 0 && !bRefused) {
         recPiece.DeletePar("SmltFlags", 0, 0);
         recPiece.AppendUIntPar("SmltFlags", BUF_FLAG_FIRST, 0);
         Parse(recPiece);

@@ -27,6 +27,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <string_view>
 
 namespace tool
 {
@@ -52,6 +53,12 @@ public:
     // The parser has refused the rest of the frame and gives no record that tells why; result is
     // one of eSMLP_RESULT.
     virtual void OnRefused(const Frame& frame, int result) = 0;
+    // The next bytes of the frame's payload; what they hold is told behind them.
+    virtual void OnPayload(const Frame& frame, std::string_view bytes)
+    {
+        (void)frame;
+        (void)bytes;
+    }
     virtual void OnFrameEnd(const Frame& frame) = 0;
     virtual void OnFrameLost(const Frame& frame, eLOSS loss) = 0;
     // count bytes from offset on belong to no frame.

@@ -1,0 +1,206 @@
+// quarn check: what the inputs hold, in numbers, and what is wrong with them.
+#include "tools/command.h"
+#include "tools/input/intake.h"
+#include "tools/input/pump.h"
+#include "tools/output/json.h"
+#include "tools/reading/kind.h"
+#include "tools/reading/status.h"
+#include "tools/road/teller.h"
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <unistd.h>
+
+namespace tool
+{
+namespace
+{
+
+// How many different servers are remembered: noise must not fill the memory.
+constexpr std::size_t kMaxServers = 10000;
+
+struct Summary {
+    std::uint64_t ullBytes = 0;
+    std::uint64_t ullOutside = 0;                  // of frames
+    std::uint64_t ullGood = 0;                     // frames
+    std::uint64_t ullDamaged = 0;                  // frames whose checksum is wrong
+    std::uint64_t ullBroken = 0;                   // frames that a new one begins inside
+    std::uint64_t ullCut = 0;                      // frames that the end of an input cuts off
+    std::map<std::string, std::uint64_t> messages; // good ones, by kind
+    std::map<int, std::uint64_t> errors;           // messages by status
+    std::set<std::string> servers;                 // ids in good messages
+};
+
+// The numbers that stand alone, as both forms of the summary name them.
+constexpr struct {
+    const char* pcKey;
+    const char* pcText;
+    std::uint64_t Summary::*pullCount;
+} kCounts[] = {
+    {"bytes", "bytes", &Summary::ullBytes},
+    {"bytesOutside", "bytes outside frames", &Summary::ullOutside},
+    {"framesGood", "frames, good", &Summary::ullGood},
+    {"framesDamaged", "frames, damaged", &Summary::ullDamaged},
+    {"framesBroken", "frames, broken off", &Summary::ullBroken},
+    {"framesCut", "frames, cut off by the end", &Summary::ullCut},
+};
+
+class cChecker : public cConsumer, public cTeller
+{
+public:
+    cChecker(eINPUT kind, bool json, cOutput& output, cReport& reporter)
+        : cTeller(reporter), eKind(kind), bJson(json), out(output)
+    {
+    }
+
+    void Begin() override { pIntake = std::make_unique<cIntake>(eKind, *this, report); }
+    void Feed(const unsigned char* data, std::size_t size) override
+    {
+        sum.ullBytes += size;
+        pIntake->Feed(data, size);
+    }
+    void End() override { pIntake->End(); }
+    void Finish() override
+    {
+        if (bJson)
+            WriteJson();
+        else
+            WriteText();
+    }
+
+private:
+    void OnMessage(const Frame& frame, const vorn::cRecord& record) override
+    {
+        cTeller::OnMessage(frame, record);
+        const MessageInfo info = DescribeMessage(record);
+        if (info.iError != SML_STATUS_OK) {
+            ++sum.errors[info.iError];
+            return;
+        }
+        const MessageKind* kind = FindKind(info.uiIdentifier);
+        ++sum.messages[kind != nullptr ? kind->pcName : "unknown"];
+        if (!info.server.empty() && sum.servers.size() < kMaxServers)
+            sum.servers.emplace(info.server);
+    }
+    void OnRefused(const Frame& frame, int result) override
+    {
+        cTeller::OnRefused(frame, result);
+        ++sum.errors[SML_STATUS_IGNORE_FILE];
+    }
+    void OnFrameEnd(const Frame& frame) override
+    {
+        cTeller::OnFrameEnd(frame);
+        ++(frame.bCrcOk ? sum.ullGood : sum.ullDamaged);
+    }
+    void OnFrameLost(const Frame& frame, eLOSS loss) override
+    {
+        cTeller::OnFrameLost(frame, loss);
+        ++(loss == eLOSS::CUT_OFF ? sum.ullCut : sum.ullBroken);
+    }
+    void OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap) override
+    {
+        cTeller::OnGap(offset, count, gap);
+        sum.ullOutside += count;
+    }
+
+    void Row(const std::string& name, std::uint64_t count)
+    {
+        out.Append(name);
+        out.Pad(name.size() < 48 ? 48 - name.size() : 1);
+        const std::string digits = std::to_string(count);
+        out.Pad(digits.size() < 12 ? 12 - digits.size() : 0);
+        out.Append(digits);
+        out.Put('\n');
+    }
+
+    void WriteText()
+    {
+        for (const auto& row : kCounts)
+            Row(row.pcText, sum.*row.pullCount);
+        for (const auto& [name, count] : sum.messages)
+            Row("messages, " + name, count);
+        for (const auto& [error, count] : sum.errors)
+            Row("status " + std::to_string(error) + ", " + StatusMeaning(error), count);
+        for (const std::string& server : sum.servers) {
+            out.Append("server ");
+            out.AppendHex(server);
+            out.Put('\n');
+        }
+    }
+
+    void WriteJson()
+    {
+        cJson json(out);
+        json.StartObject();
+        for (const auto& row : kCounts) {
+            json.Key(row.pcKey);
+            json.Uint(sum.*row.pullCount);
+        }
+        json.Key("messages");
+        json.StartObject();
+        for (const auto& [name, count] : sum.messages) {
+            json.Key(name);
+            json.Uint(count);
+        }
+        json.EndObject();
+        json.Key("errors");
+        json.StartArray();
+        for (const auto& [error, count] : sum.errors) {
+            json.StartObject();
+            json.Key("status");
+            json.Int(error);
+            json.Key("meaning");
+            json.String(StatusMeaning(error));
+            json.Key("count");
+            json.Uint(count);
+            json.EndObject();
+        }
+        json.EndArray();
+        json.Key("servers");
+        json.StartArray();
+        for (const std::string& server : sum.servers)
+            json.Hex(server);
+        json.EndArray();
+        json.EndObject();
+        json.EndLine();
+    }
+
+    eINPUT eKind;
+    bool bJson;
+    cOutput& out;
+    std::unique_ptr<cIntake> pIntake;
+    Summary sum;
+};
+
+} // namespace
+
+void AddCheck(CLI::App& app, int& status)
+{
+    struct Options {
+        std::vector<std::string> inputs = {"-"};
+        eINPUT eKind = INPUT_AUTO;
+        bool bJson = false;
+    };
+    const auto options = std::make_shared<Options>();
+    static const std::map<std::string, eINPUT> kInputs = {
+        {"auto", INPUT_AUTO}, {"framed", INPUT_FRAMED}, {"raw", INPUT_RAW}, {"hex", INPUT_HEX}};
+    CLI::App* check = app.add_subcommand("check", "Count what inputs hold and what is wrong there");
+    check->add_option("INPUT", options->inputs,
+                      "Files to read, counted together; - is standard input (the default)");
+    check->add_option("--input", options->eKind, "What an input holds, as in 'quarn decode'")
+        ->transform(CLI::Transformer(kInputs))
+        ->type_name("auto|framed|raw|hex");
+    check->add_flag("--json", options->bJson, "Print the summary as one JSON object");
+    check->footer("Example:\n"
+                  "  quarn check --json examples/household.bin");
+    check->callback([options, &status] {
+        cOutput out(STDOUT_FILENO);
+        cReport report;
+        cChecker checker(options->eKind, options->bJson, out, report);
+        status = PumpInputs(options->inputs, checker, out, report);
+    });
+}
+
+} // namespace tool

@@ -1,0 +1,48 @@
+// quarn frame: each input, a raw SML file, to one transport frame.
+#include "tools/command.h"
+#include "tools/input/pump.h"
+#include "tools/road/framer.h"
+
+#include <memory>
+#include <unistd.h>
+
+namespace tool
+{
+namespace
+{
+
+class cFrameEach : public cConsumer
+{
+public:
+    explicit cFrameEach(cOutput& output) : framer(output) {}
+
+    void Feed(const unsigned char* data, std::size_t size) override
+    {
+        framer.Feed({reinterpret_cast<const char*>(data), size});
+    }
+    void End() override { framer.End(); }
+
+private:
+    cFramer framer;
+};
+
+} // namespace
+
+void AddFrame(CLI::App& app, int& status)
+{
+    const auto inputs = std::make_shared<std::vector<std::string>>(1, "-");
+    CLI::App* frame = app.add_subcommand("frame", "Wrap raw SML files in transport frames");
+    frame->add_option("INPUT", *inputs,
+                      "Raw SML files, of which each becomes one frame; - is standard input (the\n"
+                      "default). An input of no bytes makes no frame");
+    frame->footer("Example:\n"
+                  "  quarn frame file.sml | quarn decode");
+    frame->callback([inputs, &status] {
+        cOutput out(STDOUT_FILENO);
+        cReport report;
+        cFrameEach framer(out);
+        status = PumpInputs(*inputs, framer, out, report);
+    });
+}
+
+} // namespace tool

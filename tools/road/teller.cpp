@@ -1,0 +1,64 @@
+// See teller.h.
+#include "tools/road/teller.h"
+
+#include "tools/reading/status.h"
+
+namespace tool
+{
+namespace
+{
+
+using ull = unsigned long long;
+
+} // namespace
+
+void cTeller::OnMessage(const Frame& frame, const vorn::cRecord& record)
+{
+    const MessageInfo info = DescribeMessage(record);
+    if (info.iError != SML_STATUS_OK)
+        report.Say(EXIT_DAMAGED, "frame %llu, message %u: %s (status %d)", ull{frame.ullNumber},
+                   info.uiNumber, StatusMeaning(info.iError), info.iError);
+}
+
+void cTeller::OnRefused(const Frame& frame, int result)
+{
+    if (result == SMLP_OUT_OF_MEMORY)
+        report.Say(EXIT_FAILED, "frame %llu: out of memory", ull{frame.ullNumber});
+    else
+        report.Say(EXIT_DAMAGED, "frame %llu, message 1 of a file: %s (status %d)",
+                   ull{frame.ullNumber}, StatusMeaning(SML_STATUS_IGNORE_FILE),
+                   SML_STATUS_IGNORE_FILE);
+}
+
+void cTeller::OnFrameEnd(const Frame& frame)
+{
+    TellChecksum(frame);
+    if (frame.bInsideFile)
+        report.Say(EXIT_DAMAGED, "frame %llu: ends inside an SML file", ull{frame.ullNumber});
+}
+
+void cTeller::OnFrameLost(const Frame& frame, eLOSS loss)
+{
+    if (loss == eLOSS::CUT_OFF)
+        report.Say(EXIT_GOOD, "frame %llu: cut off by the end of the input", ull{frame.ullNumber});
+    else
+        report.Say(EXIT_DAMAGED, "frame %llu: broken off, a new frame begins inside it",
+                   ull{frame.ullNumber});
+}
+
+void cTeller::OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap)
+{
+    static constexpr const char* kWhere[] = {"before the first frame", "between frames",
+                                             "after the last frame", "and no frame"};
+    report.Say(gap == eGAP::BEFORE_FIRST ? EXIT_GOOD : EXIT_DAMAGED,
+               "%llu bytes %s, from byte %llu on", ull{count}, kWhere[static_cast<int>(gap)],
+               ull{offset} + 1);
+}
+
+void cTeller::TellChecksum(const Frame& frame)
+{
+    if (!frame.bCrcOk)
+        report.Say(EXIT_DAMAGED, "frame %llu: the checksum is wrong", ull{frame.ullNumber});
+}
+
+} // namespace tool

@@ -1,0 +1,33 @@
+// Tells a person what is wrong with an input, as the receive road meets it: damaged and broken
+// frames, bytes between them, and messages that were refused.
+#ifndef TOOLS_ROAD_TELLER_H
+#define TOOLS_ROAD_TELLER_H
+
+#include "tools/reading/reading.h"
+#include "tools/road/receiver.h"
+#include "tools/road/report.h"
+
+namespace tool
+{
+
+class cTeller : public cReceiverEvents
+{
+public:
+    explicit cTeller(cReport& reporter) : report(reporter) {}
+
+    void OnMessage(const Frame& frame, const vorn::cRecord& record) override;
+    void OnRefused(const Frame& frame, int result) override;
+    void OnFrameEnd(const Frame& frame) override;
+    void OnFrameLost(const Frame& frame, eLOSS loss) override;
+    void OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap) override;
+
+protected:
+    // A damaged frame, and nothing of what it held.
+    void TellChecksum(const Frame& frame);
+
+    cReport& report;
+};
+
+} // namespace tool
+
+#endif

@@ -1,0 +1,104 @@
+// quarn unframe: transport frames to the raw SML that they hold.
+//
+// A payload is held back until its frame has ended, and only written when the checksum is right,
+// unless --keep-bad. A payload that cannot be held (16 MiB) is withheld like a damaged one.
+#include "tools/command.h"
+#include "tools/input/pump.h"
+#include "tools/road/teller.h"
+
+#include <memory>
+#include <unistd.h>
+
+namespace tool
+{
+namespace
+{
+
+constexpr std::size_t kMaxHeld = 16U * 1024 * 1024;
+
+class cUnframer : public cConsumer, public cTeller
+{
+public:
+    cUnframer(bool keepBad, cOutput& output, cReport& reporter)
+        : cTeller(reporter), bKeepBad(keepBad), out(output)
+    {
+    }
+
+    void Begin() override { pReceiver = std::make_unique<cReceiver>(false, *this); }
+    void Feed(const unsigned char* data, std::size_t size) override { pReceiver->Feed(data, size); }
+    void End() override { pReceiver->End(); }
+
+private:
+    // What a payload says is of no concern here.
+    void OnMessage(const Frame&, const vorn::cRecord&) override {}
+    void OnRefused(const Frame&, int) override {}
+
+    void OnPayload(const Frame&, std::string_view bytes) override
+    {
+        if (!bKeepBad && !out.Holds())
+            out.Hold();
+        if (bTooLong)
+            return;
+        out.Append(bytes);
+        if (out.HeldSize() > kMaxHeld) {
+            bTooLong = true;
+            out.Discard();
+        }
+        out.DrainIfLarge();
+    }
+    void OnFrameEnd(const Frame& frame) override
+    {
+        TellChecksum(frame);
+        if (bTooLong)
+            report.Say(EXIT_DAMAGED, "frame %llu: too long to be held until its end",
+                       static_cast<unsigned long long>(frame.ullNumber));
+        Settle(frame.bCrcOk);
+    }
+    void OnFrameLost(const Frame& frame, eLOSS loss) override
+    {
+        cTeller::OnFrameLost(frame, loss);
+        Settle(false);
+    }
+    void Settle(bool good)
+    {
+        if (out.Holds() && !good)
+            out.Discard();
+        out.Release();
+        bTooLong = false;
+    }
+
+    bool bKeepBad;
+    cOutput& out;
+    std::unique_ptr<cReceiver> pReceiver;
+    bool bTooLong = false; // this frame
+};
+
+} // namespace
+
+void AddUnframe(CLI::App& app, int& status)
+{
+    struct Options {
+        std::vector<std::string> inputs = {"-"};
+        bool bKeepBad = false;
+    };
+    const auto options = std::make_shared<Options>();
+    CLI::App* unframe = app.add_subcommand("unframe", "Take raw SML out of transport frames");
+    unframe->add_option("INPUT", options->inputs,
+                        "Files of transport frames, one after the other; - is standard input (the\n"
+                        "default)");
+    unframe->add_flag("--keep-bad", options->bKeepBad,
+                      "Write also what damaged and unfinished frames hold");
+    unframe->footer("Frames with a wrong checksum, unfinished ones and bytes outside frames are\n"
+                    "told on stderr and left out.\n"
+                    "\n"
+                    "Example:\n"
+                    "  quarn unframe examples/household.bin > household.sml");
+    unframe->callback([options, &status] {
+        cOutput out(STDOUT_FILENO);
+        cReport report;
+        cUnframer unframer(options->bKeepBad, out, report);
+        status = PumpInputs(options->inputs, unframer, out, report);
+    });
+}
+
+} // namespace tool
