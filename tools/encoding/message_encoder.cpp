@@ -148,6 +148,8 @@ cMessageEncoder::cMessageEncoder()
     header.AppendUIntPar("groupNo", 0, 0);
     header.AppendUIntPar("abortOnError", 0, 0);
     vorn::cRecord body;
+    for (const char* label : {"reqFileId", "serverId"})
+        body.AppendDataPar(label, "0", 1, 0);
     vorn::cRecord result;
     Encode_Open_Response(body, header, result);
     openMessage = BytesIn(result, "SmlMsgRawData");
