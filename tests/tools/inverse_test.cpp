@@ -209,13 +209,16 @@ TEST(Inverse, FilesBecomeFrames)
     }
 }
 
-// Readings with their places, which change when frames are left out, taken off.
-std::string Values(const std::string& readings)
+// Readings of the first frames, without their places, which change when frames are left out.
+std::string Values(const std::string& readings, std::size_t frames)
 {
+    constexpr std::size_t kNumber = 9; // behind {"frame":
     std::string values;
     std::istringstream lines(readings);
-    for (std::string line; std::getline(lines, line);)
-        values += line.substr(line.find("\"server\"")) + '\n';
+    for (std::string line; std::getline(lines, line);) {
+        if (std::stoul(line.substr(kNumber)) <= frames)
+            values += line.substr(line.find("\"server\"")) + '\n';
+    }
     return values;
 }
 
@@ -246,15 +249,16 @@ std::vector<std::filesystem::path> Inputs()
 TEST(Inverse, ReadingsSurviveTheWayThereAndBack)
 {
     for (const std::filesystem::path& path : Inputs()) {
-        const std::string records =
-            GoodFrames(Quarn({"decode", "--format=records", path.string()}).out);
+        const std::string all = Quarn({"decode", "--format=records", path.string()}).out;
+        const std::string last = all.substr(all.rfind(R"({"event":"frame","frame":)") + 25);
+        const std::string records = GoodFrames(all);
         const Ran encoded = Quarn({"encode", "--frame"}, records);
         const bool bad = records.find("\"Error\":-") != std::string::npos;
         EXPECT_EQ(encoded.iStatus, bad ? 1 : 0) << path << encoded.err;
         const std::string again = Quarn({"decode"}, encoded.out).out;
-        // Of a frame that is cut off, decode prints what it can; its records have no end.
         const std::string once = Quarn({"decode", path.string()}).out;
-        EXPECT_EQ(Values(again), Values(once).substr(0, Values(again).size())) << path;
+        // Of a frame that is cut off, decode prints what it can; its records have no end.
+        EXPECT_EQ(Values(again, std::string::npos), Values(once, std::stoul(last))) << path;
         EXPECT_EQ(again.empty(), once.empty()) << path;
     }
 }

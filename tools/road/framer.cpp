@@ -1,8 +1,6 @@
 // See framer.h.
 #include "tools/road/framer.h"
 
-#include <algorithm>
-
 namespace tool
 {
 
