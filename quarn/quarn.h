@@ -10,5 +10,11 @@
 #include "quarn/foundation/messages.h"
 #include "quarn/foundation/units.h"
 #include "quarn/parser/parser.h"
+#include "quarn/records/bodies.h"
+#include "quarn/records/entries.h"
+#include "quarn/records/envelope.h"
+#include "quarn/records/lists.h"
+#include "quarn/records/tree.h"
+#include "quarn/records/values.h"
 
 #endif
