@@ -102,7 +102,8 @@ template <class Traits>
 class EntryList : public List<Traits>
 {
 public:
-    using List<Traits>::Object;
+    using Base = List<Traits>;
+    using Base::Base;
     using Element = typename Traits::Element;
 
     bool SetListEntry(const Element& element) noexcept { return this->Add(element); }
