@@ -20,6 +20,7 @@
 #include <string>
 #include <type_traits>
 #include <utility>
+#include <variant>
 
 namespace quarn::detail
 {
@@ -118,6 +119,14 @@ bool TryAssign(T& to, const T& from) noexcept
             to = std::move(copy);
         });
     }
+}
+
+// The alternative of type T of a variant, for a class that is a choice.
+template <typename T, class Variant>
+bool GetAlternative(const Variant& alternatives, T& out) noexcept
+{
+    const T* v = std::get_if<T>(&alternatives);
+    return v != nullptr && TryAssign(out, *v);
 }
 
 // Reading and writing under a label, for every type that a field may have.

@@ -15,22 +15,16 @@ public:
     bool IsValid() const noexcept { return alternatives.index() > 0; }
 
     // Each succeeds for its own alternative only.
-    bool GetParValue(cSmlValue& v) const noexcept { return Get(v); }
-    bool GetParValue(cSmlPeriodEntry& v) const noexcept { return Get(v); }
-    bool GetParValue(cSmlTupelEntry& v) const noexcept { return Get(v); }
-    bool GetParValue(cSmlTime& v) const noexcept { return Get(v); }
-    bool GetParValue(cSmlListEntry& v) const noexcept { return Get(v); }
+    bool GetParValue(cSmlValue& v) const noexcept { return GetAlternative(alternatives, v); }
+    bool GetParValue(cSmlPeriodEntry& v) const noexcept { return GetAlternative(alternatives, v); }
+    bool GetParValue(cSmlTupelEntry& v) const noexcept { return GetAlternative(alternatives, v); }
+    bool GetParValue(cSmlTime& v) const noexcept { return GetAlternative(alternatives, v); }
+    bool GetParValue(cSmlListEntry& v) const noexcept { return GetAlternative(alternatives, v); }
 
 protected:
     static constexpr const char* kClass = "cSmlProcParValue";
     static constexpr bool kCopiedWhenValid = false;
 
-    template <typename T>
-    bool Get(T& out) const noexcept
-    {
-        const T* v = std::get_if<T>(&alternatives);
-        return v != nullptr && TryAssign(out, *v);
-    }
     template <typename T>
     void Take(const T& v) noexcept
     {

@@ -10,8 +10,6 @@
 
 #include "quarn/records/structure.h"
 
-#include <variant>
-
 // A time. Types: 1 = seconds index, 2 = timestamp, 3 = local timestamp with two offsets.
 class QUARN_API cSmlTime : private quarn::detail::FieldSet<
                                quarn::detail::Field<unsigned int, quarn::detail::label::type>,
@@ -127,8 +125,7 @@ protected:
     template <typename T>
     bool Get(T& out) const noexcept
     {
-        const T* v = std::get_if<T>(&alternatives);
-        return v != nullptr && bValid && TryAssign(out, *v);
+        return bValid && GetAlternative(alternatives, out);
     }
     void Read(const vorn::cRecord& record, unsigned depth);
     bool Write(vorn::cRecord& target) const;
