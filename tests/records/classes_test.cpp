@@ -88,6 +88,9 @@ Row Case(const char* name, const char* label, unsigned rules, const char* missin
                 test::Append(out, "valid", true);
             return out;
         };
+        C moved(sample);
+        moved = C(input);
+        EXPECT_EQ(all(moved), all(assigned));
         Outcome o{all(object), all(copy), all(assigned), {}};
         object.ToRecord(o.written);
         return o;
@@ -296,9 +299,9 @@ TEST(Classes, RecordMissing)
         test::TraceCapture traces(LibQuarn, 16);
         const Outcome o = row.run(Record("other=u1"), {});
         EXPECT_EQ(o.fields, vorn::cRecord());
-        Lines expected; // of the object, of the sample, of writing
+        Lines expected; // of object, sample, sample, moved; of writing
         if (*row.missing != '\0')
-            expected.assign(2, std::string("LibQuarn") + row.missing +
+            expected.assign(4, std::string("LibQuarn") + row.missing +
                                    "::CTOR: record invalid/empty!");
         if ((row.rules & kWritesValid) != 0)
             expected.push_back("LibQuarn[2]: " + std::string(row.name) +
@@ -306,6 +309,11 @@ TEST(Classes, RecordMissing)
         EXPECT_EQ(traces.Lines(), expected);
     }
     EXPECT_EQ(Written(cSmlGetListReq()), Record("SmlGetListReq{ }"));
+    // Lists that may be missing without a word, and one that may not.
+    test::TraceCapture traces(LibQuarn, 16);
+    cSmlGetListRes(Record("SmlGetListRes{ }"));
+    cSmlGetProfPackRes(Record("SmlGetProfPackRes{ }"));
+    EXPECT_EQ(traces.Lines(), Lines{"LibQuarn[16]: cSmlTreePath::CTOR: record invalid/empty!"});
 }
 
 // Each entry is valid once the last required field is set, and not before.

@@ -96,8 +96,10 @@ TEST(Value, Kinds)
         SCOPED_TRACE(row.record);
         test::TraceCapture traces(LibQuarn, 16);
         const cSmlValue value(Record(row.record));
-        cSmlValue assigned(Record("value=u1"));
+        cSmlValue assigned(Record("value=u1")), moved(Record("value=u1"));
         assigned = value;
+        moved = cSmlValue(value);
+        EXPECT_EQ(moved.IsValid(), row.valid);
         unsigned kind = 99, ofAssigned = 99, u = 0;
         EXPECT_TRUE(value.GetType(kind) && assigned.GetType(ofAssigned));
         EXPECT_EQ(kind, row.kind);
