@@ -172,6 +172,9 @@ TEST(Lists, ElementsInAnotherShape)
         EXPECT_EQ(o.written, Record(row.output));
         EXPECT_EQ(o.rebuilt, o.written);
     }
+    cSmlProfObjPeriodList list;
+    list.SetListEntry(cSmlProfObjPeriodEntry(Record("pObjPerEntry{ status=U1 }")));
+    EXPECT_EQ(test::Written(list), Record("period_List{ pObjPerEntry{ pObjPerEntry{ } } }"));
 }
 
 } // namespace

@@ -113,6 +113,13 @@ TEST(Memory, GettersAndSetters)
     const auto failsOnlyThen = [](bool done, bool failed) { EXPECT_EQ(done, !failed); };
     FailEach([&] { return entry.GetValueSign(sign) && entry.GetValue(value); }, failsOnlyThen);
     FailEach([&] { return list.SetListEntry(entry); }, failsOnlyThen);
+    FailEach(
+        [&] {
+            cSmlListEntry target;
+            std::string unset;
+            return target.SetValueSign(sign) == target.GetValueSign(unset) && !unset.empty();
+        },
+        failsOnlyThen);
     int count = 0;
     EXPECT_TRUE(list.GetListCount(count) && count == 1);
 }
