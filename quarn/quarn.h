@@ -21,5 +21,7 @@
 #include "quarn/foundation/messages.h"
 #include "quarn/foundation/units.h"
 #include "quarn/parser/parser.h"
+#include "quarn/parser/tree_path.h"
+#include "quarn/transport/codec.h"
 
 #endif
