@@ -1,50 +1,8 @@
-// Memory that runs out: each allocation in turn fails, and nothing may leak, crash or throw. This
-// program replaces operator new by one that counts and fails on request.
+// Memory that runs out: each allocation in turn fails, and nothing may leak, crash or throw.
 #include "tests/encoder/encoder_support.h"
+#include "tests/support/failing_new.h"
 
-#include <cstdlib>
-#include <new>
 #include <utility>
-
-namespace
-{
-
-long lLive = 0;       // blocks in use
-long lFailAfter = -1; // allocations that still succeed; -1: all
-
-void* Allocate(std::size_t size) noexcept
-{
-    if (lFailAfter == 0)
-        return nullptr;
-    if (lFailAfter > 0)
-        --lFailAfter;
-    ++lLive;
-    return std::malloc(size != 0 ? size : 1);
-}
-
-void* AllocateOrThrow(std::size_t size)
-{
-    if (void* const p = Allocate(size))
-        return p;
-    throw std::bad_alloc();
-}
-
-void Free(void* p) noexcept
-{
-    lLive -= p != nullptr ? 1 : 0;
-    std::free(p);
-}
-
-} // namespace
-
-void* operator new(std::size_t size) { return AllocateOrThrow(size); }
-void* operator new[](std::size_t size) { return AllocateOrThrow(size); }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
-void operator delete(void* p) noexcept { Free(p); }
-void operator delete[](void* p) noexcept { Free(p); }
-void operator delete(void* p, std::size_t) noexcept { Free(p); }
-void operator delete[](void* p, std::size_t) noexcept { Free(p); }
 
 namespace
 {
@@ -96,13 +54,14 @@ template <typename Action>
 int FailInTurn(Action action)
 {
     for (int n = 0;; ++n) {
-        const long before = lLive;
-        lFailAfter = n;
-        const bool done = action();
-        const bool failed = lFailAfter == 0;
-        lFailAfter = -1;
-        EXPECT_EQ(lLive, before) << "leaked when allocation " << n << " failed";
-        if (done && !failed)
+        const long before = lBlocksInUse;
+        bool done = false;
+        {
+            const FailingNew failing(n);
+            done = action() && lAllocationsLeft > 0;
+        }
+        EXPECT_EQ(lBlocksInUse, before) << "leaked when allocation " << n << " failed";
+        if (done)
             return n;
         if (::testing::Test::HasFailure() || n > 10000)
             return -1;
@@ -141,11 +100,11 @@ TEST_F(OutOfMemory, EncodeFunctions)
             const int failures = FailInTurn([&] {
                 cRecord result = former;
                 const int rc = encode(body, header, result);
-                const long left = std::exchange(lFailAfter, -1); // comparing needs memory
+                const long left = std::exchange(lAllocationsLeft, 1000000); // to compare
                 EXPECT_TRUE(rc == SML_ENCODE_OK ? result == whole
                                                 : rc == SML_ENCODE_NO_MEMORY && result == former)
                     << rc;
-                lFailAfter = left;
+                lAllocationsLeft = left;
                 return rc == SML_ENCODE_OK;
             });
             EXPECT_GT(failures, 5) << "of encoder " << &encode - kEncoders;
