@@ -2,6 +2,17 @@
 #ifndef QUARN_QUARN_H
 #define QUARN_QUARN_H
 
+#include "quarn/encoder/choices.h"
+#include "quarn/encoder/converters.h"
+#include "quarn/encoder/encode.h"
+#include "quarn/encoder/list.h"
+#include "quarn/encoder/message.h"
+#include "quarn/encoder/message_body.h"
+#include "quarn/encoder/octet_string.h"
+#include "quarn/encoder/scalars.h"
+#include "quarn/encoder/sml_type.h"
+#include "quarn/encoder/structures.h"
+#include "quarn/encoder/tl_writers.h"
 #include "quarn/foundation/buffer.h"
 #include "quarn/foundation/fifo3.h"
 #include "quarn/foundation/frame_flags.h"

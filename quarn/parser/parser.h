@@ -31,12 +31,16 @@
 //
 // Packets: a message longer than SML_MESSAGE_STORE bytes, or with a value longer than
 // SML_VALUE_CHUNK, is delivered as several records, each with the full header, "SmlMsgRawData"
-// holding that packet's bytes, and "SmlCrc" the running CRC register; the last of them carries the
-// received CRC. Joined in order, the raw bytes are the message. In a set-process-parameter request
-// and a get-process-parameter response each packet made by a long value carries the tree so far as
-// "parTree", with "extFlag" true, the value's total length "extLen" and that packet's piece as
-// "value", beside "extMsgPart", the packet's number; the last piece has "extFlag" false. A message
-// longer than SML_MAX_MESSAGE is refused.
+// holding that packet's bytes, and "SmlCrc" the running CRC register; packets are not classified
+// ("Cast" is -1). The last record carries the received CRC and the whole body. Joined in order, the
+// raw bytes are the message. A long value of a list or period entry stands in the raw bytes only;
+// its entry keeps the last piece. A long value of a parameter tree is told in pieces: each packet
+// it makes carries the tree so far as "parTree", with "extFlag" true, the value's total length
+// "extLen" and that packet's piece as "value", beside "extMsgPart", the packet's number. The last
+// piece has "extFlag" false; it comes with the next record, where what the tree held behind it
+// follows as a second "parTree", whose nodes above the long value's have no name. A message longer
+// than SML_MAX_MESSAGE is refused. Records take memory in proportion to the message: up to some 70
+// bytes for each byte of a list of nothing but one-byte elements.
 //
 // When input is bad, "Error" in "SmlStatus" (enum eSML_STATUS) names the attention response that
 // the host should send; a trace line of LibSmlp at level 2 says what was wrong. An error ends the

@@ -1,6 +1,7 @@
 // Replaces the global operator new of a test program, so that allocations can be made to fail:
-// while a FailingNew lives, the first count allocations succeed and all others throw. To be
-// included by one source file of a program.
+// while a FailingNew lives, the first count allocations succeed and all others fail. Counts the
+// blocks in use, so that a leak is seen without a sanitizer. To be included by one source file of a
+// program.
 #ifndef TESTS_SUPPORT_FAILING_NEW_H
 #define TESTS_SUPPORT_FAILING_NEW_H
 
@@ -12,6 +13,7 @@ namespace test
 {
 
 inline thread_local long lAllocationsLeft = std::numeric_limits<long>::max();
+inline thread_local long lBlocksInUse = 0; // of a program that frees in the thread that allocates
 
 struct FailingNew {
     explicit FailingNew(long count) { lAllocationsLeft = count; }
@@ -25,18 +27,33 @@ struct FailingNew {
 // Not inlined: compilers compare what they see of new with what they see of delete.
 #define TESTS_NOINLINE __attribute__((noinline))
 
-TESTS_NOINLINE void* operator new(std::size_t size)
+TESTS_NOINLINE void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
     void* const p = test::lAllocationsLeft > 0 ? std::malloc(size != 0 ? size : 1) : nullptr;
-    if (p == nullptr)
-        throw std::bad_alloc();
-    --test::lAllocationsLeft;
+    if (p != nullptr) {
+        --test::lAllocationsLeft;
+        ++test::lBlocksInUse;
+    }
     return p;
 }
+TESTS_NOINLINE void* operator new(std::size_t size)
+{
+    if (void* const p = ::operator new(size, std::nothrow))
+        return p;
+    throw std::bad_alloc();
+}
 TESTS_NOINLINE void* operator new[](std::size_t size) { return ::operator new(size); }
-TESTS_NOINLINE void operator delete(void* p) noexcept { std::free(p); }
-TESTS_NOINLINE void operator delete[](void* p) noexcept { std::free(p); }
-TESTS_NOINLINE void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-TESTS_NOINLINE void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
+TESTS_NOINLINE void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept
+{
+    return ::operator new(size, nothrow);
+}
+TESTS_NOINLINE void operator delete(void* p) noexcept
+{
+    test::lBlocksInUse -= p != nullptr ? 1 : 0;
+    std::free(p);
+}
+TESTS_NOINLINE void operator delete[](void* p) noexcept { ::operator delete(p); }
+TESTS_NOINLINE void operator delete(void* p, std::size_t) noexcept { ::operator delete(p); }
+TESTS_NOINLINE void operator delete[](void* p, std::size_t) noexcept { ::operator delete(p); }
 
 #endif
