@@ -31,8 +31,8 @@ namespace tool
 namespace
 {
 
-constexpr std::size_t kBlockSize = 128U * 1024;
-constexpr std::size_t kMaxHeld = 16U * 1024 * 1024;
+constexpr std::size_t kBlockSize = std::size_t{128} * 1024;
+constexpr std::size_t kMaxHeld = std::size_t{16} * 1024 * 1024;
 
 using ull = unsigned long long;
 
