@@ -29,4 +29,8 @@ constexpr unsigned SML_ENCODE_TREE_LEVELS = 128;
 // Levels of a parameter tree that the parser follows: nodes on levels 0 to 11.
 constexpr unsigned MAX_TREE_LEVEL = 12;
 
+// Levels of a parameter tree in a record. A record with more is refused as a whole, with a trace,
+// so that no record exhausts the stack.
+constexpr unsigned SML_MAX_TREE_DEPTH = 64;
+
 #endif
