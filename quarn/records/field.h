@@ -115,7 +115,7 @@ bool TryAssign(T& to, const T& from) noexcept
     } else {
         return Guarded("copy", [&] {
             T copy;
-            Access::Copy(copy, from);
+            Access::Assign(copy, from);
             to = std::move(copy);
         });
     }
