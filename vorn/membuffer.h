@@ -84,7 +84,7 @@ private:
     void AddRef() const noexcept;
     void Release() noexcept;
 
-    alignas(8) char acStore[kInPlace]; // the bytes, or the address of the shared block
+    alignas(8) char acStore[kInPlace]{}; // the bytes, or the address of the shared block
     std::uint32_t uiSize = 0;
 };
 

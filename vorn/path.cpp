@@ -3,6 +3,7 @@
 // copied, and nothing recurses.
 #include "vorn/path.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -14,12 +15,9 @@ namespace
 
 bool Matches(const cRecord& record, const cRecord& key)
 {
-    for (const cRecordPar& wanted : key) {
-        const cRecordPar found = record.GetFirstPar(wanted.GetName(), 0, 0);
-        if (found != wanted)
-            return false;
-    }
-    return true;
+    return std::all_of(key.begin(), key.end(), [&](const cRecordPar& wanted) {
+        return record.GetFirstPar(wanted.GetName(), 0, 0) == wanted;
+    });
 }
 
 // The first record parameter of record with that name and key; out is set to its content.
@@ -40,6 +38,7 @@ const cRecordPar* FindLevel(const cRecord& record, const cRecordPar& level, cRec
 
 } // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the interface is given
 cRecord ChangeRecord(cRecord root, cRecordPath path, cRecord newRec, std::string name, bool flag)
 {
     std::vector<std::pair<cRecord, std::size_t>>

@@ -86,6 +86,10 @@ namespace
 {
 
 constexpr std::size_t kFirstCapacity = 4;
+constexpr std::uint32_t kMostHint = 64; // a record once huge does not stay so
+
+// Names are compared as they are stored: cut off at kMaxName bytes.
+std::size_t NameSize(const char* name) { return ::strnlen(name, cRecordPar::kMaxName); }
 
 template <typename T>
 cMemBuffer ScalarBytes(T value)
@@ -212,14 +216,6 @@ bool cRecordPar::GetRecord(cRecord& out) const noexcept
 
 // ---- cRecord
 
-namespace
-{
-
-// Names are compared as they are stored: cut off at kMaxName bytes.
-std::size_t NameSize(const char* name) { return ::strnlen(name, cRecordPar::kMaxName); }
-
-} // namespace
-
 cRecord::cRecord(const cRecord& other) noexcept : pNode(other.pNode)
 {
     if (pNode != nullptr)
@@ -248,13 +244,18 @@ void cRecord::Create() noexcept
 {
     if (pNode == nullptr)
         return;
-    uiCapacityHint = pNode->uiCount;
+    uiCapacityHint = std::min(pNode->uiCount, kMostHint);
     Node::Release(std::exchange(pNode, nullptr));
+}
+
+bool cRecord::HasRoom(std::size_t capacity) const noexcept
+{
+    return pNode != nullptr && pNode->uiCapacity >= capacity && !pNode->IsShared();
 }
 
 void cRecord::MakeRoom(std::size_t capacity)
 {
-    if (pNode != nullptr && pNode->uiCapacity >= capacity && !pNode->IsShared())
+    if (HasRoom(capacity))
         return;
     const std::size_t count = pNode != nullptr ? pNode->uiCount : 0;
     if (count == 0)
@@ -282,9 +283,16 @@ void cRecord::Append(const char* name, eTYPE type, cMemBuffer value)
 {
     if (name == nullptr)
         name = "";
+    const std::size_t size = NameSize(name);
     const std::size_t count = pNode != nullptr ? pNode->uiCount : 0;
-    MakeRoom(count + 1);
-    new (pNode->Pars() + count) cRecordPar(name, NameSize(name), type, std::move(value));
+    char text[cRecordPar::kMaxName];
+    if (!HasRoom(count + 1)) {
+        std::memcpy(text, name, size); // it may stand in the node that is replaced here
+        name = text;
+        MakeRoom(count + 1);
+    }
+    auto* const par = new (pNode->Pars() + count) cRecordPar(name, size, type, std::move(value));
+    par->uiPosition = static_cast<std::uint32_t>(count);
     ++pNode->uiCount;
 }
 
@@ -356,19 +364,18 @@ void cRecord::DeletePar(const char* name, int, int)
     const auto index = found - begin();
     MakeRoom(pNode->uiCount);
     cRecordPar* const last = pNode->Pars() + pNode->uiCount - 1;
-    std::move(pNode->Pars() + index + 1, last + 1, pNode->Pars() + index);
+    for (cRecordPar* par = pNode->Pars() + index; par != last; ++par) {
+        *par = std::move(par[1]);
+        --par->uiPosition;
+    }
     last->~cRecordPar();
     --pNode->uiCount;
 }
 
 cRecordPar cRecord::GetFirstPar(const char* name, int, int) const
 {
-    cRecordPar par;
-    if (const cRecordPar* const found = Find(name, 0)) {
-        par.CopyFrom(*found);
-        par.uiPosition = static_cast<std::uint32_t>(found - begin());
-    }
-    return par;
+    const cRecordPar* const found = Find(name, 0);
+    return found != nullptr ? *found : cRecordPar();
 }
 
 cRecordPar cRecord::GetFirstParByPath(const char* path, const char* separator, int, int) const
@@ -403,13 +410,8 @@ bool cRecord::SeekNextPar(cRecordPar& par, const char* name, int, int) const
     const cRecordPar* found = nullptr;
     if (par.IsValid() && par.uiPosition < end() - begin())
         found = Find(name, std::size_t{par.uiPosition} + 1);
-    if (found == nullptr) {
-        par = cRecordPar();
-        return false;
-    }
-    par = *found;
-    par.uiPosition = static_cast<std::uint32_t>(found - begin());
-    return true;
+    par = found != nullptr ? *found : cRecordPar();
+    return found != nullptr;
 }
 
 const cRecordPar* cRecord::begin() const noexcept

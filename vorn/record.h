@@ -4,8 +4,8 @@
 // A record behaves as a deep value and costs as a handle. It points to a node that holds the
 // parameters and is shared, with an atomic count, by all copies; the first change to a shared node
 // copies that node alone, never the tree below it. So:
-//   - copying, assigning, appending a record to another, GetFirstPar, GetRecord and Create() take
-//     constant time, whatever the size of the tree;
+//   - copying, appending a record to another, storing it and GetRecord take constant time, whatever
+//     the size of the tree; whoever drops the last copy pays for the destruction;
 //   - appending takes amortised constant time; looking a name up takes one pass over the parameters
 //     of that one level;
 //   - scalars, data up to 20 bytes and names up to 25 bytes need no memory of their own.
@@ -124,7 +124,7 @@ private:
     alignas(cMemBuffer) char acName[kNameInPlace + 1]{}; // a longer name: a cMemBuffer
     std::uint8_t ucNameSize = 0;
     std::uint8_t ucType = TYPE_NONE;
-    std::uint32_t uiPosition = 0; // of a found handle: its place in its record
+    std::uint32_t uiPosition = 0; // its place in its record, kept by copies
 };
 
 class VORN_API cRecord final
@@ -160,8 +160,9 @@ public:
     cRecordPar GetFirstParByPath(const char* path, const char* separator, int, int) const;
     // How many parameters of that name there are at this level.
     int GetParCount(const char* name, int, int) const noexcept;
-    // Replaces par, found in this record, by the next parameter of that name; false, and par
-    // invalid, when none follows. An invalid par stays invalid.
+    // Replaces par, a parameter of this record, by the next one of that name; false, and par
+    // invalid, when none follows. An invalid par stays invalid. What follows is counted from the
+    // place that par had when it was taken from the record.
     bool SeekNextPar(cRecordPar& par, const char* name, int, int) const;
 
     // The parameters in order, by reference: valid until this record changes or dies.
@@ -187,6 +188,7 @@ private:
     bool Equals(const cRecord& other) const;
     const cRecordPar* Find(const char* name, std::size_t from) const noexcept;
     void Append(const char* name, eTYPE type, cMemBuffer value);
+    bool HasRoom(std::size_t capacity) const noexcept;
     void MakeRoom(std::size_t capacity); // an unshared node with room for that many parameters
     void Replace(std::size_t index, const cRecord& r);
 

@@ -31,12 +31,16 @@
 //
 // Packets: a message longer than SML_MESSAGE_STORE bytes, or with a value longer than
 // SML_VALUE_CHUNK, is delivered as several records, each with the full header, "SmlMsgRawData"
-// holding that packet's bytes, and "SmlCrc" the running CRC register; the last of them carries the
-// received CRC. Joined in order, the raw bytes are the message. In a set-process-parameter request
-// and a get-process-parameter response each packet made by a long value carries the tree so far as
-// "parTree", with "extFlag" true, the value's total length "extLen" and that packet's piece as
-// "value", beside "extMsgPart", the packet's number; the last piece has "extFlag" false. A message
-// longer than SML_MAX_MESSAGE is refused.
+// holding that packet's bytes, and "SmlCrc" the running CRC register; packets are not classified
+// ("Cast" is -1). The last record carries the received CRC and the whole body. Joined in order, the
+// raw bytes are the message. A long value of a list or period entry stands in the raw bytes only;
+// its entry keeps the last piece. A long value of a parameter tree is told in pieces: each packet
+// it makes carries the tree so far as "parTree", with "extFlag" true, the value's total length
+// "extLen" and that packet's piece as "value", beside "extMsgPart", the packet's number. The last
+// piece has "extFlag" false; it comes with the next record, where what the tree held behind it
+// follows as a second "parTree", whose nodes above the long value's have no name. A message longer
+// than SML_MAX_MESSAGE is refused. Records take memory in proportion to the message: up to some 70
+// bytes for each byte of a list of nothing but one-byte elements.
 //
 // When input is bad, "Error" in "SmlStatus" (enum eSML_STATUS) names the attention response that
 // the host should send; a trace line of LibSmlp at level 2 says what was wrong. An error ends the
@@ -63,6 +67,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <map>
 
 class QUARN_API cSMLP
@@ -88,6 +93,7 @@ public:
     static bool IsMucBroadcast(const char* id, unsigned int len) noexcept;
     static bool IsMucUnicast(const char* id, unsigned int len) noexcept;
     static bool IsMucMulticast(const char* id, unsigned int len) noexcept;
+    static bool Addressed_2_Us(int) noexcept; // true, whatever is asked
 
     // Reverse the order of n bytes, in place or into dst, which must not overlap src.
     static void Reverse_OctetString(char* s, int n) noexcept;
@@ -100,38 +106,43 @@ private:
     struct Field;
     struct Layout;
     struct Tables;
+    struct Shared; // fields that several tables have
+    struct BodyFields;
+    struct Bodies;
+    enum class Keep : std::uint8_t;
 
     struct Frame {
         const Layout* pLayout = nullptr;
         std::uint32_t uiIndex = 0;        // state: 0 the list's TL field, n the n-th element
         std::uint32_t uiCount = 0;        // elements
         bool bOptional = false;           // the structure may be absent
+        bool bFilled = false;             // its record holds something
         bool bDelivered = false;          // of a tree: what it held has gone out with a packet
         const char* pcWrap = nullptr;     // label of the record put around the finished one
-        vorn::cRecord* pTarget = nullptr; // where the fields go: rec or another frame's record
+        vorn::cRecord* pTarget = nullptr; // where the fields go; null: nowhere
         vorn::cRecord rec;
     };
 
     int Walk();
     int OpenSequence(Frame& frame);
-    void Enter(const Layout& layout, bool optional, vorn::cRecord* target = nullptr);
-    void EnterOpened(const Layout& layout, const char* wrap);
-    void Leave();
+    int Enter(const Layout& layout, bool optional, vorn::cRecord* target);
+    int EnterKept(const Layout& layout, const Field& field, const char* wrap = nullptr);
+    int Leave();
     const Field& CurrentField(const Frame& frame) const noexcept;
-    vorn::cRecord& Target() noexcept { return *aFrames[uiDepth].pTarget; }
-    void Failed(int rc);
-    template <typename... Args>
-    int Refuse(const Refusal& refusal, Args... args) const noexcept;
+    vorn::cRecord& Target() noexcept;
+    bool IsKept(const Field& field) const noexcept;
+    int Refuse(const Refusal& refusal, std::uint32_t number = 0) const noexcept;
+    int RefuseList(const Layout& layout, const Refusal& refusal) const noexcept;
     template <typename... Args>
     void Say(vorn::eLEVEL level, const char* text, Args... args) const noexcept;
 
     // ---- TL decoder and primitives
 
-    int Decode_TLField();
-    int Decode_LongTLField();
-    int Parse_IntegerTypes(unsigned int len);
-    int Parse_OctetString(unsigned int len, unsigned int max, bool keep);
-    int Parse_EndOfSmlMsg();
+    int Decode_TLField() noexcept;
+    int Decode_LongTLField() noexcept;
+    int Parse_IntegerTypes(std::uint32_t len) noexcept;
+    int Parse_OctetString(std::uint32_t len, std::uint32_t max, bool keep) noexcept;
+    int Parse_EndOfSmlMsg() noexcept;
     void CleanUp_Cache() noexcept;
 
     // ---- Readers of fields
@@ -143,70 +154,73 @@ private:
     int ReadTimeValue(const Field& field);
     int ReadUntypedStatus(const Field& field);
     int ReadTreeValue(const Field& field);
-    int ReadLongTreeValue(const Field& field);
     int ReadChildList(const Field& field);
     int ReadWithRawdata(const Field& field);
     int ReadBody(const Field& field);
     int ReadCrc(const Field& field);
     int ReadEnd(const Field& field);
 
+    int CheckOctets(const Field& field) const noexcept;
+    int KeepOctets(const Field& field);
+    int KeepNumber(const Field& field);
     int Parse_SML_Value(bool keep);
-    bool AppendValue(vorn::cRecord& rec, const char* label);
+    bool AppendValue();
     std::int64_t SignedInteger() const noexcept;
     std::uint64_t NameNumber() const noexcept;
-    bool IsPresent() const noexcept { return uiTLF_Type != quarn::detail::TLF_ABSENT; }
 
-    // ---- What is checked or done once a field has been read
+    // ---- Hooks: what is checked or done with a field
 
     int CheckTimeChoice();
     int CheckListTypeChoice();
     int CheckProcParChoice();
-    int CheckObjReqEntry();
+    int CheckTreeValue();
+    int CheckCodepage();
     int CheckAttribute();
     int CheckSmlVersion();
     int CheckAbortOnError();
     int CheckMsgIdentifier();
+    int KeepObjReqEntry();
     int KeepTransactionId();
     int KeepGroupNo();
-    int KeepCodepage();
     int KeepClientId();
     int KeepReqFileId();
     int KeepServerId();
-    int KeepOpenReqServerId();
-    int KeepOpenResServerId();
+    int KeepOpenServerId();
     int CompareServerId();
-    int KeepPeriodStatus();
+    int TellParName();
     int KeepProcParValue();
-    int KeepChild();
-    int KeepChildList();
-    int KeepPacketTree();
-    void KeepOpenMessage() noexcept;
+    int TellChildList();
+    int KeepTree();
     void FailedProcPar(int rc);
-    void FailedTreeValue(int rc);
-    void FailedPeriodStatus(int rc);
 
-    // ---- Trees delivered in packets
+    // ---- Trees, and their values delivered in packets
 
+    std::uint32_t TreeLevel() const noexcept;
+    vorn::cRecord ExtendedValue(bool more) const;
     vorn::cRecord LinkedTree(const vorn::cRecord& procParVal) const;
-    void CleanUp_TreeRecords() noexcept;
-    bool AppendPacketTree(vorn::cRecord& body);
+    void Cleanup_TreeRecords() noexcept;
+    void AppendPacketTree(vorn::cRecord& body);
 
     // ---- Envelope, validation, records
 
-    unsigned int ParseSmlMsg();
-    unsigned int SmlMsg_Validate();
+    void SmlMsg_Validate() noexcept;
     int Build_MsgRecord(const vorn::cRecord& body);
 
     // ---- Driver
 
-    int Drive(std::map<int, vorn::cRecord>& out, int& count);
+    using Records = std::map<int, vorn::cRecord>;
+
+    int Drive(Records& out, int& count);
     int StepIdle();
-    int StepWait(std::map<int, vorn::cRecord>& out, int& count);
-    int OnMessage(std::map<int, vorn::cRecord>& out, int& count);
-    int OnPacket(int rc, std::map<int, vorn::cRecord>& out, int& count);
-    int OnError(int rc, std::map<int, vorn::cRecord>& out, int& count);
-    void Emit(const vorn::cRecord& body, std::map<int, vorn::cRecord>& out, int& count);
+    int StepActive(Records& out, int& count);
+    void StepWait(Records& out, int& count);
+    int OnMessage(Records& out, int& count);
+    int OnOpenCrcError();
+    int OnPacket(int rc, Records& out, int& count);
+    int OnError(int rc, Records& out, int& count);
+    void Emit(const vorn::cRecord& body, Records& out, int& count);
     int ErrorHandler(int code);
+    int CrcError();
     void Reset_FileAttributes() noexcept;
     void Reset_MsgAttributes() noexcept;
 
@@ -225,14 +239,20 @@ private:
     void KeepRun() noexcept;
     const char* StoreBytes() noexcept;
     void EmptyStore() noexcept;
-    unsigned StoreTail(unsigned back) const noexcept;
+    unsigned StoreTail(std::uint32_t back) const noexcept;
 
     template <std::size_t Size>
     struct Bytes {
         std::uint32_t uiLen = 0;
         std::array<char, Size> acData{};
 
-        void Set(const unsigned char* data, std::uint32_t len) noexcept;
+        // REQUIRES: len <= Size.
+        void Set(const unsigned char* data, std::uint32_t len) noexcept
+        {
+            uiLen = len;
+            if (len != 0)
+                std::memcpy(acData.data(), data, len);
+        }
     };
 
     // Instance and input
@@ -251,22 +271,24 @@ private:
     std::uint32_t uiStringLen = 0;
     std::uint32_t uiCacheCnt = 0;    // bytes read of the TL field or chunk in progress
     std::uint32_t uiCacheLen = 0;    // bytes outstanding
-    std::uint32_t uiCacheMax = 0;    // most that is delivered at once
-    std::uint16_t usCacheState = 0;  // 0 idle, 1 a primitive stopped for lack of input
+    std::uint16_t usCacheState = 0;  // 0 idle, 1 a primitive stopped for lack of input or room
     std::uint16_t usFieldState = 0;  // of the field in progress: 0 its TL field
     std::uint32_t uiOctStrState = 0; // chunks: 0 none, 1 first, 2 further, 3 last delivered
     std::array<unsigned char, 8> aucTLFCache{};
 
-    // Structures in progress
+    // Structures in progress: message, message body and body, then at most a tree's nodes and child
+    // lists and the structures of a value
     static constexpr std::size_t kMaxFrames = 3 + 2 * MAX_TREE_LEVEL + 6;
     std::uint32_t uiDepth = 0; // index of the innermost frame; frame 0 is the message
     std::array<Frame, kMaxFrames> aFrames;
+    const Layout* pBodyLayout = nullptr;
     unsigned char ucChoice = 0;        // tag of a time or list type
-    unsigned char ucProcParChoice = 0; // tag of a tree's value
+    unsigned char ucProcParChoice = 0; // tag of a tree's value; 0: absent
     bool bProcParValSet = false;       // the value read is to be attached to its tree
-    std::uint32_t uiRecLevel = 0;      // level of the tree node being read
     vorn::cRecord recPacketTree;       // tree with the chunk just read
-    vorn::cRecord recResultTree; // tree with the last piece of a long value, not yet delivered
+    vorn::cRecord recResultTree;       // tree with the last piece of a long value, to be delivered
+    bool bPacketTree = false;
+    bool bResultTree = false;
 
     // Message attributes
     Bytes<SML_MAX_TRANSACTION_ID> transactionId;

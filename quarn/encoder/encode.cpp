@@ -1,0 +1,266 @@
+// The encode functions. A message is described by a table of its fields in the order in which SML
+// wants them, and by how it is wrapped up; one engine reads the fields and writes the message.
+#include "quarn/encoder/encode.h"
+
+#include "quarn/encoder/body_fields.h"
+#include "quarn/encoder/message.h"
+#include "quarn/foundation/frame_flags.h"
+#include "quarn/foundation/labels.h"
+
+#include <array>
+#include <new>
+
+namespace
+{
+
+using namespace quarn::detail;
+using namespace quarn::detail::encoder;
+
+constexpr unsigned kFirst = BUF_FLAG_SML | BUF_FLAG_FIRST;
+constexpr unsigned kLast = BUF_FLAG_SML | BUF_FLAG_LAST;
+constexpr unsigned kWithin = BUF_FLAG_SML;
+
+constexpr std::size_t kMaxFields = 9;
+
+struct FieldTable {
+    template <std::size_t N>
+    constexpr FieldTable(const Field (&fields)[N]) : pFirst(fields), uiCount(N)
+    {
+        static_assert(N <= kMaxFields, "an array of the engine holds every message's fields");
+    }
+    const Field* pFirst;
+    unsigned uiCount;
+};
+
+struct Message {
+    const char* pcProgress;
+    unsigned uiTag;
+    unsigned uiFlags;
+    long lSize; // of the buffer: the longest message
+    const char* pcName;
+    FieldTable fields;
+};
+
+void EncodeFields(const Message& kind, const vorn::cRecord& bodyRec, const vorn::cRecord& headerRec,
+                  vorn::cRecord& result)
+{
+    std::array<Object, kMaxFields> objects; // neither body nor message deletes them
+    Sml_Message_Body body(kind.uiTag, kind.fields.uiCount);
+    for (unsigned i = 0; i < kind.fields.uiCount; ++i) {
+        const Field& field = kind.fields.pFirst[i];
+        objects[i] = field.pRead(bodyRec, field);
+        if (body.SetListElement(objects[i].get(), i) != SML_LIST_OK)
+            throw std::bad_alloc(); // the body has no slots
+    }
+    Sml_OctetString transactionId;
+    Sml_Unsigned8 groupNo;
+    Sml_Unsigned8 abortOnError;
+    ConvertMsgHeader(headerRec, transactionId, groupNo, abortOnError);
+    Sml_Message message(&transactionId, &groupNo, &abortOnError, &body);
+    if (message.Get_MessageBody() == nullptr)
+        throw std::bad_alloc(); // the message has no slots
+    EncodeMessage(message, result, kind.uiFlags, kind.lSize);
+}
+
+int Encode(const Message& kind, const vorn::cRecord& bodyRec, const vorn::cRecord& headerRec,
+           vorn::cRecord& result) noexcept
+{
+    Trace(LibSmle, kProgress, kind.pcProgress);
+    try {
+        EncodeFields(kind, bodyRec, headerRec, result);
+        return SML_ENCODE_OK;
+    } catch (...) {
+        Trace(LibSmle, kError, "Encode %s: out of memory", kind.pcName);
+        return SML_ENCODE_NO_MEMORY;
+    }
+}
+
+constexpr Field kOpenRequest[] = {
+    {label::codepage, kOctets},
+    {label::clientId, kOctets, "OpenReq: ClientId is missing!", kDetail},
+    {label::reqFileId, kOctets, "OpenReq: ReqFileId is missing!", kDetail},
+    {label::serverId, kOctets},
+    {label::username, kOctets},
+    {label::password, kOctets},
+    {label::smlVersion, kUnsigned8},
+};
+
+constexpr Field kOpenResponse[] = {
+    {label::codepage, kOctets},
+    {label::clientId, kOctets},
+    {label::reqFileId, kOctets, "OpenRes: ReqFileId is missing!"},
+    {label::serverId, kOctets, "OpenRes: serverId is missing!"},
+    {label::refTime, kTime},
+    {label::smlVersion, kUnsigned8},
+};
+
+constexpr Field kClose[] = {
+    {label::globalSignature, kSignature},
+};
+
+constexpr Field kAttentionResponse[] = {
+    {label::serverId, kOctets, "AttentionRes: serverId missing", kDetail},
+    {label::attentionNo, kName, "AttentionRes: attentionNo missing", kDetail},
+    {label::attentionMsg, kOctets},
+    {label::parTree, ReadTree},
+};
+
+constexpr Field kGetProcParRequest[] = {
+    {label::serverId, kOctets},         {label::username, kOctets},  {label::password, kOctets},
+    {label::parTreePath, ReadTreePath}, {label::attribute, kOctets},
+};
+
+constexpr Field kGetProcParResponse[] = {
+    {label::serverId, kOctets, "GetProcPar.Res: serverId missing"},
+    {label::parTreePath, ReadTreePath},
+    {label::parTree, ReadTree},
+};
+
+constexpr Field kSetProcParRequest[] = {
+    {label::serverId, kOctets},         {label::username, kOctets}, {label::password, kOctets},
+    {label::parTreePath, ReadTreePath}, {label::parTree, ReadTree},
+};
+
+constexpr Field kGetProfileRequest[] = {
+    {label::serverId, kOctets},
+    {label::username, kOctets},
+    {label::password, kOctets},
+    {label::withRawdata, kBool},
+    {label::beginTime, kTime, "GetProfileReq: beginTime is missing/wrong"},
+    {label::endTime, kTime, "GetProfileReq: endTime is missing/wrong"},
+    {label::parTreePath, ReadTreePath},
+    {label::object_List, ReadObjectList, "GetProfileReq: object_List empty", kDetail},
+    {label::parTree, ReadTree},
+};
+
+constexpr Field kGetProfileListResponse[] = {
+    {label::serverId, kOctets},
+    {label::actTime, kTime, "GetProfileListResp: actTime is missing/wrong"},
+    {label::regPeriod, kUnsigned32},
+    {label::parTreePath, ReadTreePath},
+    {label::valTime, kTime, "GetProfileListResp: valTime is missing/wrong"},
+    {label::status, kUnsigned64, "GetProfileListResp: status is missing/wrong"},
+    {label::period_List, ReadPeriodList, "GetProfileListResp: periodList is missing/wrong"},
+    {label::RawData, kOctets},
+    {label::periodSignature, kSignature},
+};
+
+constexpr Field kGetListRequest[] = {
+    {label::clientId, kOctets}, {label::serverId, kOctets}, {label::username, kOctets},
+    {label::password, kOctets}, {label::listName, kName},
+};
+
+constexpr Field kGetListResponse[] = {
+    {label::clientId, kOctets},
+    {label::serverId, kOctets, "GetListRes: ServerId is missing!"},
+    {label::listName, kName},
+    {label::actSensorTime, kTime},
+    {label::valList, ReadValueList, "GetListRes: valList is missing/wrong"},
+    {label::listSignature, kSignature},
+    {label::actGatewayTime, kTime},
+};
+
+} // namespace
+
+int Encode_Open_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec, vorn::cRecord& result)
+{
+    static constexpr Message kMessage = {"Encode OpenReq", SML_OPEN_REQ, kFirst, 500,
+                                         "OpenRequest",    kOpenRequest};
+    return Encode(kMessage, bodyRec, headerRec, result);
+}
+
+int Encode_Open_Response(vorn::cRecord& bodyRec, vorn::cRecord& headerRec, vorn::cRecord& result)
+{
+    static constexpr Message kMessage = {"Encode OpenResp", SML_OPEN_RES, kFirst, 500,
+                                         "OpenResponse",    kOpenResponse};
+    return Encode(kMessage, bodyRec, headerRec, result);
+}
+
+int Encode_Close_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec, vorn::cRecord& result)
+{
+    static constexpr Message kMessage = {"Encode CloseReq", SML_CLOSE_REQ, kLast, 500,
+                                         "CloseRequest",    kClose};
+    return Encode(kMessage, bodyRec, headerRec, result);
+}
+
+int Encode_Close_Response(vorn::cRecord& bodyRec, vorn::cRecord& headerRec, vorn::cRecord& result)
+{
+    static constexpr Message kMessage = {"Encode CloseResp", SML_CLOSE_RES, kLast, 500,
+                                         "CloseResponse",    kClose};
+    return Encode(kMessage, bodyRec, headerRec, result);
+}
+
+int Encode_Attention_Response(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
+                              vorn::cRecord& result)
+{
+    static constexpr Message kMessage = {"Encode AttentionResp", SML_ATTENTION_RES, kWithin, 500,
+                                         "AttentionResponse",    kAttentionResponse};
+    return Encode(kMessage, bodyRec, headerRec, result);
+}
+
+int Encode_GetProcPar_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
+                              vorn::cRecord& result)
+{
+    static constexpr Message kMessage = {
+        "Encode GetProcParReq", SML_GET_PROC_PAR_REQ, kWithin, 1000,
+        "GetProcParRequest",    kGetProcParRequest};
+    return Encode(kMessage, bodyRec, headerRec, result);
+}
+
+int Encode_GetProcPar_Response(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
+                               vorn::cRecord& result)
+{
+    static constexpr Message kMessage = {
+        "Encode GetProcParResp", SML_GET_PROC_PAR_RES, kWithin, 10000,
+        "GetProcParResponse",    kGetProcParResponse};
+    return Encode(kMessage, bodyRec, headerRec, result);
+}
+
+int Encode_SetProcPar_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
+                              vorn::cRecord& result)
+{
+    static constexpr Message kMessage = {
+        "Encode SetProcParReq", SML_SET_PROC_PAR_REQ, kWithin, 10000,
+        "SetProcParRequest",    kSetProcParRequest};
+    return Encode(kMessage, bodyRec, headerRec, result);
+}
+
+int Encode_GetProfile_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
+                              vorn::cRecord& result, int iChoice)
+{
+    static constexpr Message kPack = {
+        "Encode GetProfilePackReq", SML_GET_PROFILE_PACK_REQ, kWithin, 1000,
+        "GetProfileRequest",        kGetProfileRequest};
+    static constexpr Message kList = {
+        "Encode GetProfileListReq", SML_GET_PROFILE_LIST_REQ, kWithin, 1000,
+        "GetProfileRequest",        kGetProfileRequest};
+    if (iChoice == SML_GET_PROFILE_PACK_REQ)
+        return Encode(kPack, bodyRec, headerRec, result);
+    if (iChoice == SML_GET_PROFILE_LIST_REQ)
+        return Encode(kList, bodyRec, headerRec, result);
+    Trace(LibSmle, kError, "Encode GetProfileReq: wrong parameter 'iChoice'");
+    return SML_ENCODE_BAD_CHOICE;
+}
+
+int Encode_GetProfileList_Response(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
+                                   vorn::cRecord& result)
+{
+    static constexpr Message kMessage = {
+        "Encode GetProfileListResp", SML_GET_PROFILE_LIST_RES, kWithin, 4000,
+        "GetProfileListResponse",    kGetProfileListResponse};
+    return Encode(kMessage, bodyRec, headerRec, result);
+}
+
+int Encode_GetList_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec, vorn::cRecord& result)
+{
+    static constexpr Message kMessage = {"Encode GetListReq", SML_GET_LIST_REQ, kWithin, 1000,
+                                         "GetListRequest",    kGetListRequest};
+    return Encode(kMessage, bodyRec, headerRec, result);
+}
+
+int Encode_GetList_Response(vorn::cRecord& bodyRec, vorn::cRecord& headerRec, vorn::cRecord& result)
+{
+    static constexpr Message kMessage = {"Encode GetListRes", SML_GET_LIST_RES, kWithin, 4000,
+                                         "GetListResponse",   kGetListResponse};
+    return Encode(kMessage, bodyRec, headerRec, result);
+}

@@ -1,0 +1,190 @@
+// The engine: walks the tables of fields, one frame for each structure that is under way. A frame's
+// index is all the state that a structure has; the reader of the field in progress keeps its own
+// place. So the walk may stop at any byte and go on by calling the same reader again.
+#include "quarn/parser/engine.h"
+
+#include <algorithm>
+#include <cstring>
+
+using namespace quarn::detail;
+
+int cSMLP::Walk()
+{
+    for (;;) {
+        Frame& frame = aFrames[uiDepth];
+        int rc = RC_DONE;
+        if (frame.uiIndex == 0) {
+            rc = OpenSequence(frame);
+            if (rc == RC_ABSENT)
+                rc = Leave();
+        } else if (frame.uiIndex <= frame.uiCount) {
+            const Field& field = CurrentField(frame);
+            rc = (this->*field.pfnRead)(field);
+            if (rc == RC_DONE)
+                ++frame.uiIndex;
+        } else if (uiDepth == 0) {
+            return RC_MESSAGE;
+        } else {
+            rc = Leave();
+        }
+        if (rc == RC_DONE || rc == RC_ENTERED)
+            continue;
+        if (frame.pLayout->pfnFailed != nullptr)
+            (this->*frame.pLayout->pfnFailed)(rc);
+        return rc;
+    }
+}
+
+int cSMLP::OpenSequence(Frame& frame)
+{
+    const int rc = Decode_TLField();
+    if (rc != RC_DONE)
+        return rc;
+    const Layout& layout = *frame.pLayout;
+    if (uiTLF_Type == TLF_LIST) {
+        if (layout.IsListOf())
+            frame.uiCount = uiTLF_Count;
+        else if (uiTLF_Count != layout.uiCount)
+            return RefuseList(layout, layout.count);
+        frame.uiIndex = 1;
+        if (layout.pcOpened != nullptr)
+            Say(kDetail, layout.pcOpened, uiTLF_Count);
+        return RC_DONE;
+    }
+    if (uiTLF_Type == TLF_ABSENT) {
+        if (frame.bOptional)
+            return RC_ABSENT;
+        if (layout.absent.rc != 0)
+            return RefuseList(layout, layout.absent);
+    }
+    return RefuseList(layout, layout.type);
+}
+
+// Begins a structure whose list is still to be read; its fields go to target.
+int cSMLP::Enter(const Layout& layout, bool optional, vorn::cRecord* target)
+{
+    if (uiDepth + 1 == kMaxFrames)
+        return Refuse({RC_UNKNOWN_STATE, "ParseSmlMsg:Unknown State!, smlp[%d]"});
+    Frame& frame = aFrames[++uiDepth];
+    frame.pLayout = &layout;
+    frame.uiIndex = 0;
+    frame.uiCount = layout.uiCount;
+    frame.bOptional = optional;
+    frame.bFilled = false;
+    frame.bDelivered = false;
+    frame.pcWrap = nullptr;
+    frame.pTarget = target;
+    usFieldState = 0;
+    return RC_ENTERED;
+}
+
+// Begins a structure with a record of its own, as the value of field.
+int cSMLP::EnterKept(const Layout& layout, const Field& field, const char* wrap)
+{
+    vorn::cRecord* const own = &aFrames[std::min<std::size_t>(uiDepth + 1, kMaxFrames - 1)].rec;
+    const int rc = Enter(layout, field.bOptional, IsKept(field) ? own : nullptr);
+    if (rc == RC_ENTERED)
+        aFrames[uiDepth].pcWrap = wrap;
+    return rc;
+}
+
+// Ends the innermost structure and hands its record to the one around it.
+int cSMLP::Leave()
+{
+    Frame& done = aFrames[uiDepth--];
+    Frame& parent = aFrames[uiDepth];
+    const Field& field = CurrentField(parent);
+    const bool own = done.pTarget == &done.rec && field.pcLabel != nullptr;
+    const bool due = done.bFilled || (field.eKeep == Keep::Always && !done.bDelivered);
+    if (own && due) {
+        if (done.pcWrap != nullptr) {
+            vorn::cRecord wrapper;
+            wrapper.AppendRecordPar(done.pcWrap, done.rec, 0);
+            Target().AppendRecordPar(field.pcLabel, wrapper, 0);
+        } else {
+            Target().AppendRecordPar(field.pcLabel, done.rec, 0);
+        }
+    }
+    ++parent.uiIndex;
+    usFieldState = 0;
+    const int rc = field.pfnHook != nullptr ? (this->*field.pfnHook)() : int{RC_DONE};
+    done.rec.Create();
+    return rc;
+}
+
+// The record of the innermost structure, about to be filled. REQUIRES: it has one.
+vorn::cRecord& cSMLP::Target() noexcept
+{
+    Frame& frame = aFrames[uiDepth];
+    frame.bFilled = true;
+    return *frame.pTarget;
+}
+
+bool cSMLP::IsKept(const Field& field) const noexcept
+{
+    return field.eKeep != Keep::Nothing && aFrames[uiDepth].pTarget != nullptr;
+}
+
+// Writes the refusal's trace, which has one conversion (the instance), two (number comes first) or
+// five (the last four bytes of the store come first), and returns its code.
+int cSMLP::Refuse(const Refusal& refusal, std::uint32_t number) const noexcept
+{
+    const char* const text = refusal.pcText;
+    if (text == nullptr || !Traces(LibSmlp, kError))
+        return refusal.rc;
+    switch (std::count(text, text + std::strlen(text), '%')) {
+    case 1:
+        Say(kError, text);
+        break;
+    case 2:
+        Say(kError, text, number);
+        break;
+    default:
+        Say(kError, text, StoreTail(4), StoreTail(3), StoreTail(2), StoreTail(1));
+        break;
+    }
+    return refusal.rc;
+}
+
+int cSMLP::RefuseList(const Layout& layout, const Refusal& refusal) const noexcept
+{
+    if (layout.pcPrefix == nullptr)
+        return Refuse(refusal);
+    Say(kError, refusal.pcText, layout.pcPrefix);
+    return refusal.rc;
+}
+
+// ---- The message store
+
+void cSMLP::KeepRun() noexcept
+{
+    const auto run = static_cast<std::uint32_t>(pucInData - pucRun);
+    if (run != 0)
+        std::memcpy(aucMsgBuf.data() + uiMsgLen, pucRun, run);
+    uiMsgLen += run;
+    pucRun = pucInData;
+}
+
+// All bytes of the store in one piece; in place where the input still holds them all.
+const char* cSMLP::StoreBytes() noexcept
+{
+    if (uiMsgLen == 0)
+        return reinterpret_cast<const char*>(pucRun);
+    KeepRun();
+    return reinterpret_cast<const char*>(aucMsgBuf.data());
+}
+
+void cSMLP::EmptyStore() noexcept
+{
+    uiMsgLen = 0;
+    pucRun = pucInData;
+}
+
+// The back-th last byte of the store, counted from 1; 0 when there are fewer.
+unsigned cSMLP::StoreTail(std::uint32_t back) const noexcept
+{
+    const auto run = static_cast<std::uint32_t>(pucInData - pucRun);
+    if (back <= run)
+        return *(pucInData - back);
+    return back <= run + uiMsgLen ? aucMsgBuf[uiMsgLen + run - back] : 0U;
+}

@@ -1,0 +1,209 @@
+// The tables that the parser's engine walks. A structure is a Layout: what its list must look like,
+// and its fields in wire order. A Field says how it is read, what is refused with which code and
+// trace, and under which label it is kept; its state number is its index. Private to the wing.
+#ifndef QUARN_PARSER_ENGINE_H
+#define QUARN_PARSER_ENGINE_H
+
+#include "quarn/foundation/fields.h"
+#include "quarn/foundation/labels.h"
+#include "quarn/foundation/trace.h"
+#include "quarn/parser/parser.h"
+
+#include <cstdint>
+
+// A code and its trace. The text may take one number (a type, length or value) or the last four
+// bytes of the message store before the instance number that ends every text.
+struct cSMLP::Refusal {
+    int rc = 0;
+    const char* pcText = nullptr;
+};
+
+enum class cSMLP::Keep : std::uint8_t {
+    Nothing, // read and checked only
+    IfSet,   // present and not empty
+    Always,  // when present; octet strings and structures also when absent, then empty
+    ByHook   // built for the hook, which decides
+};
+
+struct cSMLP::Field {
+    using Reader = int (cSMLP::*)(const Field&);
+    using Hook = int (cSMLP::*)();
+
+    Reader pfnRead = nullptr;
+    Hook pfnHook = nullptr; // octets and numbers: before the value is kept; structures: after it
+    const char* pcLabel = nullptr;
+    const Layout* pLayout = nullptr;
+    Refusal absent; // rc 0: as type
+    Refusal type;
+    Refusal length;
+    std::uint32_t uiMin = 0; // bytes
+    std::uint32_t uiMax = 0;
+    std::uint8_t ucType = 0; // TLF_INTEGER or TLF_UNSIGNED, of numbers
+    std::uint8_t ucKind = 0; // of the parameter
+    Keep eKeep = Keep::Nothing;
+    bool bOptional = false;
+    bool bString = false; // the traces of strings come before the field's own
+
+    static constexpr std::uint32_t kNoLimit = 0xFFFFFFFF;
+
+    static constexpr Field Of(Reader reader)
+    {
+        Field field;
+        field.pfnRead = reader;
+        return field;
+    }
+    static constexpr Field Octets(std::uint32_t max);
+    static constexpr Field String(std::uint32_t max);
+    static constexpr Field Number(quarn::detail::eTLF type, std::uint32_t min, std::uint32_t max);
+    static constexpr Field Structure(const Layout& layout);
+
+    constexpr Field ReadBy(Reader reader) const
+    {
+        Field field = *this;
+        field.pfnRead = reader;
+        return field;
+    }
+    constexpr Field Optional() const
+    {
+        Field field = *this;
+        field.bOptional = true;
+        return field;
+    }
+    constexpr Field Kept(const char* label, quarn::detail::eKIND kind, Keep keep) const
+    {
+        Field field = *this;
+        field.pcLabel = label;
+        field.ucKind = static_cast<std::uint8_t>(kind);
+        field.eKeep = keep;
+        return field;
+    }
+    constexpr Field Refused(Refusal forType, Refusal forLength, Refusal forAbsence = {}) const
+    {
+        Field field = *this;
+        field.type = forType;
+        field.length = forLength;
+        if (forAbsence.rc != 0)
+            field.absent = forAbsence;
+        return field;
+    }
+    constexpr Field Then(Hook hook) const
+    {
+        Field field = *this;
+        field.pfnHook = hook;
+        if (field.eKeep == Keep::Nothing)
+            field.eKeep = Keep::ByHook;
+        return field;
+    }
+};
+
+struct cSMLP::Layout {
+    using Failed = void (cSMLP::*)(int rc);
+
+    const Field* pFields;
+    std::uint32_t uiCount; // elements; 0: a list of any number, each read as the one field
+    Refusal type;
+    Refusal count;
+    Refusal absent;                 // rc 0: as type
+    const char* pcPrefix = nullptr; // begins the texts of type and count
+    const char* pcOpened = nullptr; // told at the lowest level, with the number of elements
+    Failed pfnFailed = nullptr;     // told of every code with which a read of this list stops
+
+    constexpr bool IsListOf() const { return uiCount == 0; }
+};
+
+constexpr cSMLP::Field cSMLP::Field::Octets(std::uint32_t max)
+{
+    Field field = Of(&cSMLP::ReadOctets);
+    field.uiMax = max;
+    field.length = {quarn::detail::RC_STRING_LENGTH, nullptr};
+    return field;
+}
+
+constexpr cSMLP::Field cSMLP::Field::String(std::uint32_t max)
+{
+    Field field = Octets(max);
+    field.bString = true;
+    field.type = {quarn::detail::RC_STRING_TYPE, nullptr};
+    field.absent = {quarn::detail::RC_NOT_OPTIONAL, "String:Optional not supported!, smlp[%d]"};
+    return field;
+}
+
+constexpr cSMLP::Field cSMLP::Field::Number(quarn::detail::eTLF type, std::uint32_t min,
+                                            std::uint32_t max)
+{
+    Field field = Of(&cSMLP::ReadNumber);
+    field.ucType = static_cast<std::uint8_t>(type);
+    field.uiMin = min;
+    field.uiMax = max;
+    return field;
+}
+
+constexpr cSMLP::Field cSMLP::Field::Structure(const Layout& layout)
+{
+    Field field = Of(&cSMLP::ReadStructure);
+    field.pLayout = &layout;
+    return field;
+}
+
+// Every structure: its layout and, behind it, its fields. Told in structures.cpp, trees.cpp,
+// bodies.cpp and envelope.cpp.
+struct cSMLP::Tables {
+    static const Layout kTime;
+    static const Field aTime[];
+    static const Layout kLocalTimestamp;
+    static const Field aLocalTimestamp[];
+    static const Layout kListType;
+    static const Field aListType[];
+    static const Layout kListEntry;
+    static const Field aListEntry[];
+    static const Layout kList;
+    static const Field aList[];
+    static const Layout kObjReqList;
+    static const Field aObjReqList[];
+    static const Layout kHeaderEntry;
+    static const Field aHeaderEntry[];
+    static const Layout kHeaderList;
+    static const Field aHeaderList[];
+    static const Layout kValueEntry;
+    static const Field aValueEntry[];
+    static const Layout kValueList;
+    static const Field aValueList[];
+    static const Layout kPeriodObjectEntry;
+    static const Field aPeriodObjectEntry[];
+    static const Layout kPeriodObjectList;
+    static const Field aPeriodObjectList[];
+    static const Layout kPeriodEntry;
+    static const Field aPeriodEntry[];
+    static const Layout kPeriodList;
+    static const Field aPeriodList[];
+    static const Layout kTupelEntry;
+    static const Field aTupelEntry[];
+    static const Layout kTreePath;
+    static const Field aTreePath[];
+    static const Layout kProcParValue;
+    static const Field aProcParValue[];
+    static const Layout kChildList;
+    static const Field aChildList[];
+    static const Layout kTree;
+    static const Field aTree[];
+    static const Layout kMessage;
+    static const Field aMessage[];
+    static const Layout kMessageBody;
+    static const Field aMessageBody[];
+
+    static const Layout* FindBody(std::uint32_t identifier) noexcept;
+};
+
+// Field 0 of a structure is its list's TL field.
+inline const cSMLP::Field& cSMLP::CurrentField(const Frame& frame) const noexcept
+{
+    return frame.pLayout->pFields[frame.pLayout->IsListOf() ? 0 : frame.uiIndex - 1];
+}
+
+template <typename... Args>
+void cSMLP::Say(vorn::eLEVEL level, const char* text, Args... args) const noexcept
+{
+    quarn::detail::Trace(LibSmlp, level, text, args..., iId);
+}
+
+#endif

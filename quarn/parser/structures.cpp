@@ -1,0 +1,302 @@
+// The structures that several messages share, as tables: times, values with what surrounds them,
+// list entries, and the entries of profiles.
+#include "quarn/parser/engine.h"
+
+#include <string>
+
+using namespace quarn::detail;
+
+// ---- Times and list types
+
+const cSMLP::Layout cSMLP::Tables::kTime{
+    aTime,
+    2,
+    {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
+    {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
+    {RC_NOT_OPTIONAL, "Time:Optional not supported!, smlp[%d]"}};
+const cSMLP::Field cSMLP::Tables::aTime[] = {
+    Field::Number(TLF_UNSIGNED, 1, 1)
+        .Refused({RC_TIME_CHOICE_TYPE, "Time:Choice-Type, smlp[%d]"},
+                 {RC_TIME_CHOICE_LENGTH, "Time:Choice-Len, smlp[%d]"})
+        .Kept(label::type, KIND_UINT, Keep::Always)
+        .Then(&cSMLP::CheckTimeChoice),
+    Field::Number(TLF_UNSIGNED, 0, 4)
+        .ReadBy(&cSMLP::ReadTimeValue)
+        .Refused({RC_TIME_TYPE, "Time:Type=%d, smlp[%d]"},
+                 {RC_TIME_LENGTH, "Time:Len=%d, smlp[%d]"})
+        .Kept(label::value, KIND_UINT, Keep::Always),
+};
+
+int cSMLP::CheckTimeChoice()
+{
+    ucChoice = static_cast<unsigned char>(ullInteger);
+    if (ucChoice >= 1 && ucChoice <= 3)
+        return RC_DONE;
+    return Refuse({RC_TIME_CHOICE_VALUE, "Time:Choice-Value=%d, smlp[%d]"}, ucChoice);
+}
+
+const cSMLP::Layout cSMLP::Tables::kLocalTimestamp{
+    aLocalTimestamp,
+    3,
+    {RC_LOCAL_TIME_TYPE, "LocalTimestamp:Seq-Type, smlp[%d]"},
+    {RC_LOCAL_TIME_COUNT, "LocalTimestamp:Seq-Len, smlp[%d]"},
+    {}};
+const cSMLP::Field cSMLP::Tables::aLocalTimestamp[] = {
+    Field::Number(TLF_UNSIGNED, 0, 4)
+        .Refused({RC_TIME_TYPE, "LocTimestamp:Type=%d, smlp[%d]"},
+                 {RC_TIME_LENGTH, "LocTimestamp:Len=%d, smlp[%d]"})
+        .Kept(label::value, KIND_UINT, Keep::Always),
+    Field::Number(TLF_INTEGER, 0, 2)
+        .Refused({RC_LOC_OFFSET_TYPE, "LocOffset:Type=%d, smlp[%d]"},
+                 {RC_LOC_OFFSET_LENGTH, "LocOffset:Len=%d, smlp[%d]"})
+        .Kept(label::locOffset, KIND_SINT, Keep::Always),
+    Field::Number(TLF_INTEGER, 0, 2)
+        .Refused({RC_SEA_OFFSET_TYPE, "LocSumTimeOffset:Type=%d, smlp[%d]"},
+                 {RC_SEA_OFFSET_LENGTH, "LocSumTimeOffset:Len=%d, smlp[%d]"})
+        .Kept(label::seaOffset, KIND_SINT, Keep::Always),
+};
+
+const cSMLP::Layout cSMLP::Tables::kListType{
+    aListType,
+    2,
+    {RC_LIST_TYPE_TYPE, "SML_ListType:Seq-Type!, smlp[%d]"},
+    {RC_LIST_TYPE_COUNT, "SML_ListType:Seq-Cnt!, smlp[%d]"},
+    {}};
+const cSMLP::Field cSMLP::Tables::aListType[] = {
+    Field::Number(TLF_UNSIGNED, 1, 1)
+        .Refused({RC_LIST_TYPE_CHOICE_TYPE, "SML_ListType:Choice-Type, smlp[%d]"},
+                 {RC_LIST_TYPE_CHOICE_LENGTH, "SML_ListType:Choice-Len, smlp[%d]"})
+        .Kept(label::type, KIND_UINT, Keep::Always)
+        .Then(&cSMLP::CheckListTypeChoice),
+    Field::Structure(kTime).Kept(label::SmlTime, KIND_RECORD, Keep::Always),
+};
+
+int cSMLP::CheckListTypeChoice()
+{
+    if (ullInteger == 1)
+        return RC_DONE;
+    return Refuse({RC_LIST_TYPE_CHOICE_VALUE, "SML_ListType:Choice-Value!, smlp[%d]"});
+}
+
+// ---- Fields that several entries share
+
+namespace
+{
+
+constexpr char kScalerType[] = "Scaler:Type, smlp[%d]";
+constexpr char kScalerLen[] = "Scaler:Len, smlp[%d]";
+
+} // namespace
+
+struct cSMLP::Shared {
+    // The name of an entry: refused without a trace unless it is an octet string.
+    static constexpr Field ObjName(Refusal type = {RC_FIELD_TYPE, nullptr})
+    {
+        return Field::Octets(SML_MAX_OBJ_NAME).Refused(type, {RC_STRING_LENGTH, nullptr});
+    }
+    // A unit that must be there.
+    static constexpr Field Unit()
+    {
+        return Field::Number(TLF_UNSIGNED, 1, 1)
+            .Refused({RC_UNIT_TYPE, "Unit:Type, smlp[%d]"}, {RC_UNIT_LENGTH, "Unit:Len, smlp[%d]"},
+                     {RC_NOT_OPTIONAL, "Unit:Optional not supported!, smlp[%d]"});
+    }
+    static constexpr Field Scaler(Refusal type, Refusal length)
+    {
+        return Field::Number(TLF_INTEGER, 1, 1).Refused(type, length);
+    }
+    static constexpr Field PlainScaler()
+    {
+        return Scaler({RC_SCALER_TYPE, kScalerType}, {RC_SCALER_LENGTH, kScalerLen});
+    }
+    static constexpr Field Value() { return Field::Of(&cSMLP::ReadValue); }
+    static constexpr Field KeptValue()
+    {
+        return Value().Kept(label::value, KIND_RECORD, Keep::Always);
+    }
+    // A signature that is passed over.
+    static constexpr Field Signature()
+    {
+        return Field::Octets(Field::kNoLimit)
+            .Optional()
+            .Refused({RC_SIGNATURE_TYPE, "Signature:Seq-Type, smlp[%d]"}, {});
+    }
+    static constexpr Field ValueSignature()
+    {
+        return Field::String(SML_MAX_SIGNATURE)
+            .Optional()
+            .Kept(label::valueSignature, KIND_DATA, Keep::IfSet);
+    }
+};
+
+// ---- Get-list response
+
+const cSMLP::Layout cSMLP::Tables::kListEntry{
+    aListEntry,
+    7,
+    {RC_LIST_ENTRY_TYPE, "SML_ListEntry:Seq-Type:0x%02x%02x%02x%02x, smlp[%d]"},
+    {RC_LIST_ENTRY_COUNT, "SML_ListEntry:Seq-Len, smlp[%d]"},
+    {}};
+const cSMLP::Field cSMLP::Tables::aListEntry[] = {
+    Shared::ObjName().Kept(label::objName, KIND_UINT64, Keep::IfSet),
+    Field::Number(TLF_UNSIGNED, 0, 8)
+        .Optional()
+        .Refused({RC_STATUS_TYPE, nullptr}, {RC_STATUS_LENGTH, nullptr})
+        .Kept(label::status, KIND_UINT64, Keep::Always),
+    Field::Structure(kTime).Optional().Kept(label::valTime, KIND_RECORD, Keep::IfSet),
+    Field::Number(TLF_UNSIGNED, 1, 1)
+        .Optional()
+        .Refused({RC_SCALER_TYPE, "SML_ListEntry:Unit-Type, smlp[%d]"},
+                 {RC_SCALER_LENGTH, "SML_ListEntry:Unit-Len, smlp[%d]"})
+        .Kept(label::unit, KIND_UINT, Keep::Always),
+    Shared::Scaler({RC_SCALER_TYPE, "SML_ListEntry:Scaler-Type, smlp[%d]"},
+                   {RC_SCALER_LENGTH, "SML_ListEntry:Scaler-Len, smlp[%d]"})
+        .Optional()
+        .Kept(label::scaler, KIND_SINT, Keep::Always),
+    Shared::KeptValue(),
+    Shared::ValueSignature(),
+};
+
+const cSMLP::Layout cSMLP::Tables::kList{aList,
+                                         0,
+                                         {RC_LIST_TYPE, "SML_List:Seq-Type, smlp[%d]"},
+                                         {},
+                                         {},
+                                         nullptr,
+                                         "SML_List: Elem=%d, smlp[%d]"};
+const cSMLP::Field cSMLP::Tables::aList[] = {
+    Field::Structure(kListEntry).Kept(label::valListEntry, KIND_RECORD, Keep::Always),
+};
+
+// ---- Profiles
+
+const cSMLP::Layout cSMLP::Tables::kObjReqList{
+    aObjReqList, 0, {RC_OBJ_REQ_LIST_TYPE, "ListOf_ObjReqEntry:Wrong Type, smlp[%d]"}, {}, {}};
+const cSMLP::Field cSMLP::Tables::aObjReqList[] = {
+    Shared::ObjName({RC_OBJ_REQ_ENTRY_TYPE, "ObjReqEntry:Seq-Type, smlp[%d]"})
+        .Then(&cSMLP::KeepObjReqEntry),
+};
+
+int cSMLP::KeepObjReqEntry()
+{
+    if (uiStringLen != 6) {
+        if (Traces(LibSmlp, kError)) {
+            const std::string object(reinterpret_cast<const char*>(pucString), uiStringLen);
+            Say(kError, "ListOf_ObjReqEntry:ObjectLen>6 (Object=%s)!, smlp[%d]", object.c_str());
+        }
+        return RC_DONE;
+    }
+    const std::uint64_t number = NameNumber();
+    Target().AppendUInt64Par(label::object_List_Entry, number, 0);
+    Say(kDetail, "ListOf_ObjReqEntry: ObisNum=0x%04x%08x, smlp[%d]",
+        static_cast<unsigned>(number >> 32), static_cast<unsigned>(number & 0xFFFFFFFFU));
+    return RC_DONE;
+}
+
+const cSMLP::Layout cSMLP::Tables::kHeaderEntry{
+    aHeaderEntry,
+    3,
+    {RC_HEADER_ENTRY_TYPE, "ProfObjHdEntry:Seq-Type, smlp[%d]"},
+    {RC_HEADER_ENTRY_COUNT, "ProfObjHdEntry:Seq-Len, smlp[%d]"},
+    {}};
+const cSMLP::Field cSMLP::Tables::aHeaderEntry[] = {
+    Field::Octets(Field::kNoLimit)
+        .Refused({RC_HEADER_OBJ_NAME, "ProfObjHdEntry:TL-Field(objName), smlp[%d]"}, {}),
+    Shared::Unit(),
+    Shared::Scaler({RC_FIELD_TYPE, "ProfObjHdEntry:TL-Field(scaler), smlp[%d]"},
+                   {RC_FIELD_TYPE, "ProfObjHdEntry:TL-Field(scaler), smlp[%d]"}),
+};
+
+const cSMLP::Layout cSMLP::Tables::kHeaderList{
+    aHeaderList, 0, {RC_HEADER_LIST_TYPE, "ListOf:ProfObjHdEntry:Wrong Type, smlp[%d]"}, {}, {}};
+const cSMLP::Field cSMLP::Tables::aHeaderList[] = {Field::Structure(kHeaderEntry)};
+
+const cSMLP::Layout cSMLP::Tables::kValueEntry{
+    aValueEntry,
+    2,
+    {RC_VALUE_ENTRY_TYPE, "ValueEntry:Seq-Type, smlp[%d]"},
+    {RC_VALUE_ENTRY_COUNT, "ValueEntry:Seq-Len, smlp[%d]"},
+    {}};
+const cSMLP::Field cSMLP::Tables::aValueEntry[] = {Shared::Value(), Shared::Signature()};
+
+const cSMLP::Layout cSMLP::Tables::kValueList{
+    aValueList, 0, {RC_VALUE_LIST_TYPE, "ListOf:ValueEntry:Seq-Type, smlp[%d]"}, {}, {}};
+const cSMLP::Field cSMLP::Tables::aValueList[] = {Field::Structure(kValueEntry)};
+
+const cSMLP::Layout cSMLP::Tables::kPeriodObjectEntry{
+    aPeriodObjectEntry,
+    4,
+    {RC_PER_OBJ_ENTRY_TYPE, "ProfObjPerEntry:Seq-Type, smlp[%d]"},
+    {RC_PER_OBJ_ENTRY_COUNT, "ProfObjPerEntry:Seq-Len, smlp[%d]"},
+    {}};
+const cSMLP::Field cSMLP::Tables::aPeriodObjectEntry[] = {
+    Field::Structure(kTime),
+    Field::Number(TLF_UNSIGNED, 0, 8)
+        .ReadBy(&cSMLP::ReadUntypedStatus)
+        .Refused({}, {RC_STATUS_LENGTH, nullptr}),
+    Field::Structure(kValueList),
+    Shared::Signature(),
+};
+
+const cSMLP::Layout cSMLP::Tables::kPeriodObjectList{
+    aPeriodObjectList,
+    0,
+    {RC_PER_OBJ_LIST_TYPE, "ListOf:ProfObjPeriodEntry:Seq-Type, smlp[%d]"},
+    {},
+    {}};
+const cSMLP::Field cSMLP::Tables::aPeriodObjectList[] = {Field::Structure(kPeriodObjectEntry)};
+
+const cSMLP::Layout cSMLP::Tables::kPeriodEntry{
+    aPeriodEntry,
+    5,
+    {RC_PERIOD_ENTRY_TYPE, "PeriodEntry:Seq-Type, smlp[%d]"},
+    {RC_PERIOD_ENTRY_COUNT, "PeriodEntry:Seq-Len, smlp[%d]"},
+    {}};
+const cSMLP::Field cSMLP::Tables::aPeriodEntry[] = {
+    Shared::ObjName().Kept(label::objName, KIND_UINT64, Keep::IfSet),
+    Shared::Unit().Kept(label::unit, KIND_UINT, Keep::Always),
+    Shared::Scaler({RC_SCALER_TYPE, "PeriodEntry:Scaler-Type, smlp[%d]"},
+                   {RC_SCALER_LENGTH, "PeriodEntry:Scaler-Len, smlp[%d]"})
+        .Kept(label::scaler, KIND_SINT, Keep::Always),
+    Shared::KeptValue(),
+    Shared::ValueSignature(),
+};
+
+const cSMLP::Layout cSMLP::Tables::kPeriodList{
+    aPeriodList, 0, {RC_PERIOD_LIST_TYPE, "ListOf:PeriodEntry:Seq-Type, smlp[%d]"}, {}, {}};
+const cSMLP::Field cSMLP::Tables::aPeriodList[] = {
+    Field::Structure(kPeriodEntry).Kept(label::SmlPeriodEntry, KIND_RECORD, Keep::Always),
+};
+
+const cSMLP::Layout cSMLP::Tables::kTupelEntry{aTupelEntry,
+                                               23,
+                                               {RC_PROC_PAR_TYPE, "TupelEntry:Seq-Type, smlp[%d]"},
+                                               {RC_PROC_PAR_COUNT, "TupelEntry:Seq-Len, smlp[%d]"},
+                                               {}};
+const cSMLP::Field cSMLP::Tables::aTupelEntry[] = {
+    Field::String(SML_MAX_SERVER_ID).Optional(),
+    Field::Structure(kTime),
+    Field::Number(TLF_UNSIGNED, 0, 8)
+        .Refused({RC_TUPEL_STATUS_TYPE, "TupelEntry:Status-Type, smlp[%d]"},
+                 {RC_TUPEL_STATUS_LENGTH, "TupelEntry:Status-Len, smlp[%d]"}),
+    Shared::Unit(),
+    Shared::PlainScaler(),
+    Shared::Value(), // pA
+    Shared::Unit(),
+    Shared::PlainScaler(),
+    Shared::Value(), // R1
+    Shared::Unit(),
+    Shared::PlainScaler(),
+    Shared::Value(), // R4
+    Shared::Signature(),
+    Shared::Unit(),
+    Shared::PlainScaler(),
+    Shared::Value(), // mA
+    Shared::Unit(),
+    Shared::PlainScaler(),
+    Shared::Value(), // R2
+    Shared::Unit(),
+    Shared::PlainScaler(),
+    Shared::Value(), // R3
+    Shared::Signature(),
+};

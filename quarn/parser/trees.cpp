@@ -1,0 +1,263 @@
+// Parameter trees: a node holds a name, a value and a list of child nodes, each again a node. The
+// nodes and child lists of all levels lie on the engine's stack of frames, level L's node at frame
+// 3 + 2L and the list around it one below.
+//
+// A value longer than one chunk is delivered in packets. Each carries the tree so far, with the
+// chunk as the value of its node; with the last piece everything that was read has been delivered,
+// and the records of all levels begin anew.
+#include "quarn/parser/engine.h"
+
+#include "quarn/parser/tree_path.h"
+
+using namespace quarn::detail;
+
+namespace
+{
+
+constexpr std::uint32_t kFirstNode = 3; // frame of the level-0 node
+
+// By the tag of a node's value.
+constexpr const char* kValueChoices[] = {
+    "Tree: Val-Choice: n/a, smlp[%d]",         "Tree: Val-Choice: Value, smlp[%d]",
+    "Tree: Val-Choice: PeriodEntry, smlp[%d]", "Tree: Val-Choice: TupelEntry, smlp[%d]",
+    "Tree: Val-Choice: Time, smlp[%d]",        "Tree: Val-Choice: ListEntry, smlp[%d]",
+};
+
+enum eTREE_VALUE : unsigned char {
+    TREE_NONE = 0,
+    TREE_VALUE = 1,
+    TREE_PERIOD_ENTRY = 2,
+    TREE_TUPEL_ENTRY = 3,
+    TREE_TIME = 4,
+    TREE_LIST_ENTRY = 5
+};
+
+} // namespace
+
+const cSMLP::Layout cSMLP::Tables::kTreePath{
+    aTreePath, 0, {RC_TREE_PATH_TYPE, "TreePath:Seq-Type, smlp[%d]"}, {}, {}};
+const cSMLP::Field cSMLP::Tables::aTreePath[] = {
+    Field::String(6).Kept(label::path_Entry, KIND_UINT64, Keep::IfSet),
+};
+
+const cSMLP::Layout cSMLP::Tables::kTree{
+    aTree,
+    3,
+    {RC_TREE_TYPE, "Tree:Seq-Type, smlp[%d]"},
+    {RC_TREE_COUNT, "Tree:Seq-Cnt, smlp[%d]"},
+    {RC_NOT_OPTIONAL, "Tree:Optional not supported!, smlp[%d]"}};
+const cSMLP::Field cSMLP::Tables::aTree[] = {
+    Field::String(6).Kept(label::parName, KIND_UINT64, Keep::IfSet).Then(&cSMLP::TellParName),
+    Field::Structure(kProcParValue)
+        .Optional()
+        .Kept(label::procParVal, KIND_RECORD, Keep::IfSet)
+        .Then(&cSMLP::CheckTreeValue),
+    Field::Structure(kChildList)
+        .ReadBy(&cSMLP::ReadChildList)
+        .Optional()
+        .Kept(label::child_List, KIND_RECORD, Keep::IfSet)
+        .Then(&cSMLP::TellChildList),
+};
+
+const cSMLP::Layout cSMLP::Tables::kProcParValue{
+    aProcParValue,
+    2,
+    {RC_PROC_PAR_TYPE, "ProcParValue:Seq-Type, smlp[%d]"},
+    {RC_PROC_PAR_COUNT, "ProcParValue:Seq-Cnt, smlp[%d]"},
+    {},
+    nullptr,
+    nullptr,
+    &cSMLP::FailedProcPar};
+const cSMLP::Field cSMLP::Tables::aProcParValue[] = {
+    Field::Number(TLF_UNSIGNED, 1, 1)
+        .Refused({RC_VALUE_CHOICE_TYPE, "ProcParValue:Choice-Type, smlp[%d]"},
+                 {RC_VALUE_CHOICE_LENGTH, "ProcParValue:Choice-Cnt, smlp[%d]"})
+        .Kept(label::type, KIND_UINT, Keep::Always)
+        .Then(&cSMLP::CheckProcParChoice),
+    Field::Of(&cSMLP::ReadTreeValue)
+        .Kept(label::value, KIND_RECORD, Keep::Always)
+        .Then(&cSMLP::KeepProcParValue),
+};
+
+const cSMLP::Layout cSMLP::Tables::kChildList{
+    aChildList, 0, {RC_TREE_LIST_TYPE, "ListOfTree:Seq-Type, smlp[%d]"}, {}, {}};
+const cSMLP::Field cSMLP::Tables::aChildList[] = {
+    Field::Structure(kTree).Optional().Kept(label::parTree, KIND_RECORD, Keep::Always),
+};
+
+// ---- A node's parts
+
+// Level of the node that is being read, or whose part the innermost structure is.
+std::uint32_t cSMLP::TreeLevel() const noexcept { return (uiDepth - kFirstNode) / 2; }
+
+int cSMLP::TellParName()
+{
+    ucProcParChoice = TREE_NONE;
+    Say(kDetail, "Tree: parName set (level:%d, smlp[%d]", TreeLevel());
+    return RC_DONE;
+}
+
+int cSMLP::CheckProcParChoice()
+{
+    if (ullInteger < TREE_VALUE || ullInteger > TREE_LIST_ENTRY) {
+        bProcParValSet = false;
+        ucProcParChoice = static_cast<unsigned char>(ullInteger);
+        return RC_VALUE_CHOICE_VALUE;
+    }
+    ucProcParChoice = static_cast<unsigned char>(ullInteger);
+    bProcParValSet = true;
+    Say(kDetail, kValueChoices[ucProcParChoice]);
+    return RC_DONE;
+}
+
+// Told of every stop inside a node's value: of its choice in one way, of a plain value in another.
+void cSMLP::FailedProcPar(int rc)
+{
+    const bool choice = aFrames[uiDepth].uiIndex < 2;
+    if (rc == RC_VALUE_CHOICE_VALUE) {
+        Say(kError, "Tree:Val-Choice!, smlp[%d]");
+    } else if (choice) {
+        if (rc == RC_STORE_FULL)
+            Say(kError, "Tree:RAW-Buff-Ovfl in ProcParValue, smlp[%d]");
+        else if (rc != RC_INPUT_EMPTY)
+            Say(kError, "Tree:Wrong ProcParValue, smlp[%d]");
+    } else if (rc == RC_INPUT_EMPTY) {
+        Say(kDetail, "Tree: parValue: Input empty, smlp[%d]");
+    } else if (rc == RC_STORE_FULL) {
+        Say(kAnomaly, "Tree: parValue: Output full, smlp[%d]");
+    } else if (rc != RC_CHUNK) {
+        Say(kAnomaly, "Tree: parValue: rc=%d, smlp[%d]", rc);
+    }
+}
+
+int cSMLP::ReadTreeValue(const Field& field)
+{
+    switch (ucProcParChoice) {
+    case TREE_PERIOD_ENTRY:
+        return EnterKept(Tables::kPeriodEntry, field);
+    case TREE_TUPEL_ENTRY:
+        return Enter(Tables::kTupelEntry, false, nullptr);
+    case TREE_TIME:
+        return EnterKept(Tables::kTime, field, label::SmlTime);
+    case TREE_LIST_ENTRY:
+        return EnterKept(Tables::kListEntry, field);
+    default:
+        break;
+    }
+    const int rc = Parse_SML_Value(true);
+    if (rc == RC_CHUNK) {
+        recPacketTree = LinkedTree(ExtendedValue(true));
+        bPacketTree = true;
+    }
+    if (rc != RC_DONE)
+        return rc;
+    if (uiTLF_Type == TLF_OCTET_STRING && uiOctStrState == 3) {
+        recResultTree = LinkedTree(ExtendedValue(false));
+        bResultTree = true;
+        Cleanup_TreeRecords();
+        bProcParValSet = false;
+    } else {
+        bProcParValSet = AppendValue();
+    }
+    return KeepProcParValue();
+}
+
+// A value that has no content is not attached to its node.
+int cSMLP::KeepProcParValue()
+{
+    if (!bProcParValSet)
+        aFrames[uiDepth].bFilled = false;
+    return RC_DONE;
+}
+
+int cSMLP::CheckTreeValue()
+{
+    if (ucProcParChoice == TREE_NONE) {
+        Say(kDetail, "ProcParValue: Choice is Optional, smlp[%d]");
+        Say(kDetail, kValueChoices[TREE_NONE]);
+    }
+    return RC_DONE;
+}
+
+int cSMLP::ReadChildList(const Field& field)
+{
+    if (TreeLevel() + 1 == MAX_TREE_LEVEL)
+        return Refuse({RC_TREE_LEVEL, "Tree:RecLevel=MAX_TREE_LEVEL, smlp[%d]"});
+    return EnterKept(*field.pLayout, field);
+}
+
+int cSMLP::TellChildList()
+{
+    Say(kDetail,
+        aFrames[uiDepth + 1].bFilled ? "Tree:child_List set on level %d, smlp[%d]"
+                                     : "Tree:child_List empty on level %d, smlp[%d]",
+        TreeLevel());
+    return RC_DONE;
+}
+
+// ---- Long values
+
+// The value of the node being read, with the chunk that has just arrived.
+vorn::cRecord cSMLP::ExtendedValue(bool more) const
+{
+    vorn::cRecord value = aFrames[uiDepth].rec;
+    value.AppendBoolPar(label::extFlag, more, 0);
+    value.AppendUIntPar(label::extLen, uiTLF_Count, 0);
+    value.AppendDataPar(label::value, pucString, static_cast<int>(uiStringLen), 0);
+    return value;
+}
+
+// The tree as far as it has been read, from the root to the node whose value is procParVal.
+vorn::cRecord cSMLP::LinkedTree(const vorn::cRecord& procParVal) const
+{
+    std::uint32_t depth = uiDepth - 1;
+    vorn::cRecord node = aFrames[depth].rec;
+    node.AppendRecordPar(label::procParVal, procParVal, 0);
+    for (; depth > kFirstNode; depth -= 2) {
+        vorn::cRecord list = aFrames[depth - 1].rec;
+        list.AppendRecordPar(label::parTree, node, 0);
+        node = aFrames[depth - 2].rec;
+        node.AppendRecordPar(label::child_List, list, 0);
+    }
+    return node;
+}
+
+void cSMLP::Cleanup_TreeRecords() noexcept
+{
+    for (std::uint32_t depth = kFirstNode; depth <= uiDepth; ++depth) {
+        aFrames[depth].rec.Create();
+        aFrames[depth].bFilled = false;
+        aFrames[depth].bDelivered = true;
+    }
+}
+
+// Adds to the body of a packet what has become ready of a tree.
+void cSMLP::AppendPacketTree(vorn::cRecord& body)
+{
+    if (!bResultTree && !bPacketTree)
+        return;
+    if (bResultTree)
+        body.AppendRecordPar(label::parTree, recResultTree, 0);
+    if (bPacketTree)
+        body.AppendRecordPar(label::parTree, recPacketTree, 0);
+    body.AppendUIntPar(label::extMsgPart, uiPaketNo, 0);
+    bResultTree = bPacketTree = false;
+    recResultTree.Create();
+    recPacketTree.Create();
+}
+
+// The end of a message's tree: what was not delivered in packets goes into the body.
+int cSMLP::KeepTree()
+{
+    if (bResultTree) {
+        Target().AppendRecordPar(label::parTree, recResultTree, 0);
+        bResultTree = false;
+        recResultTree.Create();
+    }
+    const Frame& tree = aFrames[uiDepth + 1];
+    if (tree.bFilled)
+        Target().AppendRecordPar(label::parTree, tree.rec, 0);
+    if (bPaket)
+        Target().AppendUIntPar(label::extMsgPart, uiPaketNo, 0);
+    return RC_DONE;
+}

@@ -1,0 +1,69 @@
+// Drives the receive road in the tests: payload pieces into the parser, framed pieces through the
+// codec into the parser. Every record that comes out is kept in order.
+#ifndef TESTS_SUPPORT_PARSE_H
+#define TESTS_SUPPORT_PARSE_H
+
+#include "quarn/quarn.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace test
+{
+
+inline vorn::cRecord Piece(unsigned flags, std::string_view bytes)
+{
+    vorn::cRecord piece;
+    piece.AppendUIntPar("SmltFlags", flags, 0);
+    piece.AppendDataPar("SmlRawData", bytes.data(), static_cast<int>(bytes.size()), 0);
+    return piece;
+}
+
+// One parser, its records and the results of its calls.
+class Parser
+{
+public:
+    int Feed(unsigned flags, std::string_view bytes)
+    {
+        vorn::cRecord piece = Piece(flags, bytes);
+        results.push_back(parser.SmlParser(piece, records, count));
+        return results.back();
+    }
+    // The bytes as one file, cut behind each of the given positions, in ascending order.
+    void FeedFile(std::string_view bytes, const std::vector<std::size_t>& cuts)
+    {
+        std::size_t from = 0;
+        for (std::size_t i = 0; i <= cuts.size(); ++i) {
+            const std::size_t to = i < cuts.size() ? cuts[i] : bytes.size();
+            const unsigned first = i == 0 ? unsigned{BUF_FLAG_FIRST} : 0U;
+            const unsigned last = i == cuts.size() ? unsigned{BUF_FLAG_LAST} : 0U;
+            Feed(first | last, bytes.substr(from, to - from));
+            from = to;
+        }
+    }
+    std::string Text() const
+    {
+        std::string text;
+        for (const auto& [key, record] : records)
+            text += std::to_string(key) + ' ' + record.ToString() + '\n';
+        return text;
+    }
+
+    cSMLP parser{7};
+    std::map<int, vorn::cRecord> records;
+    int count = 0;
+    std::vector<int> results;
+};
+
+inline vorn::cRecord Nested(const vorn::cRecord& record, const char* path)
+{
+    vorn::cRecord nested;
+    record.GetFirstParByPath(path, ".", 0, 0).GetRecord(nested);
+    return nested;
+}
+
+} // namespace test
+
+#endif

@@ -1,0 +1,221 @@
+// The receive road tells the same whatever pieces the bytes arrive in: hand-made streams against a
+// transcript, captures against the records they are known to hold.
+#include "tests/support/captures.h"
+#include "tests/support/hex.h"
+#include "tools/input/intake.h"
+#include "tools/output/format.h"
+
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <memory>
+#include <sstream>
+#include <string>
+
+namespace
+{
+
+// One word per event: "m1.2" message 2 in frame 1, "m1.2(-6)" with an error, "x1" refused without
+// a record, "end1:ok,236,3" (+ when inside a file), "cut2", "broken2", "gap10@5:0".
+class Transcript : public tool::cReceiverEvents
+{
+public:
+    Transcript()
+    {
+        for (vorn::cUnit* unit : {LibSmlp, LibSmlt})
+            unit->iLevel = 0; // the damage is meant
+    }
+    void OnMessage(const tool::Frame& frame, const vorn::cRecord& record) override
+    {
+        const tool::MessageInfo info = tool::DescribeMessage(record);
+        text << 'm' << frame.ullNumber << '.' << info.uiNumber;
+        if (info.iError != 0)
+            text << '(' << info.iError << ')';
+        text << ' ';
+    }
+    void OnRefused(const tool::Frame& frame, int) override
+    {
+        text << 'x' << frame.ullNumber << ' ';
+    }
+    void OnFrameEnd(const tool::Frame& frame) override
+    {
+        text << "end" << frame.ullNumber << (frame.bCrcOk ? ":ok," : ":bad,") << frame.ullBytes
+             << ',' << frame.ullMessages << (frame.bInsideFile ? "+ " : " ");
+    }
+    void OnFrameLost(const tool::Frame& frame, tool::eLOSS loss) override
+    {
+        text << (loss == tool::eLOSS::CUT_OFF ? "cut" : "broken") << frame.ullNumber << ' ';
+    }
+    void OnGap(std::uint64_t offset, std::uint64_t count, tool::eGAP gap) override
+    {
+        text << "gap" << count << '@' << offset << ':' << static_cast<int>(gap) << ' ';
+    }
+
+    std::ostringstream text;
+};
+
+template <typename Sink>
+void FeedPieces(Sink& sink, const std::string& bytes, std::size_t piece)
+{
+    for (std::size_t i = 0; i < bytes.size(); i += piece)
+        sink.Feed(reinterpret_cast<const unsigned char*>(bytes.data()) + i,
+                  std::min(piece, bytes.size() - i));
+    sink.End();
+}
+
+std::string Tell(bool raw, const std::string& bytes, std::size_t piece)
+{
+    Transcript transcript;
+    tool::cReceiver receiver(raw, transcript);
+    FeedPieces(receiver, bytes, piece);
+    return transcript.text.str();
+}
+
+std::string Framed(const std::string& payload)
+{
+    vorn::cRecord interface;
+    interface.AppendDataPar("RawData", payload.data(), static_cast<int>(payload.size()), 0);
+    vorn::cMsg msg;
+    msg.GetRecord().AppendUIntPar("SmltFlags", BUF_FLAG_SML | BUF_FLAG_FIRST | BUF_FLAG_LAST, 0);
+    msg.GetRecord().AppendRecordPar("IfRec", interface, 0);
+    EXPECT_EQ(cSMLTenc(SMLT_MODE_TP).Encode(msg), 1);
+    const vorn::cRecordPar framed = msg.GetRecord().GetFirstParByPath("IfRec.RawData", ".", 0, 0);
+    return {framed.GetData(), static_cast<std::size_t>(framed.GetSize())};
+}
+
+// The file in the first frame of the example: messages of which the last has 20 bytes.
+std::string ExampleFile() { return test::ReadFile(QUARN_EXAMPLES "/household.bin").substr(8, 236); }
+
+TEST(Receiver, TellsTheSameInAnyPieces)
+{
+    const std::string file = ExampleFile();
+    const std::string frame = Framed(file);
+    const std::string escape(4, '\x1B');
+    const std::string start = escape + std::string(4, '\x01');
+    const std::string noise = test::Hex("00 1B 1B 01 01 FF 1B 1B 1B 1B 01 01 01 1B 55");
+    const std::string good1 = "m1.1 m1.2 m1.3 end1:ok,236,3 ";
+    const std::string good2 = "m2.1 m2.2 m2.3 end2:ok,236,3 ";
+    std::string badCrc = frame;
+    badCrc.back() ^= 1;
+    std::string badField = file;
+    badField[file.find("\x04XYZ")] = '\x42';
+    std::string badFirst = file;
+    badFirst[0] = '\x75';
+
+    const struct {
+        const char* pcName;
+        std::string bytes;
+        std::string told;
+    } rows[] = {
+        {"nothing", "", ""},
+        {"frames back to back", frame + frame, good1 + good2},
+        {"two files in a frame", Framed(file + file),
+         "m1.1 m1.2 m1.3 m1.1 m1.2 m1.3 end1:ok,472,6 "},
+        {"noise all around", noise + frame + noise + frame + noise,
+         "gap15@0:0 " + good1 + "gap15@267:1 " + good2 + "gap15@534:2 "},
+        {"noise alone", noise, "gap15@0:3 "},
+        {"cut off", frame + frame.substr(0, 150), good1 + "m2.1 cut2 "},
+        {"cut off in the start sequence", frame + start.substr(0, 6), good1 + "cut2 "},
+        {"cut off at an escape inside", frame.substr(0, 150) + escape, "m1.1 cut1 "},
+        {"a new frame inside one", frame.substr(0, 230) + frame + frame,
+         "m1.1 m1.2 broken1 " + good1 + good2},
+        {"a new frame at once", start + frame, "broken1 " + good1},
+        {"a new frame behind an escaped run", frame.substr(0, 60) + escape + escape + frame,
+         "m1.1 m1.2(-11) broken1 " + good1},
+        {"a start sequence escaped in the payload", Framed(file + start),
+         "m1.1 m1.2 m1.3 x1 end1:ok,244,3 "},
+        {"wrong checksum", badCrc + frame, "m1.1 m1.2 m1.3 end1:bad,236,3 " + good2},
+        {"field of a wrong type", Framed(badField) + frame,
+         "m1.1 m1.2(-11) end1:ok,236,2 " + good2},
+        {"first message damaged", Framed(badFirst) + frame, "x1 end1:ok,236,0 " + good2},
+        {"no SML", Framed("hello meter, hello world") + frame, "x1 end1:ok,24,0 " + good2},
+        {"file without its close", Framed(file.substr(0, 216)) + frame,
+         "m1.1 m1.2 end1:ok,216,2+ " + good2},
+        {"message cut short", Framed(file.substr(0, 100)) + frame, "m1.1 end1:ok,100,1+ " + good2},
+        {"close without its last byte", Framed(file.substr(0, 235)) + frame,
+         "m1.1 m1.2 m1.3(-11) end1:ok,235,3+ " + good2},
+        {"close that loses its last byte to a new frame", start + file + frame,
+         "m1.1 m1.2 m1.3(-11) broken1 " + good1},
+    };
+    for (const auto& row : rows) {
+        for (const std::size_t piece : {1U, 2U, 7U, 64U, 1000000U})
+            EXPECT_EQ(Tell(false, row.bytes, piece), row.told) << row.pcName << " by " << piece;
+        for (std::size_t cut = 1; cut < row.bytes.size(); ++cut) {
+            Transcript transcript;
+            tool::cReceiver receiver(false, transcript);
+            const auto* bytes = reinterpret_cast<const unsigned char*>(row.bytes.data());
+            receiver.Feed(bytes, cut);
+            receiver.Feed(bytes + cut, row.bytes.size() - cut);
+            receiver.End();
+            ASSERT_EQ(transcript.text.str(), row.told) << row.pcName << " cut at " << cut;
+        }
+    }
+}
+
+TEST(Receiver, RawFilesAreOneGoodFrame)
+{
+    const std::string file = ExampleFile();
+    for (const std::size_t piece : {1U, 7U, 64U, 1000U}) {
+        EXPECT_EQ(Tell(true, file + file, piece), "m1.1 m1.2 m1.3 m1.1 m1.2 m1.3 end1:ok,472,6 ");
+        EXPECT_EQ(Tell(true, file.substr(0, 230), piece), "m1.1 m1.2 end1:ok,230,2+ ");
+        EXPECT_EQ(Tell(true, file + "no SML", piece), "m1.1 m1.2 m1.3 x1 end1:ok,242,3 ");
+    }
+    EXPECT_EQ(Tell(true, "", 1), "");
+}
+
+// Every event of the road as the lines that --format records prints.
+class RecordLines : public Transcript
+{
+public:
+    RecordLines() : file(std::tmpfile(), std::fclose), output(::fileno(file.get())) {}
+
+    void OnMessage(const tool::Frame& frame, const vorn::cRecord& record) override
+    {
+        format->Message(frame, tool::DescribeMessage(record), record, {});
+    }
+    void OnFrameEnd(const tool::Frame& frame) override
+    {
+        format->FrameEnd(frame);
+        ullFinished = frame.ullNumber;
+    }
+    // The lines of finished frames.
+    std::string Lines()
+    {
+        output.Drain();
+        std::rewind(file.get());
+        std::string all(1 << 20, '\0');
+        all.resize(std::fread(all.data(), 1, all.size(), file.get()));
+        const std::string last = "\"frame\":" + std::to_string(ullFinished) + ",\"crc\"";
+        const std::size_t at = all.rfind(last);
+        return at == std::string::npos ? "" : all.substr(0, all.find('\n', at) + 1);
+    }
+
+private:
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file;
+    tool::cOutput output;
+    std::unique_ptr<tool::cFormat> format = tool::MakeRecordsFormat(output);
+    std::uint64_t ullFinished = 0;
+};
+
+TEST(Receiver, CapturesGiveTheirRecordsInAnyPieces)
+{
+    const std::vector<std::filesystem::path> captures = test::Captures();
+    if (captures.empty())
+        GTEST_SKIP() << "no captures in " << test::CapturesDir() << " (set QUARN_CAPTURES)";
+    for (std::filesystem::path path : captures) {
+        const std::string bytes = test::ReadFile(path);
+        const std::string expected = test::ReadFile(path.replace_extension(".records.ndjson"));
+        ASSERT_FALSE(expected.empty()) << path;
+        for (const std::size_t piece : {1U, 7U, 64U, 1000000U}) {
+            for (const tool::eINPUT kind :
+                 {tool::INPUT_FRAMED, tool::INPUT_AUTO, tool::INPUT_HEX}) {
+                RecordLines lines;
+                tool::cReport report;
+                tool::cIntake intake(kind, lines, report);
+                FeedPieces(intake, kind == tool::INPUT_HEX ? test::ToHex(bytes) : bytes, piece);
+                EXPECT_EQ(lines.Lines(), expected) << path << " by " << piece;
+            }
+        }
+    }
+}
+
+} // namespace

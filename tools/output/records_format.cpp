@@ -1,0 +1,118 @@
+// --format records: one JSON object per line and event, complete and lossless. A record becomes an
+// object whose keys are its labels in order; a list record becomes the array of its elements.
+#include "tools/output/format.h"
+#include "tools/output/json.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace tool
+{
+namespace
+{
+
+bool IsList(std::string_view label) noexcept
+{
+    static constexpr std::string_view kLists[] = {"parTreePath", "object_List", "valList",
+                                                  "child_List",  "period_List", "header_List",
+                                                  "value_List"};
+    return std::find(std::begin(kLists), std::end(kLists), label) != std::end(kLists);
+}
+
+void WriteValue(cJson& json, const vorn::cRecordPar& par);
+
+void WriteRecord(cJson& json, const vorn::cRecord& record)
+{
+    json.StartObject();
+    for (const vorn::cRecordPar& par : record) {
+        json.Key(par.GetName());
+        WriteValue(json, par);
+    }
+    json.EndObject();
+}
+
+void WriteValue(cJson& json, const vorn::cRecordPar& par)
+{
+    switch (par.GetType(1)) {
+    case vorn::TYPE_SINT:
+    case vorn::TYPE_SINT64:
+        json.Int(par.GetSInt64());
+        break;
+    case vorn::TYPE_BOOL:
+        json.Bool(par.GetBool());
+        break;
+    case vorn::TYPE_DATA:
+        json.Hex(BytesOf(par));
+        break;
+    case vorn::TYPE_RECORD: {
+        const vorn::cRecord record = Nested(par);
+        if (IsList(par.GetName())) {
+            json.StartArray();
+            for (const vorn::cRecordPar& element : record)
+                WriteValue(json, element);
+            json.EndArray();
+        } else {
+            WriteRecord(json, record);
+        }
+        break;
+    }
+    default:
+        json.Uint(par.GetUInt64());
+        break;
+    }
+}
+
+class cRecordsFormat : public cFormat
+{
+public:
+    explicit cRecordsFormat(cOutput& output) : cFormat(output), json(output) {}
+
+    bool IsComplete() const noexcept override { return true; }
+
+    void Message(const Frame& frame, const MessageInfo&, const vorn::cRecord& record,
+                 const std::vector<Reading>&) override
+    {
+        StartEvent("message", frame);
+        json.Key("record");
+        WriteRecord(json, record);
+        EndEvent();
+    }
+
+    void FrameEnd(const Frame& frame) override
+    {
+        StartEvent("frame", frame);
+        json.Key("crc");
+        json.String(frame.bCrcOk ? "ok" : "error");
+        json.Key("bytes");
+        json.Uint(frame.ullBytes);
+        json.Key("messages");
+        json.Uint(frame.ullMessages);
+        EndEvent();
+    }
+
+private:
+    void StartEvent(std::string_view event, const Frame& frame)
+    {
+        json.StartObject();
+        json.Key("event");
+        json.String(event);
+        json.Key("frame");
+        json.Uint(frame.ullNumber);
+    }
+    void EndEvent()
+    {
+        json.EndObject();
+        json.EndLine();
+    }
+
+    cJson json;
+};
+
+} // namespace
+
+std::unique_ptr<cFormat> MakeRecordsFormat(cOutput& output)
+{
+    return std::make_unique<cRecordsFormat>(output);
+}
+
+} // namespace tool

@@ -1,0 +1,36 @@
+// What a person is told on stderr, and what the exit status becomes of it.
+#ifndef TOOLS_ROAD_REPORT_H
+#define TOOLS_ROAD_REPORT_H
+
+#include <string>
+
+namespace tool
+{
+
+// Exit statuses, the worse the higher.
+enum eEXIT : int {
+    EXIT_GOOD = 0,    // all input was good
+    EXIT_DAMAGED = 1, // some input was damaged or refused
+    EXIT_FAILED = 2   // usage, or an input or output that cannot be opened or fails
+};
+
+class cReport
+{
+public:
+    // What the lines are about: the name of an input, or empty.
+    void SetSubject(std::string name) { subject = std::move(name); }
+
+    // Writes one line, formatted as printf does: "quarn: SUBJECT: text", and raises the status to
+    // severity (EXIT_GOOD: a note, which leaves it as it is).
+    void Say(eEXIT severity, const char* format, ...) __attribute__((format(printf, 3, 4)));
+
+    eEXIT Status() const noexcept { return eStatus; }
+
+private:
+    std::string subject;
+    eEXIT eStatus = EXIT_GOOD;
+};
+
+} // namespace tool
+
+#endif

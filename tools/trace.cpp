@@ -1,0 +1,55 @@
+// --trace UNIT=LEVEL: shows trace lines of the library on stderr. Without it the library is silent,
+// since the program tells itself what is wrong with the input.
+#include "quarn/quarn.h"
+#include "tools/command.h"
+
+#include <charconv>
+#include <string>
+#include <vector>
+
+namespace tool
+{
+namespace
+{
+
+void SetLevel(const std::string& setting)
+{
+    const std::size_t equals = setting.find('=');
+    int level = -1;
+    if (equals != std::string::npos) {
+        const char* end = setting.data() + setting.size();
+        const std::from_chars_result parsed =
+            std::from_chars(setting.data() + equals + 1, end, level);
+        if (parsed.ec != std::errc() || parsed.ptr != end)
+            level = -1;
+    }
+    if (level < 0)
+        throw CLI::ValidationError("--trace", "'" + setting + "' is not UNIT=LEVEL");
+    const std::string name = setting.substr(0, equals);
+    vorn::cUnit* unit = vorn::FindUnit(name.c_str());
+    if (unit == nullptr)
+        throw CLI::ValidationError("--trace", "no unit is called '" + name +
+                                                  "': there are LibSmle, LibSmlp, LibSmlt, "
+                                                  "LibQuarn");
+    unit->iLevel = level;
+}
+
+} // namespace
+
+void AddTraceOption(CLI::App& app)
+{
+    for (vorn::cUnit* unit : {LibSmle, LibSmlp, LibSmlt, LibQuarn})
+        unit->iLevel = 0;
+    app.add_option_function<std::vector<std::string>>(
+           "--trace",
+           [](const std::vector<std::string>& settings) {
+               for (const std::string& setting : settings)
+                   SetLevel(setting);
+           },
+           "Show trace lines of a unit (LibSmle encoder, LibSmlp parser, LibSmlt transport,\n"
+           "LibQuarn records) up to a level (2 errors, 4 anomalies, 8 progress, 16 details)")
+        ->type_name("UNIT=LEVEL")
+        ->allow_extra_args(false);
+}
+
+} // namespace tool
