@@ -22,6 +22,12 @@
 #include "quarn/foundation/units.h"
 #include "quarn/parser/parser.h"
 #include "quarn/parser/tree_path.h"
+#include "quarn/records/bodies.h"
+#include "quarn/records/entries.h"
+#include "quarn/records/envelope.h"
+#include "quarn/records/lists.h"
+#include "quarn/records/tree.h"
+#include "quarn/records/values.h"
 #include "quarn/transport/codec.h"
 
 #endif

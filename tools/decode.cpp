@@ -5,8 +5,8 @@
 // that never ends (given up for a new start sequence, or cut off by the end of the input) has no
 // checksum to go by; its messages have each one of their own, so that those which are good are
 // printed, under the number that the frame would have had. Of a frame with more readings than can
-// be held (16 MiB of text), all are withheld. Records are complete and therefore printed as they
-// come, good or not.
+// be held (16 MiB of text), all are withheld. Raw input has no frame checksum: nothing is held
+// back. Records are complete and therefore printed as they come, good or not.
 #include "tools/command.h"
 #include "tools/input/intake.h"
 #include "tools/input/interrupt.h"
@@ -31,8 +31,8 @@ namespace tool
 namespace
 {
 
-constexpr std::size_t kBlockSize = 128U * 1024;
-constexpr std::size_t kMaxHeld = 16U * 1024 * 1024;
+constexpr std::size_t kBlockSize = std::size_t{128} * 1024;
+constexpr std::size_t kMaxHeld = std::size_t{16} * 1024 * 1024;
 
 using ull = unsigned long long;
 
@@ -86,7 +86,7 @@ public:
         ReportMessage(frame, info, 0);
         if (!filter.WantsServer(info.server) || (readings.empty() && !filter.patterns.empty()))
             return;
-        if (!filter.bKeepBad && !out.Holds() && !bTooMuch)
+        if (!frame.bRaw && !filter.bKeepBad && !out.Holds() && !bTooMuch)
             out.Hold();
         uiHeld += readings.size();
         if (!bTooMuch)
@@ -299,7 +299,7 @@ void AddDecode(CLI::App& app, int& status)
         ->add_option("--input", options->eInput,
                      "What an input holds: transport frames, one raw SML file, or hex text of\n"
                      "either; auto tells by the first bytes")
-        ->transform(CLI::Transformer(kInputs))
+        ->transform(CLI::CheckedTransformer(kInputs).description(""))
         ->type_name("auto|framed|raw|hex");
     std::vector<std::string> names;
     for (const FormatName& row : kFormats)
@@ -308,7 +308,7 @@ void AddDecode(CLI::App& app, int& status)
         ->add_option("--format", options->format,
                      "text for people (the default on a terminal); readings, one JSON object per\n"
                      "line (the default otherwise); csv; records, every message complete as JSON")
-        ->check(CLI::IsMember(names))
+        ->check(CLI::IsMember(names).description(""))
         ->type_name("text|readings|csv|records");
     decode
         ->add_option("--obis", options->obis,

@@ -4,6 +4,7 @@
 #include "tools/road/report.h"
 
 #include <exception>
+#include <string>
 
 int main(int argc, char** argv)
 {
@@ -19,6 +20,10 @@ int main(int argc, char** argv)
                    "Exit status: 0 all input was good; 1 some input was damaged or refused, which\n"
                    "stderr tells, and all that was good has been printed; 2 usage, or an input or\n"
                    "output that cannot be opened or fails. 'quarn COMMAND --help' tells more.");
+        app.failure_message([](const CLI::App*, const CLI::Error& error) {
+            return std::string("quarn: ") + error.what() +
+                   "\nRun with --help for more information.\n";
+        });
         tool::AddTraceOption(app);
         for (const auto add :
              {tool::AddDecode, tool::AddEncode, tool::AddFrame, tool::AddUnframe, tool::AddCheck})

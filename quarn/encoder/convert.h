@@ -53,8 +53,8 @@ template <eKIND kKind, auto kMake>
 Object Read(const vorn::cRecord& rec, const Field& field)
 {
     using Made = typename decltype(kMake(std::declval<const vorn::cRecordPar&>()))::element_type;
-    vorn::cRecordPar par;
-    if (FindField(rec, field.pcLabel, kKind, par))
+    const vorn::cRecordPar par = rec.GetFirstPar(field.pcLabel, 0, 0);
+    if (IsOfKind(par, kKind))
         return kMake(par);
     TraceMissing(field);
     return std::make_unique<Made>();

@@ -15,7 +15,7 @@ Sml_ListOf::Sml_ListOf() noexcept { iTypeId = SML_TYPE_LIST; }
 
 Sml_ListOf::Sml_ListOf(int n, bool dynamic) noexcept : Sml_ListOf()
 {
-    bDynamic = dynamic;
+    SetDynamicFlag(dynamic);
     if (n <= 0)
         return;
     pBlock.reset(new (std::nothrow) Sml_ListObject[static_cast<std::size_t>(n)]);

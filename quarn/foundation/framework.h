@@ -54,7 +54,9 @@ using RecordOperations =
              TheRecord().AppendSInt64Par("", 0LL, 0), TheRecord().AppendBoolPar("", false, 0),
              TheRecord().AppendDataPar("", std::declval<const void*>(), 0, 0),
              TheRecord().AppendRecordPar("", TheConstRecord(), 0), TheRecord().DeletePar("", 0, 0),
-             TheConstRecord().SeekNextPar(std::declval<vorn::cRecordPar&>(), "", 0, 0), void());
+             void());
+static_assert(kYields<bool, decltype(TheConstRecord().SeekNextPar(std::declval<vorn::cRecordPar&>(),
+                                                                  "", 0, 0))>);
 static_assert(kYields<vorn::cRecordPar, decltype(TheConstRecord().GetFirstPar("", 0, 0))>);
 static_assert(
     kYields<vorn::cRecordPar, decltype(TheConstRecord().GetFirstParByPath("", ".", 0, 0))>);

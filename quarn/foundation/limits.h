@@ -22,10 +22,15 @@ constexpr unsigned SML_MAX_OBJ_NAME = 256;
 constexpr unsigned SML_MAX_SIGNATURE = 256;
 
 // Levels of a parameter tree that the encoder follows: the child list of a node on the last of them
-// is left out. Converting, writing and deleting a tree recurses once per level.
+// is left out. Converting, writing and deleting a tree recurses once per level, which takes up to
+// 700 bytes of stack each.
 constexpr unsigned SML_ENCODE_TREE_LEVELS = 128;
 
 // Levels of a parameter tree that the parser follows: nodes on levels 0 to 11.
 constexpr unsigned MAX_TREE_LEVEL = 12;
+
+// Levels of a parameter tree in a record. A record with more is refused as a whole, with a trace,
+// so that no record exhausts the stack.
+constexpr unsigned SML_MAX_TREE_DEPTH = 64;
 
 #endif

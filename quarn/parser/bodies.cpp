@@ -68,7 +68,6 @@ struct cSMLP::BodyFields {
     {
         return PlainData(label, SML_MAX_SIGNATURE).Optional();
     }
-
 };
 
 struct cSMLP::Bodies : BodyFields {

@@ -146,6 +146,9 @@ TEST(Objects, LongOctetStringsGoInPieces)
     EXPECT_EQ(Written(began, 1002), Fives(1000));
     Sml_OctetString plain(kFives.data(), 1000, 1200); // not above 1200: no announcement
     EXPECT_EQ(Written(plain, 1002), "");
+    Sml_OctetString name(1LL); // the order of a name is no matter of pieces
+    name.SetValue("AB", 2, 5000);
+    EXPECT_EQ(Written(name), "4142");
     EXPECT_EQ(trace.Lines(), "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=999|"
                              "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=1002|"
                              "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=03ea \n");
@@ -193,6 +196,7 @@ TEST(Objects, DynamicListsOwnTheirElements)
         EXPECT_EQ(deleted, "b");
         EXPECT_EQ(list.Remove(0), 0); // the head, in the first block
         EXPECT_EQ(list.GetCount(), 3);
+        EXPECT_EQ(Written(*list.GetElement(2)), "6264");
         EXPECT_EQ(Written(list), "7362426264");
         EXPECT_EQ(list.Remove(2), 0); // the tail: Add goes on behind B and the empty slot
         EXPECT_EQ(list.Add(make('e')), 0);
@@ -218,6 +222,8 @@ TEST(Objects, RefusalsAreTraced)
     listType.Set(2, &time); // stays ours
     EXPECT_EQ(Written(listType), "01");
     Sml_ProcParValue value(1, new Sml_Unsigned8(5));
+    value.Set_ProcParValue(1, value.GetType());
+    EXPECT_EQ(Written(value), "7262016205");
     value.Set_ProcParValue(6, &time);
     EXPECT_EQ(Written(value), "01");
     EXPECT_EQ(value.GetChoice(), 0);

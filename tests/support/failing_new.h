@@ -1,6 +1,7 @@
 // Replaces the global operator new of a test program, so that allocations can be made to fail:
-// while a FailingNew lives, the first count allocations succeed and all others throw. To be
-// included by one source file of a program.
+// while a FailingNew lives, the first count allocations succeed and as many as failures after them
+// fail. Counts the blocks in use, so that a leak is seen without a sanitizer. To be included by one
+// source file of a program.
 #ifndef TESTS_SUPPORT_FAILING_NEW_H
 #define TESTS_SUPPORT_FAILING_NEW_H
 
@@ -11,11 +12,18 @@
 namespace test
 {
 
-inline thread_local long lAllocationsLeft = std::numeric_limits<long>::max();
+inline constexpr long kAll = std::numeric_limits<long>::max();
+inline thread_local long lAllocationsLeft = kAll;
+inline thread_local long lFailuresLeft = 0;
+inline thread_local long lBlocksInUse = 0; // of a program that frees in the thread that allocates
 
 struct FailingNew {
-    explicit FailingNew(long count) { lAllocationsLeft = count; }
-    ~FailingNew() { lAllocationsLeft = std::numeric_limits<long>::max(); }
+    explicit FailingNew(long count, long failures = kAll)
+    {
+        lAllocationsLeft = count;
+        lFailuresLeft = failures;
+    }
+    ~FailingNew() { lAllocationsLeft = kAll; }
     FailingNew(const FailingNew&) = delete;
     FailingNew& operator=(const FailingNew&) = delete;
 };
@@ -25,18 +33,36 @@ struct FailingNew {
 // Not inlined: compilers compare what they see of new with what they see of delete.
 #define TESTS_NOINLINE __attribute__((noinline))
 
-TESTS_NOINLINE void* operator new(std::size_t size)
+TESTS_NOINLINE void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
-    void* const p = test::lAllocationsLeft > 0 ? std::malloc(size != 0 ? size : 1) : nullptr;
-    if (p == nullptr)
-        throw std::bad_alloc();
-    --test::lAllocationsLeft;
+    if (test::lAllocationsLeft > 0) {
+        --test::lAllocationsLeft;
+    } else if (test::lFailuresLeft > 0) {
+        --test::lFailuresLeft;
+        return nullptr;
+    }
+    void* const p = std::malloc(size != 0 ? size : 1);
+    test::lBlocksInUse += p != nullptr ? 1 : 0;
     return p;
 }
+TESTS_NOINLINE void* operator new(std::size_t size)
+{
+    if (void* const p = ::operator new(size, std::nothrow))
+        return p;
+    throw std::bad_alloc();
+}
 TESTS_NOINLINE void* operator new[](std::size_t size) { return ::operator new(size); }
-TESTS_NOINLINE void operator delete(void* p) noexcept { std::free(p); }
-TESTS_NOINLINE void operator delete[](void* p) noexcept { std::free(p); }
-TESTS_NOINLINE void operator delete(void* p, std::size_t) noexcept { std::free(p); }
-TESTS_NOINLINE void operator delete[](void* p, std::size_t) noexcept { std::free(p); }
+TESTS_NOINLINE void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept
+{
+    return ::operator new(size, nothrow);
+}
+TESTS_NOINLINE void operator delete(void* p) noexcept
+{
+    test::lBlocksInUse -= p != nullptr ? 1 : 0;
+    std::free(p);
+}
+TESTS_NOINLINE void operator delete[](void* p) noexcept { ::operator delete(p); }
+TESTS_NOINLINE void operator delete(void* p, std::size_t) noexcept { ::operator delete(p); }
+TESTS_NOINLINE void operator delete[](void* p, std::size_t) noexcept { ::operator delete(p); }
 
 #endif

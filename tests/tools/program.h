@@ -68,7 +68,9 @@ public:
     {
         while (!bytes.empty()) {
             const std::string_view part = bytes.substr(0, piece);
-            Listen(0);
+            pollfd room = {iIn, POLLOUT, 0};
+            while (::poll(&room, 1, 0) == 0)
+                Listen(10); // it waits for its output to be read
             const ssize_t count =
                 ::write(iIn, part.data(), std::min<std::size_t>(part.size(), 512));
             if (count < 0)

@@ -158,7 +158,7 @@ TEST(Program, LiveStreamIsPrintedAtOnce)
     }
 }
 
-// Readings of a frame without end cannot be held for ever.
+// Readings of a frame without end cannot be held for ever; raw input is not held at all.
 TEST(Program, EndlessFrameIsGivenUp)
 {
     const std::string payload = Example(1).substr(8, 236);
@@ -172,6 +172,11 @@ TEST(Program, EndlessFrameIsGivenUp)
               std::string::npos)
         << quarn.err;
     EXPECT_EQ(Lines(quarn.out), 6U);
+
+    Program raw({"decode"});
+    raw.Write(endless.substr(8));
+    EXPECT_EQ(raw.Finish(), 0) << raw.err;
+    EXPECT_EQ(Lines(raw.out), 120000U);
 }
 
 TEST(Program, CapturesReadAlikeFromFileAndPipe)

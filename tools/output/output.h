@@ -20,7 +20,7 @@ public:
     using Ch = char; // as the JSON writer asks
 
     // Above this size the buffer is worth a write.
-    static constexpr std::size_t kDrainSize = 256U * 1024;
+    static constexpr std::size_t kDrainSize = std::size_t{256} * 1024;
 
     explicit cOutput(int fd) : iFd(fd), buffer(2 * kDrainSize) {}
 

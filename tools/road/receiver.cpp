@@ -114,6 +114,7 @@ void cReceiver::OpenFrame()
     const std::uint64_t number = frame.ullNumber;
     frame = Frame();
     frame.ullNumber = number;
+    frame.bRaw = bRaw;
     bFrameOpen = true;
     bAnyFrame = true;
     bRefused = false;

@@ -36,6 +36,7 @@ struct Frame {
     std::uint64_t ullNumber = 1;   // of the frames that finish, from 1
     std::uint64_t ullBytes = 0;    // payload so far
     std::uint64_t ullMessages = 0; // records so far
+    bool bRaw = false;             // a raw input, which stands for a frame
     bool bCrcOk = true;            // known when it has ended
     bool bInsideFile = false;      // it ended before the SML file in it did
 };

@@ -1,0 +1,219 @@
+// The bodies of messages: one class for each SML message but the close messages.
+//
+//   const cSmlGetListRes response(record);   // record as the parser made it
+//   cSmlList values;
+//   if (response.IsValid() && response.GetValList(values)) ...
+//
+// A class takes the message record, which holds the body under the body's label; without that, it
+// traces at level 2 and has no field. The list of fields in its declaration is the whole of it:
+// Required fields make it valid, OrEmpty fields are present and empty when they are missing, and
+// the field Codepage is what GetCodepage reads. Getters work whether or not the object is valid,
+// and are told of in field.h. ToRecord appends a body with the present fields, in the order of the
+// declaration, whether or not the object is valid. Copies equal their source.
+#ifndef QUARN_RECORDS_BODIES_H
+#define QUARN_RECORDS_BODIES_H
+
+#include "quarn/records/tree.h"
+
+namespace quarn::detail::field
+{
+
+QUARN_FIELD(Codepage, GetCodepage, std::string, codepage)
+QUARN_FIELD(ClientId, GetClientId, std::string, clientId)
+QUARN_FIELD(ReqFileId, GetReqFileId, std::string, reqFileId)
+QUARN_FIELD(ServerId, GetServerId, std::string, serverId)
+QUARN_FIELD(Username, GetUsername, std::string, username)
+QUARN_FIELD(Password, GetPassword, std::string, password)
+struct SmlVersion : Field<unsigned int, label::smlVersion> { // read and written, without a getter
+};
+QUARN_FIELD(RefTime, GetRefTime, cSmlTime, refTime)
+QUARN_FIELD(WithRaw, GetWithRaw, bool, withRawdata)
+QUARN_FIELD(BeginTime, GetBeginTime, cSmlTime, beginTime)
+QUARN_FIELD(EndTime, GetEndTime, cSmlTime, endTime)
+QUARN_FIELD(ActTime, GetActTime, cSmlTime, actTime)
+QUARN_FIELD(TreePath, GetTreePath, cSmlTreePath, parTreePath)
+QUARN_FIELD(ObjList, GetObjList, cSmlObjList, object_List)
+QUARN_FIELD(Tree, GetTree, cSmlTree, parTree)
+QUARN_FIELD(Details, GetDetails, cSmlTree, parTree)
+QUARN_FIELD(Period, GetPeriod, unsigned int, regPeriod)
+QUARN_FIELD(PerList, GetPerList, cSmlPeriodList, period_List)
+QUARN_FIELD(HdList, GetHdList, cSmlHeaderList, header_List)
+QUARN_FIELD(ObjPerList, GetObjPerList, cSmlProfObjPeriodList, period_List)
+QUARN_FIELD(RawData, GetRawData, std::string, rawdata)
+QUARN_FIELD(PerSign, GetPerSign, std::string, periodSignature)
+QUARN_FIELD(ProfSign, GetProfSign, std::string, profileSignature)
+QUARN_FIELD(Attribute, GetAttribute, std::string, attribute)
+QUARN_FIELD(AttNo, GetAttNo, unsigned long long, attentionNo)
+QUARN_FIELD(AttMsg, GetAttMsg, std::string, attentionMsg)
+QUARN_FIELD(AttDetails, GetAttDetails, cSmlTree, parTree)
+QUARN_FIELD(ListName, GetListName, unsigned long long, listName)
+QUARN_FIELD(ActSTime, GetActSTime, cSmlTime, actSensorTime)
+QUARN_FIELD(ValList, GetValList, cSmlList, valList)
+QUARN_FIELD(ListSign, GetListSign, std::string, listSignature)
+QUARN_FIELD(ActGTime, GetActGTime, cSmlTime, actGatewayTime)
+
+} // namespace quarn::detail::field
+
+namespace quarn::detail
+{
+
+// A record of a message: enclosed under its label, copied and written whole in any case.
+constexpr Shape BodyShape(const char* name, const char* bodyLabel,
+                          vorn::eLEVEL missingLevel = kError)
+{
+    return {name, bodyLabel, eFIELDS::ENCLOSED, missingLevel, false, false};
+}
+
+struct QUARN_API OpenReqFields
+    : FieldSet<field::Codepage, Required<field::ClientId>, Required<field::ReqFileId>,
+               OrEmpty<field::ServerId>, field::Username, field::Password, field::SmlVersion> {
+    static constexpr Shape kShape = BodyShape("cSmlOpenReq", label::SmlOpenReq);
+};
+
+struct QUARN_API OpenRespFields
+    : FieldSet<field::Codepage, field::ClientId, Required<field::ReqFileId>,
+               Required<field::ServerId>, field::RefTime, field::SmlVersion> {
+    static constexpr Shape kShape = BodyShape("cSmlOpenRes", label::SmlOpenRes);
+};
+
+struct QUARN_API GetProfileReqFields
+    : FieldSet<OrEmpty<field::ServerId>, field::Username, field::Password, field::WithRaw,
+               Required<field::BeginTime>, Required<field::EndTime>, Required<field::TreePath>,
+               field::ObjList, field::Details> {
+    static constexpr Shape kShape = BodyShape("cSmlGetProfileReq", label::SmlGetProfileReq);
+};
+
+struct QUARN_API GetProfListResFields
+    : FieldSet<Required<field::ServerId>, Required<field::ActTime>, Required<field::Period>,
+               Required<field::TreePath>, Required<field::ValTime>, Required<field::Status>,
+               Required<field::PerList>, field::RawData, field::PerSign> {
+    static constexpr Shape kShape = BodyShape("cSmlGetProfListRes", label::SmlGetProfListRes);
+};
+
+struct QUARN_API GetProfPackResFields
+    : FieldSet<Required<field::ServerId>, Required<field::ActTime>, Required<field::Period>,
+               Required<field::TreePath>, Required<IfRecord<field::HdList>>,
+               Required<IfRecord<field::ObjPerList>>, field::RawData,
+               OrFrom<field::ProfSign, label::periodSignature>> {
+    static constexpr Shape kShape = BodyShape("cSmlGetProfPackRes", label::SmlGetProfPackRes);
+};
+
+struct QUARN_API GetProcParReqFields
+    : FieldSet<OrEmpty<field::ServerId>, field::Username, field::Password,
+               Required<field::TreePath>, field::Attribute> {
+    static constexpr Shape kShape = BodyShape("cSmlGetProcParReq", label::SmlGetProcParReq);
+};
+
+struct QUARN_API GetProcParResFields
+    : FieldSet<Required<field::ServerId>, Required<field::TreePath>, Required<field::Tree>> {
+    static constexpr Shape kShape = BodyShape("cSmlGetProcParRes", label::SmlGetProcParRes);
+};
+
+struct QUARN_API SetProcParReqFields : FieldSet<field::ServerId, field::Username, field::Password,
+                                                Required<field::TreePath>, Required<field::Tree>> {
+    static constexpr Shape kShape = BodyShape("cSmlSetProcParReq", label::SmlSetProcParReq);
+};
+
+struct QUARN_API AttentionResFields : FieldSet<Required<field::ServerId>, Required<field::AttNo>,
+                                               field::AttMsg, field::AttDetails> {
+    static constexpr Shape kShape = BodyShape("cSmlAttentionRes", label::SmlAttentionRes);
+};
+
+struct QUARN_API GetListReqFields : FieldSet<Required<field::ClientId>, OrEmpty<field::ServerId>,
+                                             field::Username, field::Password, field::ListName> {
+    static constexpr Shape kShape = BodyShape("cSmlGetListReq", label::SmlGetListReq);
+};
+
+struct QUARN_API GetListResFields
+    : FieldSet<field::ClientId, Required<field::ServerId>, field::ListName, field::ActSTime,
+               Required<IfRecord<field::ValList>>, field::ListSign, field::ActGTime> {
+    static constexpr Shape kShape = BodyShape("cSmlGetListRes", label::SmlGetListRes);
+};
+
+} // namespace quarn::detail
+
+// Open request: begins a file of requests.
+class QUARN_API cSmlOpenReq : public quarn::detail::Body<quarn::detail::OpenReqFields>
+{
+public:
+    using Object::Object;
+};
+
+// Open response: begins a file of responses.
+class QUARN_API cSmlOpenResp : public quarn::detail::Body<quarn::detail::OpenRespFields>
+{
+public:
+    using Object::Object;
+};
+
+// Profile request, for a list as for a pack.
+class QUARN_API cSmlGetProfileReq : public quarn::detail::Body<quarn::detail::GetProfileReqFields>
+{
+public:
+    using Object::Object;
+};
+
+// Profile-list response: one period with the values of its objects.
+class QUARN_API cSmlGetProfListRes : public quarn::detail::Body<quarn::detail::GetProfListResFields>
+{
+public:
+    using Object::Object;
+};
+
+// Profile-pack response: the objects once, then their values period by period. Its signature is
+// read from "periodSignature" too, and written as "profileSignature".
+class QUARN_API cSmlGetProfPackRes : public quarn::detail::Body<quarn::detail::GetProfPackResFields>
+{
+public:
+    using Object::Object;
+};
+
+// Process-parameter request.
+class QUARN_API cSmlGetProcParReq : public quarn::detail::Body<quarn::detail::GetProcParReqFields>
+{
+public:
+    using Object::Object;
+};
+
+// Process-parameter response: the tree asked for.
+class QUARN_API cSmlGetProcParRes : public quarn::detail::Body<quarn::detail::GetProcParResFields>
+{
+public:
+    using Object::Object;
+};
+
+// Set-process-parameter request: the tree to be set.
+class QUARN_API cSmlSetProcParReq : public quarn::detail::Body<quarn::detail::SetProcParReqFields>
+{
+public:
+    using Object::Object;
+};
+
+// Attention response: an error, or a confirmation.
+class QUARN_API cSmlAttentionRes : public quarn::detail::Body<quarn::detail::AttentionResFields>
+{
+public:
+    using Object::Object;
+};
+
+// List request.
+class QUARN_API cSmlGetListReq : public quarn::detail::Body<quarn::detail::GetListReqFields>
+{
+public:
+    using Object::Object;
+};
+
+// List response: the current values of a meter.
+class QUARN_API cSmlGetListRes : public quarn::detail::Body<quarn::detail::GetListResFields>
+{
+public:
+    using Object::Object;
+    using Object::operator=;
+
+    // Turns a profile-list response into a list response: its server, and of each period entry a
+    // list entry with the status and the time of the period. A response that is not valid, or a
+    // lack of memory, clears this object, with a trace at level 2.
+    cSmlGetListRes& operator=(const cSmlGetProfListRes& source) noexcept;
+};
+
+#endif

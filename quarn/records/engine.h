@@ -1,0 +1,273 @@
+// How the record classes read and write: the bodies of the templates of field.h, structure.h and
+// list.h. Each source file of this wing includes it and instantiates the classes of its header; no
+// host needs it.
+#ifndef QUARN_RECORDS_ENGINE_H
+#define QUARN_RECORDS_ENGINE_H
+
+#include "quarn/foundation/fields.h"
+#include "quarn/foundation/limits.h"
+#include "quarn/records/list.h"
+#include "quarn/records/structure.h"
+#include "quarn/records/values.h"
+
+namespace quarn::detail
+{
+
+struct TooDeep : std::exception {
+    const char* what() const noexcept override { return "trees nested too deep"; }
+};
+
+// The parameter kinds: for each plain type its code, how it is got from a parameter and how it is
+// appended. A signed value is cut off to fit a short.
+template <typename T>
+inline constexpr eKIND kKindOf = std::is_same_v<T, bool>                 ? KIND_BOOL
+                                 : std::is_same_v<T, std::string>        ? KIND_DATA
+                                 : std::is_same_v<T, unsigned>           ? KIND_UINT
+                                 : std::is_same_v<T, unsigned long long> ? KIND_UINT64
+                                 : std::is_same_v<T, long long>          ? KIND_SINT64
+                                                                         : KIND_SINT;
+
+template <typename T>
+T PlainOf(const vorn::cRecordPar& par)
+{
+    if constexpr (kKindOf<T> == KIND_BOOL)
+        return par.GetBool();
+    else if constexpr (kKindOf<T> == KIND_UINT)
+        return par.GetUInt();
+    else if constexpr (kKindOf<T> == KIND_UINT64)
+        return par.GetUInt64();
+    else if constexpr (kKindOf<T> == KIND_SINT64)
+        return par.GetSInt64();
+    else if constexpr (kKindOf<T> == KIND_SINT)
+        return static_cast<T>(par.GetSInt());
+    else if (par.GetSize() < 1)
+        return T();
+    else
+        return T(static_cast<const char*>(par.GetData()), static_cast<std::size_t>(par.GetSize()));
+}
+
+template <typename T>
+void AppendPlain(vorn::cRecord& target, const char* label, const T& v)
+{
+    if constexpr (kKindOf<T> == KIND_BOOL)
+        target.AppendBoolPar(label, v, 0);
+    else if constexpr (kKindOf<T> == KIND_UINT)
+        target.AppendUIntPar(label, v, 0);
+    else if constexpr (kKindOf<T> == KIND_UINT64)
+        target.AppendUInt64Par(label, v, 0);
+    else if constexpr (kKindOf<T> == KIND_SINT64)
+        target.AppendSInt64Par(label, v, 0);
+    else if constexpr (kKindOf<T> == KIND_SINT)
+        target.AppendSIntPar(label, v, 0);
+    else
+        target.AppendDataPar(label, v.data(), static_cast<int>(v.size()), 0);
+}
+
+template <typename T>
+bool ReadValue(const vorn::cRecord& record, const char* label, unsigned depth, T& value)
+{
+    if constexpr (kIsPlain<T>) {
+        vorn::cRecordPar par;
+        if (!FindField(record, label, kKindOf<T>, par))
+            return false;
+        value = PlainOf<T>(par);
+        return true;
+    } else {
+        if constexpr (std::is_same_v<T, cSmlTime>)
+            value.Read(record, label);
+        else
+            Access::Read(value, record, depth);
+        return value.IsValid();
+    }
+}
+
+template <typename T>
+void WriteValue(vorn::cRecord& target, const char* label, const T& value)
+{
+    if constexpr (kIsPlain<T>)
+        AppendPlain(target, label, value);
+    else if constexpr (std::is_same_v<T, cSmlTime>)
+        value.Write(target, label);
+    else
+        Access::Write(value, target);
+}
+
+template <class Core>
+Object<Core>::Object(const vorn::cRecord& record) noexcept
+{
+    if (!Guarded(Core::kClass, [&] { Core::Read(record, 0); }))
+        Core::Clear();
+}
+
+template <class Core>
+Object<Core>::Object(const Object& other) noexcept : Core()
+{
+    if (!Guarded(Core::kClass, [&] { Core::CopyFrom(other); }))
+        Core::Clear();
+}
+
+template <class Core>
+Object<Core>& Object<Core>::operator=(const Object& other) noexcept
+{
+    if (this != &other && !Guarded(Core::kClass, [&] { Assign(other); }))
+        Core::Clear();
+    return *this;
+}
+
+template <class Core>
+Object<Core>& Object<Core>::operator=(Object&& other) noexcept
+{
+    if (Core::kCopiedWhenValid && !other.IsValid())
+        Core::Clear();
+    else if (this != &other)
+        Core::operator=(std::move(other));
+    return *this;
+}
+
+template <class Core>
+void Object<Core>::Assign(const Object& other)
+{
+    if (Core::kCopiedWhenValid && !other.IsValid())
+        Core::Clear();
+    else
+        Core::CopyFrom(other);
+}
+
+template <class Core>
+bool Object<Core>::ToRecord(vorn::cRecord& target) const noexcept
+{
+    bool written = false;
+    Guarded(Core::kClass, [&] { written = Core::Write(target); });
+    return written;
+}
+
+template <class Fields>
+void Structure<Fields>::Read(const vorn::cRecord& record, unsigned depth)
+{
+    constexpr const Shape& shape = Fields::kShape;
+    vorn::cRecord own;
+    if (shape.where != eFIELDS::DIRECT && FindRecord(record, shape.pcLabel, own))
+        Fields::Read(own, depth);
+    else if (shape.where != eFIELDS::ENCLOSED)
+        Fields::Read(record, depth);
+    else if (shape.missingLevel != kUntraced)
+        Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", shape.pcClass);
+}
+
+template <class Fields>
+bool Structure<Fields>::Write(vorn::cRecord& target) const
+{
+    vorn::cRecord own;
+    if (!WriteFields(own))
+        return false;
+    target.AppendRecordPar(Fields::kShape.pcLabel, own, 0);
+    return true;
+}
+
+template <class Fields>
+bool Structure<Fields>::WriteFields(vorn::cRecord& target) const
+{
+    if (Fields::kShape.bWrittenWhenValid && !IsValid()) {
+        Trace(LibQuarn, kError, "%s::ToRecord: class invalid", kClass);
+        return false;
+    }
+    Fields::Write(target);
+    return true;
+}
+
+template <class Traits>
+void ListCore<Traits>::CopyFrom(const ListCore& other)
+{
+    if constexpr (kIsPlain<Element>) {
+        entries = other.entries;
+    } else {
+        entries.clear();
+        entries.resize(other.entries.size());
+        for (std::size_t i = 0; i < entries.size(); ++i)
+            Access::Copy(entries[i], other.entries[i]);
+    }
+}
+
+template <class Traits>
+void ListCore<Traits>::Read(const vorn::cRecord& record, unsigned depth)
+{
+    constexpr const ListShape& shape = Traits::kShape;
+    entries.clear();
+    vorn::cRecord list;
+    if (!FindRecord(record, shape.pcLabel, list)) {
+        if (shape.missingLevel != kUntraced)
+            Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", shape.pcClass);
+        return;
+    }
+    int left = list.GetParCount(shape.pcElementLabel, 0, 0);
+    if (left < 1) {
+        Trace(LibQuarn, kError, "%s: Record %s is empty", shape.pcClass, shape.pcEmptyName);
+        return;
+    }
+    if (depth + 1 >= SML_MAX_TREE_DEPTH)
+        throw TooDeep();
+    entries.reserve(static_cast<std::size_t>(left));
+    vorn::cRecordPar par = list.GetFirstPar(shape.pcElementLabel, 0, 0);
+    const char* step = shape.bStepsByLabel ? shape.pcElementLabel : nullptr;
+    do {
+        if (ReadElement(par, depth + 1))
+            --left;
+        else
+            Trace(LibQuarn, kError, "%s: %s", shape.pcClass, shape.pcElementFault);
+    } while (left > 0 && list.SeekNextPar(par, step, 0, 0));
+}
+
+template <class Traits>
+bool ListCore<Traits>::ReadElement(const vorn::cRecordPar& par, unsigned depth)
+{
+    if constexpr (kIsPlain<Element>) {
+        if (!IsOfKind(par, kKindOf<Element>))
+            return false;
+        entries.push_back(PlainOf<Element>(par));
+    } else {
+        vorn::cRecord record;
+        if (!IsOfKind(par, KIND_RECORD) || !par.GetRecord(record))
+            return false;
+        entries.emplace_back();
+        Access::Read(entries.back(), record, depth);
+        if (!entries.back().IsValid())
+            entries.back().Clear();
+    }
+    return true;
+}
+
+template <class Traits>
+bool ListCore<Traits>::Write(vorn::cRecord& target) const
+{
+    constexpr const ListShape& shape = Traits::kShape;
+    if (!IsValid()) {
+        Trace(LibQuarn, shape.invalidLevel, "%s::ToRecord: %s", shape.pcClass, shape.pcInvalid);
+        return false;
+    }
+    vorn::cRecord list;
+    WriteElements(list);
+    target.AppendRecordPar(shape.pcLabel, list, 0);
+    return true;
+}
+
+template <class Traits>
+void ListCore<Traits>::WriteElements(vorn::cRecord& list) const
+{
+    constexpr const ListShape& shape = Traits::kShape;
+    vorn::cRecord wrapper;
+    for (const Element& element : entries) {
+        if constexpr (kIsPlain<Element>) {
+            AppendPlain(list, shape.pcElementLabel, element);
+        } else if constexpr (shape.bWrapped) {
+            Access::Write(element, wrapper);
+            list.AppendRecordPar(shape.pcElementLabel, wrapper, 0);
+            wrapper.Create();
+        } else {
+            Access::Write(element, list);
+        }
+    }
+}
+
+} // namespace quarn::detail
+
+#endif

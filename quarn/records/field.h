@@ -1,0 +1,260 @@
+// What the record classes are made of: a field with its presence flag, the ways a field may differ
+// from the plain case, and the set of fields that a class declares. A class of this wing is the
+// list of its fields; reading, writing, copying and validity follow from that list.
+//
+// The members that hosts use are the getters and setters of the named fields (Codepage has
+// GetCodepage, and so on). They never throw:
+//   - a getter returns true and copies the field when it is present; it returns false, and leaves
+//     its argument as it was, when the field is absent or no memory is left for the copy;
+//   - a setter returns true; or false, with nothing changed, when no memory is left.
+// An object belongs to one thread at a time; distinct objects are independent of each other.
+#ifndef QUARN_RECORDS_FIELD_H
+#define QUARN_RECORDS_FIELD_H
+
+#include "quarn/foundation/export.h"
+#include "quarn/foundation/framework.h"
+#include "quarn/foundation/labels.h"
+#include "quarn/foundation/trace.h"
+
+#include <exception>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+namespace quarn::detail
+{
+
+template <typename T>
+inline constexpr bool kIsPlain = std::is_arithmetic_v<T> || std::is_same_v<T, std::string>;
+
+// The members of the record classes that the library keeps to itself. All of them may throw; the
+// public ones are built from them and do not.
+//   Read      fills a cleared object from a record; depth counts the trees around it
+//   Write     appends the object to a record, as a whole or not at all
+//   CopyFrom  makes the object what another one is
+//   Assign    does what operator= does
+struct Access {
+    template <typename T>
+    static void Read(T& object, const vorn::cRecord& record, unsigned depth)
+    {
+        object.Read(record, depth);
+    }
+    template <typename T>
+    static bool Write(const T& object, vorn::cRecord& target)
+    {
+        return object.Write(target);
+    }
+    template <typename T>
+    static bool WriteFields(const T& object, vorn::cRecord& target)
+    {
+        return object.WriteFields(target);
+    }
+    template <typename T>
+    static void Copy(T& to, const T& from)
+    {
+        if constexpr (kIsPlain<T>)
+            to = from;
+        else
+            to.CopyFrom(from);
+    }
+    template <typename T>
+    static void Assign(T& to, const T& from)
+    {
+        if constexpr (kIsPlain<T>)
+            to = from;
+        else
+            to.Assign(from);
+    }
+    // The named fields of one object, taken over from another that has them too.
+    template <class... F, class To, class From>
+    static void CopyFields(To& to, const From& from)
+    {
+        (static_cast<F&>(to).CopyFrom(static_cast<const F&>(from)), ...);
+    }
+    template <class F, class Object>
+    static const auto& Value(const Object& object)
+    {
+        return static_cast<const F&>(object).value;
+    }
+    template <class F, class Object>
+    static void Put(Object& object, decltype(F::value)&& v)
+    {
+        static_cast<F&>(object).value = std::move(v);
+        static_cast<F&>(object).bPresent = true;
+    }
+    template <class List>
+    static auto& Entries(List& list)
+    {
+        return list.entries;
+    }
+};
+
+// Runs a step that may throw; false, and a trace line, when it did.
+template <typename Step>
+bool Guarded(const char* who, Step step) noexcept
+{
+    try {
+        step();
+        return true;
+    } catch (const std::exception& e) {
+        Trace(LibQuarn, kError, "%s: %s", who, e.what());
+    } catch (...) {
+        Trace(LibQuarn, kError, "%s: failed", who);
+    }
+    return false;
+}
+
+// Assigns; false, and to as it was, when no memory is left.
+template <typename T>
+bool TryAssign(T& to, const T& from) noexcept
+{
+    if constexpr (std::is_arithmetic_v<T>) {
+        to = from;
+        return true;
+    } else {
+        return Guarded("copy", [&] {
+            T copy;
+            Access::Assign(copy, from);
+            to = std::move(copy);
+        });
+    }
+}
+
+// The alternative of type T of a variant, for a class that is a choice.
+template <typename T, class Variant>
+bool GetAlternative(const Variant& alternatives, T& out) noexcept
+{
+    const T* v = std::get_if<T>(&alternatives);
+    return v != nullptr && TryAssign(out, *v);
+}
+
+// Reading and writing under a label, for every type that a field may have.
+template <typename T>
+bool ReadValue(const vorn::cRecord& record, const char* label, unsigned depth, T& value);
+template <typename T>
+void WriteValue(vorn::cRecord& target, const char* label, const T& value);
+bool HasRecord(const vorn::cRecord& record, const char* label);
+
+template <typename T, const char* Label>
+class Field
+{
+protected:
+    static constexpr bool kRequired = false;
+    static constexpr const char* kLabel = Label;
+
+    bool Get(T& out) const noexcept { return bPresent && TryAssign(out, value); }
+    bool Set(const T& v) noexcept
+    {
+        if (!TryAssign(value, v))
+            return false;
+        bPresent = true;
+        return true;
+    }
+    bool IsPresent() const noexcept { return bPresent; }
+    void Clear() noexcept
+    {
+        value = T();
+        bPresent = false;
+    }
+    void Read(const vorn::cRecord& record, unsigned depth)
+    {
+        bPresent = ReadValue(record, Label, depth, value);
+    }
+    void Write(vorn::cRecord& target) const
+    {
+        if (bPresent)
+            WriteValue(target, Label, value);
+    }
+    void CopyFrom(const Field& other)
+    {
+        Access::Copy(value, other.value);
+        bPresent = other.bPresent;
+    }
+
+    T value{};
+    bool bPresent = false;
+
+    friend struct Access;
+};
+
+// One row of a table of fields: the field, its getter, its type, its label.
+#define QUARN_FIELD(Name, Getter, Type, Label)                                                     \
+    struct Name : Field<Type, label::Label> {                                                      \
+        bool Getter(Type& v) const noexcept { return Get(v); }                                     \
+    };
+
+// The same for a field with a setter beside its getter: SettableName is Name with it.
+#define QUARN_SETTER(Name, Setter)                                                                 \
+    struct Settable##Name : Name {                                                                 \
+        bool Setter(const decltype(value)& v) noexcept { return Set(v); }                          \
+    };
+
+// A field without which its class is not valid.
+template <class F>
+struct Required : F {
+protected:
+    static constexpr bool kRequired = true;
+};
+
+// A field that, when it is missing, is present and empty.
+template <class F>
+struct OrEmpty : F {
+protected:
+    void Read(const vorn::cRecord& record, unsigned depth)
+    {
+        F::Read(record, depth);
+        F::bPresent = true;
+    }
+};
+
+// A field that may also stand under a second label. It is written under the first.
+template <class F, const char* Second>
+struct OrFrom : F {
+protected:
+    void Read(const vorn::cRecord& record, unsigned depth)
+    {
+        F::Read(record, depth);
+        if (!F::bPresent)
+            F::bPresent = ReadValue(record, Second, depth, F::value);
+    }
+};
+
+// A structure whose record may be missing without a word.
+template <class F>
+struct IfRecord : F {
+protected:
+    void Read(const vorn::cRecord& record, unsigned depth)
+    {
+        if (HasRecord(record, F::kLabel))
+            F::Read(record, depth);
+    }
+};
+
+// A structure that is present as soon as its record is, valid or not.
+template <class F>
+struct AsRecord : F {
+protected:
+    void Read(const vorn::cRecord& record, unsigned depth)
+    {
+        if (!HasRecord(record, F::kLabel))
+            return;
+        F::Read(record, depth);
+        F::bPresent = true;
+    }
+};
+
+// The fields of a class, in the order in which they are written.
+template <class... F>
+struct FieldSet : F... {
+protected:
+    bool IsComplete() const noexcept { return (... && (!F::kRequired || F::IsPresent())); }
+    void Clear() noexcept { (F::Clear(), ...); }
+    void Read(const vorn::cRecord& record, unsigned depth) { (F::Read(record, depth), ...); }
+    void Write(vorn::cRecord& target) const { (F::Write(target), ...); }
+    void CopyFrom(const FieldSet& other) { (F::CopyFrom(other), ...); }
+};
+
+} // namespace quarn::detail
+
+#endif

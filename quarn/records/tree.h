@@ -1,0 +1,122 @@
+// The parameter tree: a node with its value and its children, and the value's five alternatives. A
+// tree reads at most SML_MAX_TREE_DEPTH levels; a deeper one is refused as a whole.
+#ifndef QUARN_RECORDS_TREE_H
+#define QUARN_RECORDS_TREE_H
+
+#include "quarn/records/lists.h"
+
+namespace quarn::detail
+{
+
+class QUARN_API ProcParValueCore
+{
+public:
+    void Clear() noexcept { alternatives.emplace<std::monostate>(); }
+    bool IsValid() const noexcept { return alternatives.index() > 0; }
+
+    // Each succeeds for its own alternative only.
+    bool GetParValue(cSmlValue& v) const noexcept { return GetAlternative(alternatives, v); }
+    bool GetParValue(cSmlPeriodEntry& v) const noexcept { return GetAlternative(alternatives, v); }
+    bool GetParValue(cSmlTupelEntry& v) const noexcept { return GetAlternative(alternatives, v); }
+    bool GetParValue(cSmlTime& v) const noexcept { return GetAlternative(alternatives, v); }
+    bool GetParValue(cSmlListEntry& v) const noexcept { return GetAlternative(alternatives, v); }
+
+protected:
+    static constexpr const char* kClass = "cSmlProcParValue";
+    static constexpr bool kCopiedWhenValid = false;
+
+    template <typename T>
+    void Take(const T& v) noexcept
+    {
+        Clear();
+        if (v.IsValid() && !TryAssign(alternatives.emplace<T>(), v))
+            Clear();
+    }
+    void Read(const vorn::cRecord& record, unsigned depth);
+    bool Write(vorn::cRecord& target) const;
+    void CopyFrom(const ProcParValueCore& other);
+
+    // In the order of the types 1 to 5: the index is the type.
+    std::variant<std::monostate, cSmlValue, cSmlPeriodEntry, cSmlTupelEntry, cSmlTime,
+                 cSmlListEntry>
+        alternatives;
+};
+
+} // namespace quarn::detail
+
+// The value of a node: one of five alternatives, read from and written to the record "procParVal",
+// whose "type" says which. operator= from an alternative makes it the value, if it is valid;
+// otherwise, or when no memory is left, it clears this object.
+class QUARN_API cSmlProcParValue : public quarn::detail::Object<quarn::detail::ProcParValueCore>
+{
+public:
+    using Object::Object;
+
+    cSmlProcParValue& operator=(const cSmlValue& v) noexcept { return Take(v), *this; }
+    cSmlProcParValue& operator=(const cSmlPeriodEntry& v) noexcept { return Take(v), *this; }
+    cSmlProcParValue& operator=(const cSmlTupelEntry& v) noexcept { return Take(v), *this; }
+    cSmlProcParValue& operator=(const cSmlTime& v) noexcept { return Take(v), *this; }
+    cSmlProcParValue& operator=(const cSmlListEntry& v) noexcept { return Take(v), *this; }
+};
+
+class cSmlTree;
+
+namespace quarn::detail
+{
+
+struct QUARN_API ChildListTraits {
+    using Element = cSmlTree;
+    static constexpr ListShape kShape = Direct("cSmlChildList", label::child_List, label::parTree,
+                                               "<child_List>", "tree_Entry invalid/empty");
+};
+
+} // namespace quarn::detail
+
+// The children of a node.
+class QUARN_API cSmlChildList : public quarn::detail::List<quarn::detail::ChildListTraits>
+{
+public:
+    using Object::Object;
+
+    bool SetTreeEntry(const cSmlTree& tree) noexcept { return Add(tree); }
+    bool GetTreeEntry(cSmlTree& tree, int index) const noexcept { return At(tree, index); }
+    // False, and count untouched, when there are no children.
+    bool GetTreeCount(int& count) const noexcept { return CountIfAny(count); }
+};
+
+namespace quarn::detail::field
+{
+
+QUARN_FIELD(ParName, GetName, unsigned long long, parName)
+QUARN_FIELD(ProcParVal, GetValue, cSmlProcParValue, procParVal)
+QUARN_FIELD(ChildList, GetChildList, cSmlChildList, child_List)
+
+} // namespace quarn::detail::field
+
+namespace quarn::detail
+{
+
+struct QUARN_API TreeFields
+    : FieldSet<field::ParName, AsRecord<field::ProcParVal>, AsRecord<field::ChildList>> {
+    static constexpr Shape kShape = {"cSmlTree", label::parTree, eFIELDS::EITHER,
+                                     kUntraced,  true,           true};
+
+protected:
+    bool IsComplete() const noexcept
+    {
+        return ParName::IsPresent() && (ProcParVal::IsPresent() || ChildList::IsPresent());
+    }
+};
+
+} // namespace quarn::detail
+
+// A node: its name, and its value or its children or both. The value and the children are present
+// as soon as their records are, even if those are not valid. operator= takes over a valid tree; any
+// other one clears the target.
+class QUARN_API cSmlTree : public quarn::detail::Entry<quarn::detail::TreeFields>
+{
+public:
+    using Entry::Entry;
+};
+
+#endif
