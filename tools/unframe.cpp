@@ -14,7 +14,7 @@ namespace tool
 namespace
 {
 
-constexpr std::size_t kMaxHeld = 16U * 1024 * 1024;
+constexpr std::size_t kMaxHeld = std::size_t{16} * 1024 * 1024;
 
 class cUnframer : public cConsumer, public cTeller
 {

@@ -13,7 +13,7 @@ namespace tool
 class cLineReader
 {
 public:
-    static constexpr std::size_t kMaxLine = 64U * 1024 * 1024;
+    static constexpr std::size_t kMaxLine = std::size_t{64} * 1024 * 1024;
 
     // Calls take(line, whole) for each line that ends in text, without its line feed. whole is
     // false for a line that was too long, of which the beginning is given.

@@ -13,7 +13,7 @@ namespace tool
 namespace
 {
 
-constexpr std::size_t kBlockSize = 128U * 1024;
+constexpr std::size_t kBlockSize = std::size_t{128} * 1024;
 
 void PumpInput(cSource& source, cConsumer& consumer, cOutput& out, cReport& report)
 {

@@ -7,7 +7,7 @@ namespace tool
 void cFramer::Feed(std::string_view bytes)
 {
     while (!bytes.empty()) {
-        const std::string_view piece = bytes.substr(0, 64U * 1024);
+        const std::string_view piece = bytes.substr(0, std::size_t{64} * 1024);
         Process(piece, bOpen ? 0 : BUF_FLAG_FIRST);
         bOpen = true;
         bytes.remove_prefix(piece.size());
@@ -24,6 +24,7 @@ void cFramer::End()
 void cFramer::Process(std::string_view bytes, int flags)
 {
     // Read only, since the machine does not write to its input.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
     cBuffer in(const_cast<char*>(bytes.data()), static_cast<long>(bytes.size()),
                BUF_FLAG_SML | flags, 0);
     in.Commit(static_cast<long>(bytes.size()));
