@@ -184,14 +184,10 @@ void AddCheck(CLI::App& app, int& status)
         bool bJson = false;
     };
     const auto options = std::make_shared<Options>();
-    static const std::map<std::string, eINPUT> kInputs = {
-        {"auto", INPUT_AUTO}, {"framed", INPUT_FRAMED}, {"raw", INPUT_RAW}, {"hex", INPUT_HEX}};
     CLI::App* check = app.add_subcommand("check", "Count what inputs hold and what is wrong there");
     check->add_option("INPUT", options->inputs,
                       "Files to read, counted together; - is standard input (the default)");
-    check->add_option("--input", options->eKind, "What an input holds, as in 'quarn decode'")
-        ->transform(CLI::Transformer(kInputs))
-        ->type_name("auto|framed|raw|hex");
+    AddInputOption(*check, options->eKind);
     check->add_flag("--json", options->bJson, "Print the summary as one JSON object");
     check->footer("Example:\n"
                   "  quarn check --json examples/household.bin");

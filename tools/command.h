@@ -3,6 +3,8 @@
 #ifndef TOOLS_COMMAND_H
 #define TOOLS_COMMAND_H
 
+#include "tools/input/format.h"
+
 #include <CLI/CLI.hpp>
 
 namespace tool
@@ -14,8 +16,10 @@ void AddFrame(CLI::App& app, int& status);
 void AddUnframe(CLI::App& app, int& status);
 void AddCheck(CLI::App& app, int& status);
 
-// --trace UNIT=LEVEL, for every subcommand.
+// Options that several subcommands have: --trace UNIT=LEVEL, and --input for those that take
+// framed, raw and hex input.
 void AddTraceOption(CLI::App& app);
+void AddInputOption(CLI::App& command, eINPUT& kind);
 
 } // namespace tool
 

@@ -9,17 +9,12 @@
 // back. Records are complete and therefore printed as they come, good or not.
 #include "tools/command.h"
 #include "tools/input/intake.h"
-#include "tools/input/interrupt.h"
-#include "tools/input/source.h"
+#include "tools/input/pump.h"
 #include "tools/output/format.h"
 #include "tools/reading/obis.h"
-#include "tools/reading/status.h"
+#include "tools/road/teller.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <csignal>
-#include <cstring>
-#include <map>
 #include <memory>
 #include <string>
 #include <unistd.h>
@@ -31,7 +26,6 @@ namespace tool
 namespace
 {
 
-constexpr std::size_t kBlockSize = std::size_t{128} * 1024;
 constexpr std::size_t kMaxHeld = std::size_t{16} * 1024 * 1024;
 
 using ull = unsigned long long;
@@ -61,29 +55,35 @@ struct Filter {
 };
 
 // Takes the events of the receive road to the printed format and to the report.
-class cDecoder : public cReceiverEvents
+class cDecoder : public cConsumer, public cTeller
 {
 public:
-    cDecoder(const Filter& wanted, cFormat& printer, cOutput& output, cReport& reporter)
-        : filter(wanted), format(printer), out(output), report(reporter)
+    cDecoder(eINPUT kind, const Filter& wanted, cFormat& printer, cOutput& output,
+             cReport& reporter)
+        : cTeller(reporter), eKind(kind), filter(wanted), format(printer), out(output)
     {
     }
 
+    void Begin() override { pIntake = std::make_unique<cIntake>(eKind, *this, report); }
+    void Feed(const unsigned char* data, std::size_t size) override { pIntake->Feed(data, size); }
+    void End() override { pIntake->End(); }
+
+private:
     void OnMessage(const Frame& frame, const vorn::cRecord& record) override
     {
         const MessageInfo info = DescribeMessage(record);
         if (format.IsComplete()) {
             format.Message(frame, info, record, readings);
-            ReportMessage(frame, info, 0);
+            TellMessage(frame, info);
             out.DrainIfLarge();
             return;
         }
         Select(info);
         if (info.iError != SML_STATUS_OK && !filter.bKeepBad) {
-            ReportMessage(frame, info, readings.size());
+            TellMessage(frame, info, readings.size());
             return;
         }
-        ReportMessage(frame, info, 0);
+        TellMessage(frame, info);
         if (!filter.WantsServer(info.server) || (readings.empty() && !filter.patterns.empty()))
             return;
         if (!frame.bRaw && !filter.bKeepBad && !out.Holds() && !bTooMuch)
@@ -98,24 +98,11 @@ public:
         out.DrainIfLarge();
     }
 
-    void OnRefused(const Frame& frame, int result) override
-    {
-        if (result == SMLP_OUT_OF_MEMORY)
-            report.Say(EXIT_FAILED, "frame %llu: out of memory", ull{frame.ullNumber});
-        else
-            report.Say(EXIT_DAMAGED, "frame %llu, message 1 of a file: %s (status %d)",
-                       ull{frame.ullNumber}, StatusMeaning(SML_STATUS_IGNORE_FILE),
-                       SML_STATUS_IGNORE_FILE);
-    }
-
     void OnFrameEnd(const Frame& frame) override
     {
         const bool good = frame.bCrcOk || filter.bKeepBad;
-        if (!frame.bCrcOk)
-            report.Say(EXIT_DAMAGED, "frame %llu: the checksum is wrong%s", ull{frame.ullNumber},
-                       Withheld(good ? 0 : uiHeld).c_str());
-        if (frame.bInsideFile)
-            report.Say(EXIT_DAMAGED, "frame %llu: ends inside an SML file", ull{frame.ullNumber});
+        TellChecksum(frame, good ? 0 : uiHeld);
+        TellInsideFile(frame);
         Settle(frame, good);
         format.FrameEnd(frame);
         out.DrainIfLarge();
@@ -123,25 +110,10 @@ public:
 
     void OnFrameLost(const Frame& frame, eLOSS loss) override
     {
-        if (loss == eLOSS::CUT_OFF)
-            report.Say(EXIT_GOOD, "frame %llu: cut off by the end of the input",
-                       ull{frame.ullNumber});
-        else
-            report.Say(EXIT_DAMAGED, "frame %llu: broken off, a new frame begins inside it",
-                       ull{frame.ullNumber});
+        cTeller::OnFrameLost(frame, loss);
         Settle(frame, true);
     }
 
-    void OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap) override
-    {
-        static constexpr const char* kWhere[] = {"before the first frame", "between frames",
-                                                 "after the last frame", "and no frame"};
-        report.Say(gap == eGAP::BEFORE_FIRST ? EXIT_GOOD : EXIT_DAMAGED,
-                   "%llu bytes %s, from byte %llu on", ull{count}, kWhere[static_cast<int>(gap)],
-                   ull{offset} + 1);
-    }
-
-private:
     // Leaves in readings those of the message that pass the filter.
     void Select(const MessageInfo& info)
     {
@@ -158,19 +130,6 @@ private:
                            readings.end());
     }
 
-    void ReportMessage(const Frame& frame, const MessageInfo& info, std::size_t withheld)
-    {
-        if (info.iError != SML_STATUS_OK)
-            report.Say(EXIT_DAMAGED, "frame %llu, message %u: %s (status %d)%s",
-                       ull{frame.ullNumber}, info.uiNumber, StatusMeaning(info.iError), info.iError,
-                       Withheld(withheld).c_str());
-    }
-
-    static std::string Withheld(std::size_t count)
-    {
-        return count == 0 ? std::string() : "; readings withheld: " + std::to_string(count);
-    }
-
     // Decides about what has been held back of a frame that is over.
     void Settle(const Frame& frame, bool good)
     {
@@ -185,10 +144,11 @@ private:
         uiHeld = 0;
     }
 
+    eINPUT eKind;
     const Filter& filter;
     cFormat& format;
     cOutput& out;
-    cReport& report;
+    std::unique_ptr<cIntake> pIntake;
     std::vector<Reading> readings;
     std::size_t uiHeld = 0; // readings of this frame given to the format
     bool bTooMuch = false;  // the frame's readings were more than can be held
@@ -204,26 +164,6 @@ constexpr FormatName kFormats[] = {{"text", MakeTextFormat},
                                    {"csv", MakeCsvFormat},
                                    {"records", MakeRecordsFormat}};
 
-// Reads one input to its end. What is printed is written whenever the input has to be waited for.
-void DecodeInput(cSource& source, eINPUT kind, cReceiverEvents& events, cOutput& out,
-                 cReport& report)
-{
-    cIntake intake(kind, events, report);
-    std::vector<unsigned char> block(kBlockSize);
-    long count = 0;
-    do {
-        if (!source.Ready())
-            out.Drain();
-        count = source.Read(block.data(), block.size());
-        if (count > 0)
-            intake.Feed(block.data(), static_cast<std::size_t>(count));
-    } while (count > 0 && out.Error() == 0);
-    if (count == cSource::FAILED)
-        report.Say(EXIT_FAILED, "cannot be read: %s", source.Error().c_str());
-    intake.End();
-    out.Drain();
-}
-
 Filter MakeFilter(const DecodeOptions& options)
 {
     Filter filter;
@@ -236,8 +176,6 @@ Filter MakeFilter(const DecodeOptions& options)
 
 int RunDecode(const DecodeOptions& options)
 {
-    CatchInterrupts();
-    std::signal(SIGPIPE, SIG_IGN); // a write that fails tells it as well
     cOutput out(STDOUT_FILENO);
     cReport report;
     const auto* name =
@@ -245,26 +183,9 @@ int RunDecode(const DecodeOptions& options)
                      [&](const FormatName& row) { return options.format == row.pcName; });
     const std::unique_ptr<cFormat> format = name->Make(out);
     const Filter filter = MakeFilter(options);
-    cDecoder decoder(filter, *format, out, report);
+    cDecoder decoder(options.eInput, filter, *format, out, report);
     format->Start();
-    for (const std::string& input : options.inputs) {
-        if (Interrupted() || out.Error() != 0)
-            break;
-        std::string error;
-        const std::unique_ptr<cSource> source = OpenSource(input, error);
-        report.SetSubject(source != nullptr ? source->Name() : input);
-        if (source == nullptr)
-            report.Say(EXIT_FAILED, "cannot be opened: %s", error.c_str());
-        else
-            DecodeInput(*source, options.eInput, decoder, out, report);
-    }
-    out.Drain();
-    report.SetSubject("standard output");
-    if (out.Error() == EPIPE) // whoever read it has seen enough
-        return EXIT_FAILED;
-    if (out.Error() != 0)
-        report.Say(EXIT_FAILED, "cannot be written: %s", std::strerror(out.Error()));
-    return report.Status();
+    return PumpInputs(options.inputs, decoder, out, report);
 }
 
 std::string CheckObis(const std::string& text)
@@ -289,18 +210,10 @@ void AddDecode(CLI::App& app, int& status)
     const auto options = std::make_shared<DecodeOptions>();
     options->inputs = {"-"};
     options->format = ::isatty(STDOUT_FILENO) != 0 ? "text" : "readings";
-    static const std::map<std::string, eINPUT> kInputs = {
-        {"auto", INPUT_AUTO}, {"framed", INPUT_FRAMED}, {"raw", INPUT_RAW}, {"hex", INPUT_HEX}};
-
     CLI::App* decode = app.add_subcommand("decode", "Print what meters say: readings or records");
     decode->add_option("INPUT", options->inputs,
                        "Files to read, one after the other; - is standard input (the default)");
-    decode
-        ->add_option("--input", options->eInput,
-                     "What an input holds: transport frames, one raw SML file, or hex text of\n"
-                     "either; auto tells by the first bytes")
-        ->transform(CLI::CheckedTransformer(kInputs).description(""))
-        ->type_name("auto|framed|raw|hex");
+    AddInputOption(*decode, options->eInput);
     std::vector<std::string> names;
     for (const FormatName& row : kFormats)
         names.emplace_back(row.pcName);

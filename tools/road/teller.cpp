@@ -14,10 +14,7 @@ using ull = unsigned long long;
 
 void cTeller::OnMessage(const Frame& frame, const vorn::cRecord& record)
 {
-    const MessageInfo info = DescribeMessage(record);
-    if (info.iError != SML_STATUS_OK)
-        report.Say(EXIT_DAMAGED, "frame %llu, message %u: %s (status %d)", ull{frame.ullNumber},
-                   info.uiNumber, StatusMeaning(info.iError), info.iError);
+    TellMessage(frame, DescribeMessage(record));
 }
 
 void cTeller::OnRefused(const Frame& frame, int result)
@@ -33,6 +30,11 @@ void cTeller::OnRefused(const Frame& frame, int result)
 void cTeller::OnFrameEnd(const Frame& frame)
 {
     TellChecksum(frame);
+    TellInsideFile(frame);
+}
+
+void cTeller::TellInsideFile(const Frame& frame)
+{
     if (frame.bInsideFile)
         report.Say(EXIT_DAMAGED, "frame %llu: ends inside an SML file", ull{frame.ullNumber});
 }
@@ -55,10 +57,24 @@ void cTeller::OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap)
                ull{offset} + 1);
 }
 
-void cTeller::TellChecksum(const Frame& frame)
+void cTeller::TellMessage(const Frame& frame, const MessageInfo& info, std::size_t withheld)
+{
+    if (info.iError != SML_STATUS_OK)
+        report.Say(EXIT_DAMAGED, "frame %llu, message %u: %s (status %d)%s", ull{frame.ullNumber},
+                   info.uiNumber, StatusMeaning(info.iError), info.iError,
+                   Withheld(withheld).c_str());
+}
+
+void cTeller::TellChecksum(const Frame& frame, std::size_t withheld)
 {
     if (!frame.bCrcOk)
-        report.Say(EXIT_DAMAGED, "frame %llu: the checksum is wrong", ull{frame.ullNumber});
+        report.Say(EXIT_DAMAGED, "frame %llu: the checksum is wrong%s", ull{frame.ullNumber},
+                   Withheld(withheld).c_str());
+}
+
+std::string cTeller::Withheld(std::size_t count)
+{
+    return count == 0 ? std::string() : "; readings withheld: " + std::to_string(count);
 }
 
 } // namespace tool

@@ -7,6 +7,9 @@
 #include "tools/road/receiver.h"
 #include "tools/road/report.h"
 
+#include <cstddef>
+#include <string>
+
 namespace tool
 {
 
@@ -22,8 +25,11 @@ public:
     void OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap) override;
 
 protected:
-    // A damaged frame, and nothing of what it held.
-    void TellChecksum(const Frame& frame);
+    // A message that was refused, a damaged frame, and how many readings of it are not printed.
+    void TellMessage(const Frame& frame, const MessageInfo& info, std::size_t withheld = 0);
+    void TellChecksum(const Frame& frame, std::size_t withheld = 0);
+    void TellInsideFile(const Frame& frame);
+    static std::string Withheld(std::size_t count);
 
     cReport& report;
 };

@@ -1,9 +1,11 @@
-// --trace UNIT=LEVEL: shows trace lines of the library on stderr. Without it the library is silent,
-// since the program tells itself what is wrong with the input.
+// Options that several subcommands have. --trace UNIT=LEVEL shows trace lines of the library on
+// stderr; without it the library is silent, since the program tells itself what is wrong with the
+// input. --input names what an input holds.
 #include "quarn/quarn.h"
 #include "tools/command.h"
 
 #include <charconv>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -50,6 +52,18 @@ void AddTraceOption(CLI::App& app)
            "LibQuarn records) up to a level (2 errors, 4 anomalies, 8 progress, 16 details)")
         ->type_name("UNIT=LEVEL")
         ->allow_extra_args(false);
+}
+
+void AddInputOption(CLI::App& command, eINPUT& kind)
+{
+    static const std::map<std::string, eINPUT> kInputs = {
+        {"auto", INPUT_AUTO}, {"framed", INPUT_FRAMED}, {"raw", INPUT_RAW}, {"hex", INPUT_HEX}};
+    command
+        .add_option("--input", kind,
+                    "What an input holds: transport frames, one raw SML file, or hex text of\n"
+                    "either; auto tells by the first bytes")
+        ->transform(CLI::CheckedTransformer(kInputs).description(""))
+        ->type_name("auto|framed|raw|hex");
 }
 
 } // namespace tool
