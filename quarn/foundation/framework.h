@@ -94,6 +94,21 @@ static_assert(
 static_assert(
     kYields<unsigned short, decltype(vorn::createCRC16("", 0, std::declval<unsigned short>()))>);
 
+// Beyond the contract: whether records show their parameters in place, as begin() and end(), with
+// GetName() of each. The library reads such records without copying parameters, others through the
+// operations above, with the same result.
+template <class Record, typename = void>
+inline constexpr bool kShowsParameters = false;
+template <class Record>
+inline constexpr bool kShowsParameters<
+    Record, std::enable_if_t<
+                std::is_convertible_v<decltype(std::declval<const Record&>().begin()),
+                                      const vorn::cRecordPar*> &&
+                std::is_convertible_v<decltype(std::declval<const Record&>().end()),
+                                      const vorn::cRecordPar*> &&
+                std::is_convertible_v<decltype(std::declval<const Record&>().begin()->GetName()),
+                                      const char*>>> = true;
+
 } // namespace quarn::detail
 
 #endif

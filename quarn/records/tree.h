@@ -23,6 +23,7 @@ public:
 
 protected:
     static constexpr const char* kClass = "cSmlProcParValue";
+    static constexpr const char* kOwnLabel = label::procParVal;
     static constexpr bool kCopiedWhenValid = false;
 
     template <typename T>
@@ -32,9 +33,11 @@ protected:
         if (v.IsValid() && !TryAssign(alternatives.emplace<T>(), v))
             Clear();
     }
-    void Read(const vorn::cRecord& record, unsigned depth);
+    void ReadFrom(const vorn::cRecordPar* own, Source& around);
+    void ReadAlternative(unsigned type, Source& value);
     bool Write(vorn::cRecord& target) const;
     void CopyFrom(const ProcParValueCore& other);
+    void DropUnassigned() noexcept {}
 
     // In the order of the types 1 to 5: the index is the type.
     std::variant<std::monostate, cSmlValue, cSmlPeriodEntry, cSmlTupelEntry, cSmlTime,
