@@ -97,12 +97,13 @@ void VisitElements(const Record& record, const char* first, const char* next, Vi
                    std::bool_constant<kInPlace> = {})
 {
     if constexpr (kInPlace) {
-        auto par = record.begin();
-        while (par != record.end() && !HasName(*par, first))
-            ++par;
-        for (; par != record.end(); ++par) {
-            if ((next == nullptr || HasName(*par, next)) && !visit(*par))
+        const char* wanted = first;
+        for (const vorn::cRecordPar* par = record.begin(); par != record.end(); ++par) {
+            if (wanted != nullptr && !HasName(*par, wanted))
+                continue;
+            if (!visit(*par))
                 return;
+            wanted = next;
         }
     } else {
         vorn::cRecordPar par = record.GetFirstPar(first, 0, 0);
