@@ -1,6 +1,6 @@
 // Memory that runs out: every allocation in turn fails, and an object is then either whole or not
 // valid, what is written is written whole or not at all, and nothing is thrown.
-#include "record_text.h"
+#include "written.h"
 
 #include <cstdlib>
 #include <new>
@@ -22,7 +22,7 @@ long lLeft = -1; // allocations until one fails; below 0: none does
 namespace
 {
 
-using test::Record;
+using test::Rec;
 
 // Runs step with the first, the second, ... allocation failing, until it goes through without, and
 // hands each result to check, with whether an allocation had failed.
@@ -42,14 +42,14 @@ void FailEach(Step step, Check check)
 }
 
 #define LONG "x4142434445464748494A4B4C4D4E4F505152535455565758595A "
-#define TIME "{ type=u1 value=u77 } "
+#define TIME "={type=u1 value=u77} "
 
 // Target is made from the text's class, C itself or what a C is turned into.
 template <class C, class Target = C>
 void Exhaust(const std::string& text)
 {
     test::TraceCapture quiet(LibQuarn, 0);
-    const vorn::cRecord input = Record(text);
+    const vorn::cRecord input = Rec(text);
     const C sample(input);
     ASSERT_TRUE(sample.IsValid());
     Target turned;
@@ -87,26 +87,26 @@ void Exhaust(const std::string& text)
 TEST(Memory, RunsOut)
 {
     Exhaust<cSmlAttentionRes>(
-        "SmlAttentionRes{ serverId=x01 attentionNo=U1 parTree{ parName=U1 "
-        "child_List{ parTree{ parName=U2 procParVal{ type=u5 value{ objName=U1 "
-        "value=u1 valueSignature=" LONG "} } } } } }");
+        "SmlAttentionRes={serverId=x01 attentionNo=U1 parTree={parName=U1 "
+        "child_List={parTree={parName=U2 procParVal={type=u5 value={objName=U1 "
+        "value=u1 valueSignature=" LONG "}}}}}}");
     Exhaust<cSmlGetProfPackRes>(
-        "SmlGetProfPackRes{ serverId=x01 actTime" TIME "regPeriod=u1 parTreePath{ path_Entry=U1 } "
-        "header_List{ pObjHdEntry{ pObjHdEntry{ objName=U1 unit=u1 scaler=i1 } } } period_List{ "
-        "pObjPerEntry{ pObjPerEntry{ valTime" TIME "status=U1 value_List{ value_List_Entry{ "
-        "value_List_Entry{ value=" LONG "} } } periodSignature=" LONG "} } } profileSignature=" LONG
+        "SmlGetProfPackRes={serverId=x01 actTime" TIME "regPeriod=u1 parTreePath={path_Entry=U1} "
+        "header_List={pObjHdEntry={pObjHdEntry={objName=U1 unit=u1 scaler=i1}}} period_List={"
+        "pObjPerEntry={pObjPerEntry={valTime" TIME "status=U1 value_List={value_List_Entry={"
+        "value_List_Entry={value=" LONG "}}} periodSignature=" LONG "}}} profileSignature=" LONG
         "}");
     Exhaust<cSmlGetProfListRes, cSmlGetListRes>(
-        "SmlGetProfListRes{ serverId=" LONG "actTime" TIME
-        "regPeriod=u1 parTreePath{ path_Entry=U1 } "
-        "valTime" TIME "status=U7 period_List{ SmlPeriodEntry{ SmlPeriodEntry{ objName=U1 unit=u30 "
-        "scaler=i-1 value=" LONG "} } } }");
+        "SmlGetProfListRes={serverId=" LONG "actTime" TIME
+        "regPeriod=u1 parTreePath={path_Entry=U1} "
+        "valTime" TIME "status=U7 period_List={SmlPeriodEntry={SmlPeriodEntry={objName=U1 unit=u30 "
+        "scaler=i-1 value=" LONG "}}}}");
 }
 
 TEST(Memory, GettersAndSetters)
 {
     test::TraceCapture quiet(LibQuarn, 0);
-    const cSmlListEntry entry(Record("objName=U1 value=" LONG "valueSignature=" LONG));
+    const cSmlListEntry entry(Rec("objName=U1 value=" LONG "valueSignature=" LONG));
     cSmlList list;
     std::string sign;
     cSmlValue value;
