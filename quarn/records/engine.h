@@ -91,11 +91,10 @@ void WriteValue(vorn::cRecord& target, const char* label, const T& value)
 template <class Core>
 Object<Core>::Object(const vorn::cRecord& record) noexcept
 {
-    const auto read = [&] {
-        Source around(record, 0);
-        Access::Read(*this, around);
-    };
-    if (!Guarded(Core::kClass, read))
+    if (!Guarded(Core::kClass, [&] {
+            Source around(record, 0);
+            Access::Read(*this, around);
+        }))
         Core::Clear();
 }
 

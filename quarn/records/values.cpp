@@ -125,7 +125,7 @@ bool TakeOneOf(const vorn::cRecordPar& par, Alternatives& to)
 
 void ValueCore::Clear() noexcept
 {
-    alternatives.emplace<std::monostate>();
+    alternatives = {};
     bValid = false;
 }
 

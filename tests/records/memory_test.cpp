@@ -1,23 +1,7 @@
 // Memory that runs out: every allocation in turn fails, and an object is then either whole or not
-// valid, what is written is written whole or not at all, and nothing is thrown.
+// valid, what is written is written whole or not at all, nothing is thrown and nothing leaks.
+#include "tests/support/failing_new.h"
 #include "written.h"
-
-#include <cstdlib>
-#include <new>
-
-namespace
-{
-long lLeft = -1; // allocations until one fails; below 0: none does
-}
-
-// Not inlined, lest the compiler takes new and free for a mismatched pair.
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-    void* p = lLeft >= 0 && lLeft-- == 0 ? nullptr : std::malloc(size > 0 ? size : 1);
-    return p != nullptr ? p : throw std::bad_alloc();
-}
-[[gnu::noinline]] void operator delete(void* p) noexcept { std::free(p); }
-[[gnu::noinline]] void operator delete(void* p, std::size_t) noexcept { std::free(p); }
 
 namespace
 {
@@ -32,11 +16,16 @@ void FailEach(Step step, Check check)
     bool failed = true;
     long n = 0;
     for (; failed && n < 10000; ++n) {
-        lLeft = n;
-        auto result = step();
-        failed = lLeft < 0;
-        lLeft = -1;
-        check(result, failed);
+        const long before = test::lBlocksInUse;
+        {
+            auto result = [&] {
+                const test::FailingNew one(n, 1);
+                return step();
+            }();
+            failed = test::lFailuresLeft == 0;
+            check(result, failed);
+        }
+        EXPECT_EQ(test::lBlocksInUse, before);
     }
     EXPECT_GT(n, 1);
 }
@@ -107,21 +96,37 @@ TEST(Memory, GettersAndSetters)
 {
     test::TraceCapture quiet(LibQuarn, 0);
     const cSmlListEntry entry(Rec("objName=U1 value=" LONG "valueSignature=" LONG));
-    cSmlList list;
-    std::string sign;
-    cSmlValue value;
+    const std::string text(40, 'A');
     const auto failsOnlyThen = [](bool done, bool failed) { EXPECT_EQ(done, !failed); };
-    FailEach([&] { return entry.GetValueSign(sign) && entry.GetValue(value); }, failsOnlyThen);
-    FailEach([&] { return list.SetListEntry(entry); }, failsOnlyThen);
+    FailEach(
+        [&] {
+            std::string sign;
+            cSmlValue value;
+            return entry.GetValueSign(sign) && entry.GetValue(value);
+        },
+        failsOnlyThen);
+    FailEach(
+        [&] {
+            cSmlList list;
+            int count = 0;
+            return list.SetListEntry(entry) == list.GetListCount(count) && count == 1;
+        },
+        failsOnlyThen);
     FailEach(
         [&] {
             cSmlListEntry target;
             std::string unset;
-            return target.SetValueSign(sign) == target.GetValueSign(unset) && !unset.empty();
+            return target.SetValueSign(text) == target.GetValueSign(unset) && !unset.empty();
         },
         failsOnlyThen);
-    int count = 0;
-    EXPECT_TRUE(list.GetListCount(count) && count == 1);
+    FailEach(
+        [&] {
+            cSmlProcParValue target;
+            target = cSmlTime();
+            target = entry;
+            return target.IsValid();
+        },
+        failsOnlyThen);
 }
 
 } // namespace
