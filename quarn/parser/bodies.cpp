@@ -11,12 +11,12 @@ using namespace quarn::detail;
 
 // The fields that several bodies have.
 struct cSMLP::BodyFields {
-    static constexpr Field Data(const char* label, std::uint32_t max, Refusal type, Refusal length)
+    static constexpr Field Data(Label label, std::uint32_t max, Refusal type, Refusal length)
     {
         return Field::String(max).Refused(type, length).Kept(label, KIND_DATA, Keep::IfSet);
     }
     // A string whose refusals keep the codes of strings.
-    static constexpr Field PlainData(const char* label, std::uint32_t max, Keep keep = Keep::IfSet)
+    static constexpr Field PlainData(Label label, std::uint32_t max, Keep keep = Keep::IfSet)
     {
         return Field::String(max).Kept(label, KIND_DATA, keep);
     }
@@ -54,7 +54,7 @@ struct cSMLP::BodyFields {
                      {RC_LIST_NAME_LENGTH, "listName:Len!, smlp[%d]"})
             .Kept(label::listName, KIND_UINT64, Keep::IfSet);
     }
-    static constexpr Field Time(const char* label, Keep keep)
+    static constexpr Field Time(Label label, Keep keep)
     {
         return Field::Structure(Tables::kTime).Optional().Kept(label, KIND_RECORD, keep);
     }
@@ -64,7 +64,7 @@ struct cSMLP::BodyFields {
             .Kept(label::parTreePath, KIND_RECORD, Keep::IfSet);
     }
     static constexpr Field Tree() { return Field::Structure(Tables::kTree).Then(&cSMLP::KeepTree); }
-    static constexpr Field Signature(const char* label)
+    static constexpr Field Signature(Label label)
     {
         return PlainData(label, SML_MAX_SIGNATURE).Optional();
     }
@@ -283,7 +283,7 @@ int cSMLP::CompareServerId()
         Say(kAnomaly,
             "GetListResp:ServerId DIFF!, OSrvId:0x%02x, SrvId:0x%02x, Index:0x%04x, smlp[%d]", open,
             pucString[i], i);
-        Trace(LibSmlp, kAnomaly, "rec_SmlGetListRes= %s\n", recBody.ToString().c_str());
+        Trace(LibSmlp, kAnomaly, "rec_SmlGetListRes= %s\n", Body().ToString().c_str());
     }
     return RC_DONE;
 }

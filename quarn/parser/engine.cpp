@@ -60,8 +60,9 @@ int cSMLP::OpenSequence(Frame& frame)
     return RefuseList(layout, layout.type);
 }
 
-// Begins a structure whose list is still to be read; its fields go to target.
-int cSMLP::Enter(const Layout& layout, bool optional, vorn::cRecord* target)
+// Begins a structure whose list is still to be read; its fields are kept in the innermost record,
+// which is opened for it when it is to have its own.
+int cSMLP::Enter(const Layout& layout, bool optional, bool kept, bool own)
 {
     if (uiDepth + 1 == kMaxFrames)
         return Refuse({RC_UNKNOWN_STATE, "ParseSmlMsg:Unknown State!, smlp[%d]"});
@@ -72,19 +73,23 @@ int cSMLP::Enter(const Layout& layout, bool optional, vorn::cRecord* target)
     frame.bOptional = optional;
     frame.bFilled = false;
     frame.bDelivered = false;
-    frame.pcWrap = nullptr;
-    frame.pTarget = target;
+    frame.pWrap = nullptr;
+    frame.bKept = kept;
+    frame.bOwn = kept && own;
+    if (frame.bOwn) {
+        frame.uiLevel = static_cast<std::uint32_t>(builder.Levels());
+        builder.Open();
+    }
     usFieldState = 0;
     return RC_ENTERED;
 }
 
 // Begins a structure with a record of its own, as the value of field.
-int cSMLP::EnterKept(const Layout& layout, const Field& field, const char* wrap)
+int cSMLP::EnterKept(const Layout& layout, const Field& field, const Label* wrap)
 {
-    vorn::cRecord* const own = &aFrames[std::min<std::size_t>(uiDepth + 1, kMaxFrames - 1)].rec;
-    const int rc = Enter(layout, field.bOptional, IsKept(field) ? own : nullptr);
+    const int rc = Enter(layout, field.bOptional, IsKept(field), true);
     if (rc == RC_ENTERED)
-        aFrames[uiDepth].pcWrap = wrap;
+        aFrames[uiDepth].pWrap = wrap;
     return rc;
 }
 
@@ -94,35 +99,34 @@ int cSMLP::Leave()
     Frame& done = aFrames[uiDepth--];
     Frame& parent = aFrames[uiDepth];
     const Field& field = CurrentField(parent);
-    const bool own = done.pTarget == &done.rec && field.pcLabel != nullptr;
-    const bool due = done.bFilled || (field.eKeep == Keep::Always && !done.bDelivered);
-    if (own && due) {
-        if (done.pcWrap != nullptr) {
-            vorn::cRecord wrapper;
-            wrapper.AppendRecordPar(done.pcWrap, done.rec, 0);
-            Target().AppendRecordPar(field.pcLabel, wrapper, 0);
-        } else {
-            Target().AppendRecordPar(field.pcLabel, done.rec, 0);
+    if (done.bOwn) {
+        partDone = builder.Close();
+        const bool due = done.bFilled || (field.eKeep == Keep::Always && !done.bDelivered);
+        if (due && !field.label.IsEmpty()) {
+            if (done.pWrap != nullptr) {
+                builder.Open();
+                builder.AppendRecordPar(*done.pWrap, partDone, 0);
+                partDone = builder.Close();
+            }
+            Target().AppendRecordPar(field.label, partDone, 0);
         }
     }
     ++parent.uiIndex;
     usFieldState = 0;
-    const int rc = field.pfnHook != nullptr ? (this->*field.pfnHook)() : int{RC_DONE};
-    done.rec.Create();
-    return rc;
+    return field.pfnHook != nullptr ? (this->*field.pfnHook)() : int{RC_DONE};
 }
 
-// The record of the innermost structure, about to be filled. REQUIRES: it has one.
-vorn::cRecord& cSMLP::Target() noexcept
+// The builder, whose innermost record is about to be filled by the innermost structure. REQUIRES:
+// it is kept.
+RecordBuilder& cSMLP::Target() noexcept
 {
-    Frame& frame = aFrames[uiDepth];
-    frame.bFilled = true;
-    return *frame.pTarget;
+    aFrames[uiDepth].bFilled = true;
+    return builder;
 }
 
 bool cSMLP::IsKept(const Field& field) const noexcept
 {
-    return field.eKeep != Keep::Nothing && aFrames[uiDepth].pTarget != nullptr;
+    return field.eKeep != Keep::Nothing && aFrames[uiDepth].bKept;
 }
 
 // Writes the refusal's trace, which has one conversion (the instance), two (number comes first) or

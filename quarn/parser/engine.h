@@ -31,7 +31,7 @@ struct cSMLP::Field {
 
     Reader pfnRead = nullptr;
     Hook pfnHook = nullptr; // octets and numbers: before the value is kept; structures: after it
-    const char* pcLabel = nullptr;
+    quarn::detail::Label label;
     const Layout* pLayout = nullptr;
     Refusal absent; // rc 0: as type
     Refusal type;
@@ -69,10 +69,10 @@ struct cSMLP::Field {
         field.bOptional = true;
         return field;
     }
-    constexpr Field Kept(const char* label, quarn::detail::eKIND kind, Keep keep) const
+    constexpr Field Kept(quarn::detail::Label name, quarn::detail::eKIND kind, Keep keep) const
     {
         Field field = *this;
-        field.pcLabel = label;
+        field.label = name;
         field.ucKind = static_cast<std::uint8_t>(kind);
         field.eKeep = keep;
         return field;

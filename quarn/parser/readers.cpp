@@ -60,13 +60,12 @@ int cSMLP::KeepOctets(const Field& field)
         if (rc != RC_DONE)
             return rc;
     }
-    if (field.pcLabel == nullptr || !IsKept(field) ||
-        (uiStringLen == 0 && field.eKeep == Keep::IfSet))
+    if (field.label.IsEmpty() || !IsKept(field) || (uiStringLen == 0 && field.eKeep == Keep::IfSet))
         return RC_DONE;
     if (field.ucKind == KIND_UINT64)
-        Target().AppendUInt64Par(field.pcLabel, NameNumber(), 0);
+        Target().AppendUInt64Par(field.label, NameNumber(), 0);
     else
-        Target().AppendDataPar(field.pcLabel, pucString, static_cast<int>(uiStringLen), 0);
+        Target().AppendDataPar(field.label, pucString, static_cast<int>(uiStringLen), 0);
     return RC_DONE;
 }
 
@@ -111,17 +110,17 @@ int cSMLP::KeepNumber(const Field& field)
         if (rc != RC_DONE)
             return rc;
     }
-    if (field.pcLabel == nullptr || !IsKept(field))
+    if (field.label.IsEmpty() || !IsKept(field))
         return RC_DONE;
     switch (field.ucKind) {
     case KIND_SINT:
-        Target().AppendSIntPar(field.pcLabel, static_cast<int>(SignedInteger()), 0);
+        Target().AppendSIntPar(field.label, static_cast<int>(SignedInteger()), 0);
         break;
     case KIND_UINT64:
-        Target().AppendUInt64Par(field.pcLabel, ullInteger, 0);
+        Target().AppendUInt64Par(field.label, ullInteger, 0);
         break;
     default:
-        Target().AppendUIntPar(field.pcLabel, static_cast<unsigned>(ullInteger), 0);
+        Target().AppendUIntPar(field.label, static_cast<unsigned>(ullInteger), 0);
         break;
     }
     return RC_DONE;
@@ -165,8 +164,8 @@ int cSMLP::Parse_SML_Value(bool keep)
         case TLF_LIST: {
             if (uiTLF_Count != Tables::kListType.uiCount)
                 return RC_LIST_TYPE_COUNT;
-            const int entered =
-                EnterKept(Tables::kListType, CurrentField(aFrames[uiDepth]), label::smlList);
+            const int entered = EnterKept(Tables::kListType, CurrentField(aFrames[uiDepth]),
+                                          &kLabel<label::smlList>);
             if (entered == RC_ENTERED)
                 aFrames[uiDepth].uiIndex = 1; // its TL field has just been read
             return entered;
@@ -198,26 +197,26 @@ bool cSMLP::AppendValue()
 {
     const std::uint32_t bytes = uiTLF_Count;
     if (uiTLF_Type == TLF_OCTET_STRING || uiTLF_Type == TLF_ABSENT) {
-        Target().AppendDataPar(label::value, pucString, static_cast<int>(uiStringLen), 0);
+        Target().AppendDataPar(kLabel<label::value>, pucString, static_cast<int>(uiStringLen), 0);
         return true;
     }
     if (bytes == 0)
         return false;
     switch (uiTLF_Type) {
     case TLF_BOOLEAN:
-        Target().AppendBoolPar(label::value, (ullInteger & 0xFFU) != 0, 0);
+        Target().AppendBoolPar(kLabel<label::value>, (ullInteger & 0xFFU) != 0, 0);
         break;
     case TLF_INTEGER:
         if (bytes <= 4)
-            Target().AppendSIntPar(label::value, static_cast<int>(SignedInteger()), 0);
+            Target().AppendSIntPar(kLabel<label::value>, static_cast<int>(SignedInteger()), 0);
         else
-            Target().AppendSInt64Par(label::value, SignedInteger(), 0);
+            Target().AppendSInt64Par(kLabel<label::value>, SignedInteger(), 0);
         break;
     default:
         if (bytes <= 4)
-            Target().AppendUIntPar(label::value, static_cast<unsigned>(ullInteger), 0);
+            Target().AppendUIntPar(kLabel<label::value>, static_cast<unsigned>(ullInteger), 0);
         else
-            Target().AppendUInt64Par(label::value, ullInteger, 0);
+            Target().AppendUInt64Par(kLabel<label::value>, ullInteger, 0);
         break;
     }
     return true;
@@ -227,7 +226,7 @@ bool cSMLP::AppendValue()
 int cSMLP::ReadTimeValue(const Field& field)
 {
     if (ucChoice == 3)
-        return Enter(Tables::kLocalTimestamp, false, aFrames[uiDepth].pTarget);
+        return Enter(Tables::kLocalTimestamp, false, aFrames[uiDepth].bKept, false);
     return ReadNumber(field);
 }
 

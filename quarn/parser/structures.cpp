@@ -187,7 +187,7 @@ int cSMLP::KeepObjReqEntry()
         return RC_DONE;
     }
     const std::uint64_t number = NameNumber();
-    Target().AppendUInt64Par(label::object_List_Entry, number, 0);
+    Target().AppendUInt64Par(kLabel<label::object_List_Entry>, number, 0);
     Say(kDetail, "ListOf_ObjReqEntry: ObisNum=0x%04x%08x, smlp[%d]",
         static_cast<unsigned>(number >> 32), static_cast<unsigned>(number & 0xFFFFFFFFU));
     return RC_DONE;

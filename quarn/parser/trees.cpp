@@ -136,9 +136,9 @@ int cSMLP::ReadTreeValue(const Field& field)
     case TREE_PERIOD_ENTRY:
         return EnterKept(Tables::kPeriodEntry, field);
     case TREE_TUPEL_ENTRY:
-        return Enter(Tables::kTupelEntry, false, nullptr);
+        return Enter(Tables::kTupelEntry, false, false, false);
     case TREE_TIME:
-        return EnterKept(Tables::kTime, field, label::SmlTime);
+        return EnterKept(Tables::kTime, field, &kLabel<label::SmlTime>);
     case TREE_LIST_ENTRY:
         return EnterKept(Tables::kListEntry, field);
     default:
@@ -200,7 +200,7 @@ int cSMLP::TellChildList()
 // The value of the node being read, with the chunk that has just arrived.
 vorn::cRecord cSMLP::ExtendedValue(bool more) const
 {
-    vorn::cRecord value = aFrames[uiDepth].rec;
+    vorn::cRecord value = builder.Copy(aFrames[uiDepth].uiLevel);
     value.AppendBoolPar(label::extFlag, more, 0);
     value.AppendUIntPar(label::extLen, uiTLF_Count, 0);
     value.AppendDataPar(label::value, pucString, static_cast<int>(uiStringLen), 0);
@@ -211,12 +211,12 @@ vorn::cRecord cSMLP::ExtendedValue(bool more) const
 vorn::cRecord cSMLP::LinkedTree(const vorn::cRecord& procParVal) const
 {
     std::uint32_t depth = uiDepth - 1;
-    vorn::cRecord node = aFrames[depth].rec;
+    vorn::cRecord node = builder.Copy(aFrames[depth].uiLevel);
     node.AppendRecordPar(label::procParVal, procParVal, 0);
     for (; depth > kFirstNode; depth -= 2) {
-        vorn::cRecord list = aFrames[depth - 1].rec;
+        vorn::cRecord list = builder.Copy(aFrames[depth - 1].uiLevel);
         list.AppendRecordPar(label::parTree, node, 0);
-        node = aFrames[depth - 2].rec;
+        node = builder.Copy(aFrames[depth - 2].uiLevel);
         node.AppendRecordPar(label::child_List, list, 0);
     }
     return node;
@@ -224,8 +224,8 @@ vorn::cRecord cSMLP::LinkedTree(const vorn::cRecord& procParVal) const
 
 void cSMLP::Cleanup_TreeRecords() noexcept
 {
+    builder.Clear(aFrames[kFirstNode].uiLevel);
     for (std::uint32_t depth = kFirstNode; depth <= uiDepth; ++depth) {
-        aFrames[depth].rec.Create();
         aFrames[depth].bFilled = false;
         aFrames[depth].bDelivered = true;
     }
@@ -246,18 +246,24 @@ void cSMLP::AppendPacketTree(vorn::cRecord& body)
     recPacketTree.Create();
 }
 
-// The end of a message's tree: what was not delivered in packets goes into the body.
+// The end of a message's tree, its body's last field: what was not delivered in packets goes into
+// the body.
 int cSMLP::KeepTree()
 {
-    if (bResultTree) {
-        Target().AppendRecordPar(label::parTree, recResultTree, 0);
-        bResultTree = false;
-        recResultTree.Create();
-    }
     const Frame& tree = aFrames[uiDepth + 1];
+    if (!bPaket) {
+        if (tree.bFilled)
+            Target().AppendRecordPar(kLabel<label::parTree>, partDone, 0);
+        return RC_DONE;
+    }
+    recBody = Body();
+    if (bResultTree)
+        recBody.AppendRecordPar(label::parTree, recResultTree, 0);
     if (tree.bFilled)
-        Target().AppendRecordPar(label::parTree, tree.rec, 0);
-    if (bPaket)
-        Target().AppendUIntPar(label::extMsgPart, uiPaketNo, 0);
+        recBody.AppendRecordPar(label::parTree, builder.Get(partDone), 0);
+    recBody.AppendUIntPar(label::extMsgPart, uiPaketNo, 0);
+    bBodyDone = true;
+    bResultTree = false;
+    recResultTree.Create();
     return RC_DONE;
 }
