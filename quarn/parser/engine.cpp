@@ -10,22 +10,24 @@ using namespace quarn::detail;
 
 int cSMLP::Walk()
 {
+    const bool inDetail = Traces(LibSmlp, kDetail); // only the readers tell every step
     for (;;) {
         Frame& frame = aFrames[uiDepth];
-        int rc = RC_DONE;
+        int rc = RC_LEFT;
         if (frame.uiIndex == 0) {
             rc = OpenSequence(frame);
             if (rc == RC_ABSENT)
                 rc = Leave();
-        } else if (frame.uiIndex <= frame.uiCount) {
-            const Field& field = CurrentField(frame);
-            rc = (this->*field.pfnRead)(field);
-            if (rc == RC_DONE)
-                ++frame.uiIndex;
-        } else if (uiDepth == 0) {
-            return RC_MESSAGE;
         } else {
-            rc = Leave();
+            if (usFieldState == 0 && usCacheState == 0 && !inDetail)
+                rc = TakeFields();
+            if (rc == RC_LEFT)
+                rc = ReadField(frame);
+            if (rc == RC_DONE && frame.uiIndex > frame.uiCount) {
+                if (uiDepth == 0)
+                    return RC_MESSAGE;
+                rc = Leave();
+            }
         }
         if (rc == RC_DONE || rc == RC_ENTERED)
             continue;
@@ -33,6 +35,17 @@ int cSMLP::Walk()
             (this->*frame.pLayout->pfnFailed)(rc);
         return rc;
     }
+}
+
+int cSMLP::ReadField(Frame& frame)
+{
+    if (frame.uiIndex > frame.uiCount)
+        return RC_DONE;
+    const Field& field = CurrentField(frame);
+    const int rc = (this->*field.pfnRead)(field);
+    if (rc == RC_DONE)
+        ++frame.uiIndex;
+    return rc;
 }
 
 int cSMLP::OpenSequence(Frame& frame)
@@ -102,7 +115,7 @@ int cSMLP::Leave()
     if (done.bOwn) {
         partDone = builder.Close();
         const bool due = done.bFilled || (field.eKeep == Keep::Always && !done.bDelivered);
-        if (due && !field.label.IsEmpty()) {
+        if (due && field.bLabelled) {
             if (done.pWrap != nullptr) {
                 builder.Open();
                 builder.AppendRecordPar(*done.pWrap, partDone, 0);
@@ -114,19 +127,6 @@ int cSMLP::Leave()
     ++parent.uiIndex;
     usFieldState = 0;
     return field.pfnHook != nullptr ? (this->*field.pfnHook)() : int{RC_DONE};
-}
-
-// The builder, whose innermost record is about to be filled by the innermost structure. REQUIRES:
-// it is kept.
-RecordBuilder& cSMLP::Target() noexcept
-{
-    aFrames[uiDepth].bFilled = true;
-    return builder;
-}
-
-bool cSMLP::IsKept(const Field& field) const noexcept
-{
-    return field.eKeep != Keep::Nothing && aFrames[uiDepth].bKept;
 }
 
 // Writes the refusal's trace, which has one conversion (the instance), two (number comes first) or

@@ -25,31 +25,43 @@ enum class cSMLP::Keep : std::uint8_t {
     ByHook   // built for the hook, which decides
 };
 
+// What the short way knows of a field.
+enum class cSMLP::Shape : std::uint8_t {
+    Special, // its reader alone reads it
+    Octets,
+    Number,
+    Value,
+    Structure
+};
+
 struct cSMLP::Field {
     using Reader = int (cSMLP::*)(const Field&);
     using Hook = int (cSMLP::*)();
 
-    Reader pfnRead = nullptr;
-    Hook pfnHook = nullptr; // octets and numbers: before the value is kept; structures: after it
+    Shape eShape = Shape::Special;
+    Keep eKeep = Keep::Nothing;
+    std::uint8_t ucType = 0; // TLF_INTEGER or TLF_UNSIGNED, of numbers
+    std::uint8_t ucKind = 0; // of the parameter
+    bool bOptional = false;
+    bool bLabelled = false;
+    bool bString = false;    // the traces of strings come before the field's own
+    std::uint32_t uiMin = 0; // bytes
+    std::uint32_t uiMax = 0;
     quarn::detail::Label label;
+    Hook pfnHook = nullptr; // octets and numbers: before the value is kept; structures: after it
+    Reader pfnRead = nullptr;
     const Layout* pLayout = nullptr;
     Refusal absent; // rc 0: as type
     Refusal type;
     Refusal length;
-    std::uint32_t uiMin = 0; // bytes
-    std::uint32_t uiMax = 0;
-    std::uint8_t ucType = 0; // TLF_INTEGER or TLF_UNSIGNED, of numbers
-    std::uint8_t ucKind = 0; // of the parameter
-    Keep eKeep = Keep::Nothing;
-    bool bOptional = false;
-    bool bString = false; // the traces of strings come before the field's own
 
     static constexpr std::uint32_t kNoLimit = 0xFFFFFFFF;
 
-    static constexpr Field Of(Reader reader)
+    static constexpr Field Of(Reader reader, Shape shape = Shape::Special)
     {
         Field field;
         field.pfnRead = reader;
+        field.eShape = shape;
         return field;
     }
     static constexpr Field Octets(std::uint32_t max);
@@ -61,6 +73,7 @@ struct cSMLP::Field {
     {
         Field field = *this;
         field.pfnRead = reader;
+        field.eShape = Shape::Special;
         return field;
     }
     constexpr Field Optional() const
@@ -73,6 +86,7 @@ struct cSMLP::Field {
     {
         Field field = *this;
         field.label = name;
+        field.bLabelled = true;
         field.ucKind = static_cast<std::uint8_t>(kind);
         field.eKeep = keep;
         return field;
@@ -113,7 +127,7 @@ struct cSMLP::Layout {
 
 constexpr cSMLP::Field cSMLP::Field::Octets(std::uint32_t max)
 {
-    Field field = Of(&cSMLP::ReadOctets);
+    Field field = Of(&cSMLP::ReadOctets, Shape::Octets);
     field.uiMax = max;
     field.length = {quarn::detail::RC_STRING_LENGTH, nullptr};
     return field;
@@ -131,7 +145,7 @@ constexpr cSMLP::Field cSMLP::Field::String(std::uint32_t max)
 constexpr cSMLP::Field cSMLP::Field::Number(quarn::detail::eTLF type, std::uint32_t min,
                                             std::uint32_t max)
 {
-    Field field = Of(&cSMLP::ReadNumber);
+    Field field = Of(&cSMLP::ReadNumber, Shape::Number);
     field.ucType = static_cast<std::uint8_t>(type);
     field.uiMin = min;
     field.uiMax = max;
@@ -140,7 +154,7 @@ constexpr cSMLP::Field cSMLP::Field::Number(quarn::detail::eTLF type, std::uint3
 
 constexpr cSMLP::Field cSMLP::Field::Structure(const Layout& layout)
 {
-    Field field = Of(&cSMLP::ReadStructure);
+    Field field = Of(&cSMLP::ReadStructure, Shape::Structure);
     field.pLayout = &layout;
     return field;
 }
@@ -198,6 +212,19 @@ struct cSMLP::Tables {
 inline const cSMLP::Field& cSMLP::CurrentField(const Frame& frame) const noexcept
 {
     return frame.pLayout->pFields[frame.pLayout->IsListOf() ? 0 : frame.uiIndex - 1];
+}
+
+// The builder, whose innermost record is about to be filled by the innermost structure. REQUIRES:
+// it is kept.
+inline quarn::detail::RecordBuilder& cSMLP::Target() noexcept
+{
+    aFrames[uiDepth].bFilled = true;
+    return builder;
+}
+
+inline bool cSMLP::IsKept(const Field& field) const noexcept
+{
+    return field.eKeep != Keep::Nothing && aFrames[uiDepth].bKept;
 }
 
 template <typename... Args>

@@ -111,6 +111,7 @@ private:
     struct BodyFields;
     struct Bodies;
     enum class Keep : std::uint8_t;
+    enum class Shape : std::uint8_t;
 
     struct Frame {
         const Layout* pLayout = nullptr;
@@ -126,6 +127,7 @@ private:
     };
 
     int Walk();
+    int ReadField(Frame& frame);
     int OpenSequence(Frame& frame);
     int Enter(const Layout& layout, bool optional, bool kept, bool own);
     int EnterKept(const Layout& layout, const Field& field,
@@ -138,6 +140,17 @@ private:
     int RefuseList(const Layout& layout, const Refusal& refusal) const noexcept;
     template <typename... Args>
     void Say(vorn::eLEVEL level, const char* text, Args... args) const noexcept;
+
+    // ---- The short way for plain fields
+
+    int TakeFields();
+    int TakeNumber(Frame& frame, const Field& field, const unsigned char*& p);
+    int TakeAbsent(const unsigned char*& p) noexcept;
+    void TakeInteger(const unsigned char*& p, unsigned tl, unsigned len) noexcept;
+    int TakeOctets(Frame& frame, const Field& field, const unsigned char*& p, std::ptrdiff_t left);
+    void TakeString(const unsigned char*& p, unsigned len) noexcept;
+    int TakeValue(Frame& frame, const Field& field, const unsigned char*& p, std::ptrdiff_t left);
+    int TakeStructure(const Field& field, const unsigned char*& p);
 
     // ---- TL decoder and primitives
 
@@ -164,8 +177,8 @@ private:
     int ReadEnd(const Field& field);
 
     int CheckOctets(const Field& field) const noexcept;
-    int KeepOctets(const Field& field);
-    int KeepNumber(const Field& field);
+    int KeepOctets(Frame& frame, const Field& field);
+    int KeepNumber(Frame& frame, const Field& field);
     int Parse_SML_Value(bool keep);
     bool AppendValue();
     std::int64_t SignedInteger() const noexcept;

@@ -109,7 +109,7 @@ struct cSMLP::Shared {
     {
         return Scaler({RC_SCALER_TYPE, kScalerType}, {RC_SCALER_LENGTH, kScalerLen});
     }
-    static constexpr Field Value() { return Field::Of(&cSMLP::ReadValue); }
+    static constexpr Field Value() { return Field::Of(&cSMLP::ReadValue, Shape::Value); }
     static constexpr Field KeptValue()
     {
         return Value().Kept(label::value, KIND_RECORD, Keep::Always);
