@@ -1,5 +1,5 @@
 // The message bodies, as tables, and what they check.
-#include "quarn/parser/engine.h"
+#include "quarn/parser/take.h"
 
 #include "quarn/foundation/messages.h"
 
@@ -177,10 +177,12 @@ struct cSMLP::Bodies : BodyFields {
     static constexpr char kType[] = "%s:Seq-Type!, smlp[%d]";
     static constexpr char kCount[] = "%s:Seq-Cnt!, smlp[%d]";
 
-    template <std::size_t Count>
-    static constexpr Layout Body(const Field (&fields)[Count], const char* prefix)
+    template <const auto& Fields>
+    static constexpr Layout Body(const char* prefix)
     {
-        return {fields, Count, {RC_BODY_TYPE, kType}, {RC_BODY_COUNT, kCount}, {}, prefix};
+        return Layout{Fields, std::size(Fields), {RC_BODY_TYPE, kType}, {RC_BODY_COUNT, kCount}, {},
+                      prefix}
+            .TakenBy(&cSMLP::TakeFields<Fields>);
     }
 
     struct Entry {
@@ -191,20 +193,20 @@ struct cSMLP::Bodies : BodyFields {
 };
 
 const cSMLP::Bodies::Entry cSMLP::Bodies::kAll[] = {
-    {SML_GET_LIST_RES, Body(aGetListRes, "GetListResp")},
-    {SML_OPEN_REQ, Body(aOpenReq, "OpenReq")},
-    {SML_OPEN_RES, Body(aOpenRes, "OpenResp")},
-    {SML_CLOSE_REQ, Body(aClose, "CloseReq")},
-    {SML_CLOSE_RES, Body(aClose, "CloseResp")},
-    {SML_GET_PROFILE_PACK_REQ, Body(aGetProfileReq, "GetProfileReq")},
-    {SML_GET_PROFILE_PACK_RES, Body(aGetProfPackRes, "GetProfPackResp")},
-    {SML_GET_PROFILE_LIST_REQ, Body(aGetProfileReq, "GetProfileReq")},
-    {SML_GET_PROFILE_LIST_RES, Body(aGetProfListRes, "GetProfListResp")},
-    {SML_GET_PROC_PAR_REQ, Body(aGetProcParReq, "GetProcParReq")},
-    {SML_GET_PROC_PAR_RES, Body(aGetProcParRes, "GetProcParResp")},
-    {SML_SET_PROC_PAR_REQ, Body(aSetProcParReq, "SetProcParReq")},
-    {SML_GET_LIST_REQ, Body(aGetListReq, "GetListReq")},
-    {SML_ATTENTION_RES, Body(aAttentionRes, "AttentionResp")},
+    {SML_GET_LIST_RES, Body<aGetListRes>("GetListResp")},
+    {SML_OPEN_REQ, Body<aOpenReq>("OpenReq")},
+    {SML_OPEN_RES, Body<aOpenRes>("OpenResp")},
+    {SML_CLOSE_REQ, Body<aClose>("CloseReq")},
+    {SML_CLOSE_RES, Body<aClose>("CloseResp")},
+    {SML_GET_PROFILE_PACK_REQ, Body<aGetProfileReq>("GetProfileReq")},
+    {SML_GET_PROFILE_PACK_RES, Body<aGetProfPackRes>("GetProfPackResp")},
+    {SML_GET_PROFILE_LIST_REQ, Body<aGetProfileReq>("GetProfileReq")},
+    {SML_GET_PROFILE_LIST_RES, Body<aGetProfListRes>("GetProfListResp")},
+    {SML_GET_PROC_PAR_REQ, Body<aGetProcParReq>("GetProcParReq")},
+    {SML_GET_PROC_PAR_RES, Body<aGetProcParRes>("GetProcParResp")},
+    {SML_SET_PROC_PAR_REQ, Body<aSetProcParReq>("SetProcParReq")},
+    {SML_GET_LIST_REQ, Body<aGetListReq>("GetListReq")},
+    {SML_ATTENTION_RES, Body<aAttentionRes>("AttentionResp")},
 };
 
 const cSMLP::Layout* cSMLP::Tables::FindBody(std::uint32_t identifier) noexcept

@@ -19,8 +19,9 @@ int cSMLP::Walk()
             if (rc == RC_ABSENT)
                 rc = Leave();
         } else {
-            if (usFieldState == 0 && usCacheState == 0 && !inDetail)
-                rc = TakeFields();
+            if (usFieldState == 0 && usCacheState == 0 && !inDetail &&
+                frame.pLayout->pfnTake != nullptr)
+                rc = (this->*frame.pLayout->pfnTake)(frame);
             if (rc == RC_LEFT)
                 rc = ReadField(frame);
             if (rc == RC_DONE && frame.uiIndex > frame.uiCount) {

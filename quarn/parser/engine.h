@@ -112,6 +112,7 @@ struct cSMLP::Field {
 
 struct cSMLP::Layout {
     using Failed = void (cSMLP::*)(int rc);
+    using Taker = int (cSMLP::*)(Frame&);
 
     const Field* pFields;
     std::uint32_t uiCount; // elements; 0: a list of any number, each read as the one field
@@ -121,6 +122,14 @@ struct cSMLP::Layout {
     const char* pcPrefix = nullptr; // begins the texts of type and count
     const char* pcOpened = nullptr; // told at the lowest level, with the number of elements
     Failed pfnFailed = nullptr;     // told of every code with which a read of this list stops
+    Taker pfnTake = nullptr;        // the short way for its fields, where it has one
+
+    constexpr Layout TakenBy(Taker taker) const
+    {
+        Layout layout = *this;
+        layout.pfnTake = taker;
+        return layout;
+    }
 
     constexpr bool IsListOf() const { return uiCount == 0; }
 };
@@ -225,6 +234,49 @@ inline quarn::detail::RecordBuilder& cSMLP::Target() noexcept
 inline bool cSMLP::IsKept(const Field& field) const noexcept
 {
     return field.eKeep != Keep::Nothing && aFrames[uiDepth].bKept;
+}
+
+// The integer of len bytes in bits, sign-extended.
+inline std::int64_t cSMLP::SignedInteger(std::uint64_t bits, std::uint32_t len) noexcept
+{
+    if (len == 0)
+        return 0;
+    const std::uint64_t sign = std::uint64_t{1} << (8 * len - 1);
+    return static_cast<std::int64_t>((bits ^ sign) - sign);
+}
+
+// A name of six octets as a number, the first octet in bits 47 to 40; missing octets count as 0.
+inline std::uint64_t cSMLP::NameNumber(const unsigned char* s, std::uint32_t len) noexcept
+{
+    if (len >= 6)
+        return (std::uint64_t{s[0]} << 24 | std::uint64_t{s[1]} << 16 | std::uint64_t{s[2]} << 8 |
+                std::uint64_t{s[3]})
+                   << 16 |
+               std::uint64_t{s[4]} << 8 | std::uint64_t{s[5]};
+    std::uint64_t number = 0;
+    for (std::uint32_t i = 0; i < 6; ++i)
+        number = number << 8 | (i < len ? s[i] : 0U);
+    return number;
+}
+
+// Append a number, and the octet string just read, as the parameter that field asks for.
+inline void cSMLP::AppendNumber(const Field& field, std::uint64_t value, std::uint32_t len)
+{
+    if (field.ucKind == quarn::detail::KIND_SINT)
+        builder.AppendSIntPar(field.label, static_cast<int>(SignedInteger(value, len)), 0);
+    else if (field.ucKind == quarn::detail::KIND_UINT64)
+        builder.AppendUInt64Par(field.label, value, 0);
+    else
+        builder.AppendUIntPar(field.label, static_cast<unsigned>(value), 0);
+}
+
+inline void cSMLP::AppendOctets(Frame& frame, const Field& field)
+{
+    frame.bFilled = true;
+    if (field.ucKind == quarn::detail::KIND_UINT64)
+        builder.AppendUInt64Par(field.label, NameNumber(pucString, uiStringLen), 0);
+    else
+        builder.AppendDataPar(field.label, pucString, static_cast<int>(uiStringLen), 0);
 }
 
 template <typename... Args>

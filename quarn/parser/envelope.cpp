@@ -1,6 +1,6 @@
 // The envelope of a message: transaction id, group number, abort-on-error, body, CRC and end byte;
 // the classification of a complete message, and the record made of it.
-#include "quarn/parser/engine.h"
+#include "quarn/parser/take.h"
 
 #include "quarn/foundation/messages.h"
 #include "quarn/foundation/tl.h"
@@ -10,12 +10,7 @@
 
 using namespace quarn::detail;
 
-const cSMLP::Layout cSMLP::Tables::kMessage{aMessage,
-                                            6,
-                                            {RC_MSG_TYPE, "SmlMsg: ERROR: Seq-Type, smlp[%d]"},
-                                            {RC_MSG_COUNT, "SmlMsg: ERROR: Seq-Len, smlp[%d]"},
-                                            {}};
-const cSMLP::Field cSMLP::Tables::aMessage[] = {
+constexpr cSMLP::Field cSMLP::Tables::aMessage[] = {
     Field::Octets(SML_MAX_TRANSACTION_ID)
         .Refused({RC_TRANSACTION_ID_TYPE, "tId: ERROR: Type, smlp[%d]"},
                  {RC_TRANSACTION_ID_LENGTH, "tId: ERROR: Len, smlp[%d]"})
@@ -35,20 +30,27 @@ const cSMLP::Field cSMLP::Tables::aMessage[] = {
     Field::Of(&cSMLP::ReadCrc),
     Field::Of(&cSMLP::ReadEnd),
 };
+const cSMLP::Layout cSMLP::Tables::kMessage = Layout{
+    aMessage,
+    6,
+    {RC_MSG_TYPE, "SmlMsg: ERROR: Seq-Type, smlp[%d]"},
+    {RC_MSG_COUNT, "SmlMsg: ERROR: Seq-Len, smlp[%d]"},
+    {}}.TakenBy(&cSMLP::TakeFields<aMessage>);
 
-const cSMLP::Layout cSMLP::Tables::kMessageBody{aMessageBody,
-                                                2,
-                                                {RC_BODY_TYPE, "%s:Seq-Type!, smlp[%d]"},
-                                                {RC_BODY_COUNT, "%s:Seq-Cnt!, smlp[%d]"},
-                                                {},
-                                                "SmlMsgBody"};
-const cSMLP::Field cSMLP::Tables::aMessageBody[] = {
+constexpr cSMLP::Field cSMLP::Tables::aMessageBody[] = {
     Field::Number(TLF_UNSIGNED, 0, 4)
         .Refused({RC_TAG_TYPE, "MsgBody:Choice-Type, smlp[%d]"},
                  {RC_TAG_LENGTH, "MsgBody:Choice-Len, smlp[%d]"})
         .Then(&cSMLP::CheckMsgIdentifier),
     Field::Of(&cSMLP::ReadBody),
 };
+const cSMLP::Layout cSMLP::Tables::kMessageBody = Layout{aMessageBody,
+                                                         2,
+                                                         {RC_BODY_TYPE, "%s:Seq-Type!, smlp[%d]"},
+                                                         {RC_BODY_COUNT, "%s:Seq-Cnt!, smlp[%d]"},
+                                                         {},
+                                                         "SmlMsgBody"}
+                                                      .TakenBy(&cSMLP::TakeFields<aMessageBody>);
 
 int cSMLP::KeepTransactionId()
 {

@@ -70,6 +70,7 @@
 #include <cstdint>
 #include <cstring>
 #include <map>
+#include <utility>
 
 class QUARN_API cSMLP
 {
@@ -143,14 +144,21 @@ private:
 
     // ---- The short way for plain fields
 
-    int TakeFields();
-    int TakeNumber(Frame& frame, const Field& field, const unsigned char*& p);
-    int TakeAbsent(const unsigned char*& p) noexcept;
-    void TakeInteger(const unsigned char*& p, unsigned tl, unsigned len) noexcept;
-    int TakeOctets(Frame& frame, const Field& field, const unsigned char*& p, std::ptrdiff_t left);
-    void TakeString(const unsigned char*& p, unsigned len) noexcept;
-    int TakeValue(Frame& frame, const Field& field, const unsigned char*& p, std::ptrdiff_t left);
-    int TakeStructure(const Field& field, const unsigned char*& p);
+    struct Whole;
+    template <const auto& Fields>
+    int TakeFields(Frame& frame);
+    template <const auto& Fields, std::size_t... I>
+    int TakeEach(Frame& frame, std::index_sequence<I...>);
+    template <const auto& Fields, std::size_t I>
+    int TakeField(Frame& frame, Whole& in);
+    template <const auto& Fields, std::size_t I>
+    int TakeNumber(Frame& frame, Whole& in);
+    template <const auto& Fields, std::size_t I>
+    int TakeOctets(Frame& frame, Whole& in);
+    int TakeValue(Frame& frame, Whole& in, bool keep);
+    int TakeStructure(const Field& field, Whole& in);
+    template <const auto& Fields>
+    int TakeElements(Frame& frame);
 
     // ---- TL decoder and primitives
 
@@ -180,9 +188,12 @@ private:
     int KeepOctets(Frame& frame, const Field& field);
     int KeepNumber(Frame& frame, const Field& field);
     int Parse_SML_Value(bool keep);
+    bool KeepValue(Frame& frame);
     bool AppendValue();
-    std::int64_t SignedInteger() const noexcept;
-    std::uint64_t NameNumber() const noexcept;
+    void AppendNumber(const Field& field, std::uint64_t value, std::uint32_t len);
+    void AppendOctets(Frame& frame, const Field& field);
+    static std::int64_t SignedInteger(std::uint64_t bits, std::uint32_t len) noexcept;
+    static std::uint64_t NameNumber(const unsigned char* s, std::uint32_t len) noexcept;
 
     // ---- Hooks: what is checked or done with a field
 
