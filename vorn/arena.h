@@ -32,6 +32,15 @@ public:
         return taken;
     }
 
+    // Takes back what lies behind unused, if it is the last that was taken.
+    void GiveBack(void* unused, void* end) noexcept
+    {
+        if (end != pcNext)
+            return;
+        uiLeft += static_cast<std::size_t>(pcNext - static_cast<char*>(unused));
+        pcNext = static_cast<char*>(unused);
+    }
+
     void AddRef() noexcept { uiRefs.fetch_add(1, std::memory_order_relaxed); }
     void DropRef() noexcept
     {

@@ -1,5 +1,5 @@
-// See builder.h. Open records lie in one stack of parameters; closing one copies its parameters
-// behind a head into the arena, where they stay.
+// See builder.h. The parameters of a record are written where they stay, into the arena, behind the
+// head of its node; a record that outgrows its place moves to one twice as large.
 #include "vorn/builder.h"
 
 #include "vorn/node.h"
@@ -14,34 +14,29 @@ using detail::Arena;
 using detail::Block;
 using detail::Node;
 
-cRecordBuilder::~cRecordBuilder()
-{
-    Create();
-    ::operator delete(pPars);
-}
+cRecordBuilder::~cRecordBuilder() { Create(); }
 
 void cRecordBuilder::Create() noexcept
 {
-    uiCount = 0;
-    uiStart = 0;
-    aStarts.clear();
+    aLevels.clear();
     if (pArena != nullptr)
         std::exchange(pArena, nullptr)->DropRef();
-    if (uiCapacity > kMostKept) {
-        ::operator delete(std::exchange(pPars, nullptr));
-        uiCapacity = 0;
-    }
 }
 
-void cRecordBuilder::Grow()
+void cRecordBuilder::Grow(Level& level)
 {
-    const std::size_t capacity = std::max(kFirstCapacity, std::size_t{uiCapacity} * 2);
-    auto* const pars =
-        static_cast<cRecordPar*>(::operator new(Node::Size(capacity) - sizeof(Node)));
-    for (std::uint32_t i = 0; i < uiCount; ++i)
-        new (pars + i) cRecordPar(pPars[i], cRecordPar::Uncounted());
-    ::operator delete(std::exchange(pPars, pars));
-    uiCapacity = static_cast<std::uint32_t>(capacity);
+    const auto count = static_cast<std::size_t>(level.pNext - level.pFirst);
+    const std::size_t capacity =
+        std::max({kFirstCapacity, std::min(level.uiExpected, kMostExpected), 2 * count});
+    Arena& arena = TheArena();
+    auto* const node = new (arena.Take(Node::Size(capacity))) Node(arena, 0);
+    cRecordPar* const pars = node->Pars();
+    for (std::size_t i = 0; i < count; ++i)
+        new (pars + i) cRecordPar(level.pFirst[i], cRecordPar::Uncounted());
+    level.pNode = node;
+    level.pFirst = pars;
+    level.pNext = pars + count;
+    level.pEnd = pars + capacity;
 }
 
 Arena& cRecordBuilder::TheArena()
@@ -55,14 +50,14 @@ void cRecordBuilder::AppendDataPar(const cParName& name, const void* p, int size
 {
     const std::size_t bytes = p != nullptr && size > 0 ? static_cast<std::size_t>(size) : 0;
     if (bytes <= cMemBuffer::kInPlace) {
-        new (Next()) cRecordPar(name, p, bytes, uiCount - 1 - uiStart);
+        Append(name, p, bytes);
         return;
     }
     Arena& arena = TheArena();
     auto* const block = new (arena.Take(sizeof(Block) + bytes)) Block;
     block->pArena = &arena;
     std::memcpy(block->Bytes(), p, bytes);
-    new (Next()) cRecordPar(name, *block, bytes, uiCount - 1 - uiStart);
+    Append(name, block, bytes);
 }
 
 void cRecordBuilder::AppendRecordPar(const cParName& name, cPart part, int)
@@ -72,46 +67,36 @@ void cRecordBuilder::AppendRecordPar(const cParName& name, cPart part, int)
     Append(name, TYPE_RECORD, bits);
 }
 
-cRecordBuilder::cPart cRecordBuilder::Close()
+cRecordBuilder::cPart cRecordBuilder::Close() noexcept
 {
+    const Level& level = aLevels.back();
     cPart part;
-    const std::uint32_t count = uiCount - uiStart;
-    if (count != 0) {
-        Arena& arena = TheArena();
-        part.pNode = new (arena.Take(Node::Size(count))) Node(arena, count);
-        const cRecordPar* from = pPars + uiStart;
-        cRecordPar* to = part.pNode->Pars();
-        for (const cRecordPar* const end = from + count; from != end; ++from, ++to)
-            new (to) cRecordPar(*from, cRecordPar::Uncounted());
+    if (level.pNext != level.pFirst) {
+        part.pNode = level.pNode;
+        part.pNode->uiCount = static_cast<std::uint32_t>(level.pNext - level.pFirst);
+        pArena->GiveBack(level.pNext, level.pEnd);
     }
-    Drop();
+    aLevels.pop_back();
     return part;
 }
 
-void cRecordBuilder::Drop() noexcept
-{
-    uiCount = uiStart;
-    aStarts.pop_back();
-    uiStart = aStarts.empty() ? 0 : aStarts.back();
-}
+void cRecordBuilder::Drop() noexcept { aLevels.pop_back(); }
 
 void cRecordBuilder::Clear(std::size_t level) noexcept
 {
-    uiCount = aStarts[level];
-    std::fill(aStarts.begin() + static_cast<std::ptrdiff_t>(level), aStarts.end(), uiCount);
-    uiStart = uiCount;
+    for (; level < aLevels.size(); ++level)
+        aLevels[level].pNext = aLevels[level].pFirst;
 }
 
 cRecord cRecordBuilder::Copy(std::size_t level) const
 {
-    const std::uint32_t first = aStarts[level];
-    const std::uint32_t last = level + 1 < aStarts.size() ? aStarts[level + 1] : uiCount;
+    const Level& open = aLevels[level];
     cRecord copy;
-    if (first == last)
+    if (open.pNext == open.pFirst)
         return copy;
-    copy.pNode = Node::New(last - first);
-    for (std::uint32_t i = first; i < last; ++i, ++copy.pNode->uiCount)
-        new (copy.pNode->Pars() + copy.pNode->uiCount) cRecordPar(pPars[i]);
+    copy.pNode = Node::New(static_cast<std::size_t>(open.pNext - open.pFirst));
+    for (const cRecordPar* par = open.pFirst; par != open.pNext; ++par, ++copy.pNode->uiCount)
+        new (copy.pNode->Pars() + copy.pNode->uiCount) cRecordPar(*par);
     return copy;
 }
 

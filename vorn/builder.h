@@ -50,34 +50,38 @@ public:
     cRecordBuilder& operator=(const cRecordBuilder&) = delete;
 
     // Begins a record inside the innermost open one, which rests until the new one is closed.
-    void Open()
-    {
-        aStarts.push_back(uiCount);
-        uiStart = uiCount;
-    }
+    void Open() { aLevels.emplace_back(); }
+    // The innermost record, still empty, is going to have about that many parameters.
+    void Expect(std::size_t count) noexcept { aLevels.back().uiExpected = count; }
     // How many records are open; the innermost has the level Levels() - 1.
-    std::size_t Levels() const noexcept { return aStarts.size(); }
+    std::size_t Levels() const noexcept { return aLevels.size(); }
 
     // Append to the innermost open record. REQUIRES: there is one.
-    void AppendUIntPar(const cParName& name, unsigned int v, int) { Append(name, TYPE_UINT, v); }
+    void AppendUIntPar(const cParName& name, unsigned int v, int)
+    {
+        Append(name, TYPE_UINT, std::uint64_t{v});
+    }
     void AppendSIntPar(const cParName& name, int v, int)
     {
         Append(name, TYPE_SINT, static_cast<std::uint64_t>(v));
     }
     void AppendUInt64Par(const cParName& name, unsigned long long v, int)
     {
-        Append(name, TYPE_UINT64, v);
+        Append(name, TYPE_UINT64, std::uint64_t{v});
     }
     void AppendSInt64Par(const cParName& name, long long v, int)
     {
         Append(name, TYPE_SINT64, static_cast<std::uint64_t>(v));
     }
-    void AppendBoolPar(const cParName& name, bool v, int) { Append(name, TYPE_BOOL, v ? 1U : 0U); }
+    void AppendBoolPar(const cParName& name, bool v, int)
+    {
+        Append(name, TYPE_BOOL, std::uint64_t{v ? 1U : 0U});
+    }
     void AppendDataPar(const cParName& name, const void* p, int size, int);
     void AppendRecordPar(const cParName& name, cPart part, int);
 
     // Ends the innermost record. REQUIRES: there is one.
-    cPart Close();
+    cPart Close() noexcept;
     // The same, and forgets it.
     void Drop() noexcept;
     // Empties the records from level on, which stay open.
@@ -91,28 +95,33 @@ public:
     void Create() noexcept;
 
 private:
-    static constexpr std::size_t kFirstCapacity = 64;
-    static constexpr std::size_t kMostKept = 1024; // parameters; more room is given back
+    // An open record: its node, and the room behind the parameters that it has so far.
+    struct Level {
+        detail::Node* pNode = nullptr;
+        cRecordPar* pFirst = nullptr;
+        cRecordPar* pNext = nullptr;
+        cRecordPar* pEnd = nullptr;
+        std::size_t uiExpected = 0;
+    };
 
-    void Append(const cParName& name, eTYPE type, std::uint64_t bits)
+    static constexpr std::size_t kFirstCapacity = 4;
+    static constexpr std::size_t kMostExpected = 1024; // beyond, room grows as it is needed
+
+    template <typename... Value>
+    void Append(const cParName& name, Value... value)
     {
-        new (Next()) cRecordPar(name, type, bits, uiCount - 1 - uiStart);
+        Level& level = aLevels.back();
+        if (level.pNext == level.pEnd)
+            Grow(level);
+        const auto position = static_cast<std::uint32_t>(level.pNext - level.pFirst);
+        new (level.pNext) cRecordPar(name, value..., position);
+        ++level.pNext;
     }
-    cRecordPar* Next()
-    {
-        if (uiCount == uiCapacity)
-            Grow();
-        return pPars + uiCount++;
-    }
-    void Grow();
+    void Grow(Level& level);
     detail::Arena& TheArena();
 
-    // The parameters of all open records, one record behind the other. They count no references.
-    cRecordPar* pPars = nullptr;
-    std::uint32_t uiCount = 0;
-    std::uint32_t uiCapacity = 0;
-    std::uint32_t uiStart = 0;          // of the innermost record
-    std::vector<std::uint32_t> aStarts; // of each
+    // All parameters lie in the arena, and count no references to what lies there.
+    std::vector<Level> aLevels;
     detail::Arena* pArena = nullptr;
 };
 

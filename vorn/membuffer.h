@@ -45,11 +45,10 @@ public:
     }
     // The bytes of a block in an arena, and a copy within it: without counting a reference.
     // REQUIRES: they are never destroyed.
-    cMemBuffer(detail::Block& block, std::size_t size) noexcept
+    cMemBuffer(detail::Block* block, std::size_t size) noexcept
         : uiSize(static_cast<std::uint32_t>(size))
     {
-        const detail::Block* const address = &block;
-        std::memcpy(acStore, &address, sizeof address);
+        std::memcpy(acStore, &block, sizeof block);
     }
     cMemBuffer(const cMemBuffer& other, Uncounted) noexcept : uiSize(other.uiSize)
     {

@@ -156,7 +156,7 @@ private:
     {
         std::memcpy(acName, name.acName, sizeof acName);
     }
-    cRecordPar(const cParName& name, detail::Block& block, std::size_t size,
+    cRecordPar(const cParName& name, detail::Block* block, std::size_t size,
                std::uint32_t position) noexcept
         : buf(block, size), ucNameSize(name.ucSize), ucType(TYPE_DATA), uiPosition(position)
     {

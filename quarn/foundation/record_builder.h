@@ -46,6 +46,7 @@ public:
     using cPart = vorn::cRecord;
 
     void Open() { aLevels.emplace_back(); }
+    void Expect(std::size_t) noexcept {}
     std::size_t Levels() const noexcept { return aLevels.size(); }
 
     void AppendUIntPar(const Label& name, unsigned v, int)

@@ -23,6 +23,8 @@ constexpr unsigned kInterCharacterTimeout = 0x01; // bit of usEvents
 // What a step answers when the driver is to go on.
 constexpr int kGoOn = 2;
 
+constexpr std::size_t kHeaderFields = 10;
+
 constexpr std::uint32_t kEndByteIndex = 6; // of the message's frame: only its last byte is missing
 
 } // namespace
@@ -116,7 +118,8 @@ int cSMLP::StepIdle()
     }
     uiSmltFlagsOut = BUF_FLAG_SML;
     EmptyStore();
-    builder.Open(); // the header
+    builder.Open();
+    builder.Expect(kHeaderFields);
     usParserState = STATE_ACTIVE;
     return kGoOn;
 }

@@ -56,10 +56,13 @@ int cSMLP::OpenSequence(Frame& frame)
         return rc;
     const Layout& layout = *frame.pLayout;
     if (uiTLF_Type == TLF_LIST) {
-        if (layout.IsListOf())
+        if (layout.IsListOf()) {
             frame.uiCount = uiTLF_Count;
-        else if (uiTLF_Count != layout.uiCount)
+            if (frame.bOwn)
+                builder.Expect(uiTLF_Count);
+        } else if (uiTLF_Count != layout.uiCount) {
             return RefuseList(layout, layout.count);
+        }
         frame.uiIndex = 1;
         if (layout.pcOpened != nullptr)
             Say(kDetail, layout.pcOpened, uiTLF_Count);
@@ -93,6 +96,7 @@ int cSMLP::Enter(const Layout& layout, bool optional, bool kept, bool own)
     if (frame.bOwn) {
         frame.uiLevel = static_cast<std::uint32_t>(builder.Levels());
         builder.Open();
+        builder.Expect(layout.uiCount);
     }
     usFieldState = 0;
     return RC_ENTERED;

@@ -93,6 +93,7 @@ int cSMLP::ReadBody(const Field& field)
     if (field.pLayout != nullptr)
         return Enter(*field.pLayout, false, true, false);
     builder.Open(); // not the structure's own: it stays open when the body has been read
+    builder.Expect(pBodyLayout->uiCount);
     return Enter(*pBodyLayout, false, true, false);
 }
 
@@ -249,6 +250,7 @@ vorn::cRecord cSMLP::Build_MsgRecord()
     AppendStatus(builder);
     const RecordBuilder::cPart status = builder.Close();
     builder.Open();
+    builder.Expect(6);
     if (AppendParts(builder, header, body, status)) {
         if (Traces(LibSmlp, kDetail))
             TellRecord(builder.Copy(0), builder.Get(header));

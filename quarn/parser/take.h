@@ -186,8 +186,11 @@ inline int cSMLP::TakeStructure(const Field& field, Whole& in)
         return RC_LEFT;
     const int rc = EnterKept(layout, field);
     if (rc == RC_ENTERED) {
-        aFrames[uiDepth].uiCount = count;
-        aFrames[uiDepth].uiIndex = 1;
+        Frame& entered = aFrames[uiDepth];
+        entered.uiCount = count;
+        entered.uiIndex = 1;
+        if (layout.IsListOf() && entered.bOwn)
+            builder.Expect(count);
         ++in.p;
     }
     return rc;
