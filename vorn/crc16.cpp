@@ -57,11 +57,12 @@ inline unsigned Shift(unsigned crc, unsigned char b)
 unsigned ByTables(const unsigned char* p, std::size_t left, unsigned reg)
 {
     for (; left >= kStep; left -= kStep, p += kStep) {
-        unsigned next = kTables[kStep - 1][(reg ^ p[0]) & 0xFFU] ^
-                        kTables[kStep - 2][((reg >> 8) ^ p[1]) & 0xFFU];
+        unsigned rest = 0; // does not wait for the register
         for (std::size_t i = 2; i < kStep; ++i)
-            next ^= kTables[kStep - 1 - i][p[i]];
-        reg = next;
+            rest ^= kTables[kStep - 1 - i][p[i]];
+        reg = (kTables[kStep - 1][(reg ^ p[0]) & 0xFFU] ^
+               kTables[kStep - 2][((reg >> 8) ^ p[1]) & 0xFFU]) ^
+              rest;
     }
     for (; left > 0; --left)
         reg = Shift(reg, *p++);
