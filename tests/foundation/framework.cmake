@@ -1,11 +1,12 @@
 # For each operation of the framework, compiles the library's door to it against a framework in
-# which that one operation goes by another name.
+# which that one operation goes by another name. Then the whole library against contract.h, which
+# has these operations and no other: what the library uses and the door does not ask for fails.
 set(operations
   AddLevel AppendBoolPar AppendDataPar AppendRecordPar AppendSInt64Par AppendSIntPar
-  AppendUInt64Par AppendUIntPar ChangeRecord Create DeletePar FormatString GetBool GetData
-  GetFirstPar GetFirstParByPath GetParCount GetRecord GetSInt GetSInt64 GetSize GetType GetUInt
-  GetUInt64 IsEmpty IsValid SeekNextPar ToString2 _Trace addByte2CRC16 cMsg cRecordPath cUnit
-  createCRC16 eLEVEL eOUTPUT iLevel initCRC16)
+  AppendUInt64Par AppendUIntPar Create DeletePar FormatString GetBool GetData GetFirstPar
+  GetParCount GetRecord GetSInt GetSInt64 GetSize GetType GetUInt GetUInt64 IsEmpty IsValid
+  SeekNextPar ToString2 _Trace addByte2CRC16 cMsg cRecordPath cUnit createCRC16 eLEVEL eOUTPUT
+  iLevel initCRC16)
 
 # What the framework includes of the standard library, compiled once.
 file(WRITE ${SCRATCH}/standard.h
@@ -36,5 +37,16 @@ foreach(operation IN LISTS operations)
     message(SEND_ERROR "without ${operation}: not noticed")
   elseif(NOT output MATCHES "error: [^\n]*[^A-Za-z]${operation}[^A-Za-z]")
     message(SEND_ERROR "without ${operation}: not named in\n${output}")
+  endif()
+endforeach()
+
+file(GLOB sources ${ROOT}/quarn/*/*.cpp)
+foreach(source IN LISTS sources)
+  execute_process(
+    COMMAND ${command} -fsyntax-only -DQUARN_FRAMEWORK_HEADER=\"tests/foundation/contract.h\"
+            ${source}
+    RESULT_VARIABLE result ERROR_VARIABLE output)
+  if(NOT result EQUAL 0)
+    message(SEND_ERROR "more is used than the framework is asked for:\n${output}")
   endif()
 endforeach()
