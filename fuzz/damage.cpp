@@ -19,7 +19,8 @@ std::string GoodFile(test::Choices& choices)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    LibSmlp->iLevel = 0;
+    for (vorn::cUnit* unit : {LibSmle, LibSmlp})
+        unit->iLevel = 0;
     fuzz::Input input(data, size);
     test::Choices choices = input.Seeded();
     const std::string good = GoodFile(choices);

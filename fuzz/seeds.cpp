@@ -88,6 +88,7 @@ int main(int argc, char** argv)
         std::cerr << "usage: fuzz_seeds FOLDER\n";
         return 2;
     }
+    LibSmle->iLevel = 0;
     std::vector<std::string> files = OtherFiles();
     for (const Kind& kind : Kinds()) {
         for (unsigned seed = 0; seed < 4; ++seed)
