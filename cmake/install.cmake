@@ -46,3 +46,21 @@ if(QUARN_BUILD_TOOL)
   set_target_properties(quarn_program PROPERTIES INSTALL_RPATH "$ORIGIN/${from_bin}")
   install(TARGETS quarn_program RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
 endif()
+
+if(QUARN_BUILD_TOOL AND NOT CMAKE_CROSSCOMPILING)
+  # Manual page and completion are made of what the program says to --help.
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
+  set(manual ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/cmake/manual.py)
+  set(manual_template ${PROJECT_SOURCE_DIR}/docs/quarn.1.in)
+  add_custom_command(
+    OUTPUT ${CMAKE_BINARY_DIR}/quarn.1 ${CMAKE_BINARY_DIR}/quarn.bash
+    COMMAND ${manual} man $<TARGET_FILE:quarn_program> ${PROJECT_VERSION} ${manual_template}
+            > ${CMAKE_BINARY_DIR}/quarn.1
+    COMMAND ${manual} bash $<TARGET_FILE:quarn_program> > ${CMAKE_BINARY_DIR}/quarn.bash
+    DEPENDS quarn_program cmake/manual.py ${manual_template} VERBATIM)
+  add_custom_target(quarn_manual ALL DEPENDS ${CMAKE_BINARY_DIR}/quarn.1)
+  install(FILES ${CMAKE_BINARY_DIR}/quarn.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
+          COMPONENT tool)
+  install(FILES ${CMAKE_BINARY_DIR}/quarn.bash RENAME quarn COMPONENT tool
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+endif()
