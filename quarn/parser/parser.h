@@ -62,6 +62,7 @@
 #include "quarn/foundation/export.h"
 #include "quarn/foundation/framework.h"
 #include "quarn/foundation/limits.h"
+#include "quarn/foundation/record_builder.h"
 #include "quarn/parser/codes.h"
 
 #include <array>
@@ -69,6 +70,7 @@
 #include <cstdint>
 #include <cstring>
 #include <map>
+#include <utility>
 
 class QUARN_API cSMLP
 {
@@ -110,31 +112,53 @@ private:
     struct BodyFields;
     struct Bodies;
     enum class Keep : std::uint8_t;
+    enum class Shape : std::uint8_t;
 
     struct Frame {
         const Layout* pLayout = nullptr;
-        std::uint32_t uiIndex = 0;        // state: 0 the list's TL field, n the n-th element
-        std::uint32_t uiCount = 0;        // elements
-        bool bOptional = false;           // the structure may be absent
-        bool bFilled = false;             // its record holds something
-        bool bDelivered = false;          // of a tree: what it held has gone out with a packet
-        const char* pcWrap = nullptr;     // label of the record put around the finished one
-        vorn::cRecord* pTarget = nullptr; // where the fields go; null: nowhere
-        vorn::cRecord rec;
+        std::uint32_t uiIndex = 0; // state: 0 the list's TL field, n the n-th element
+        std::uint32_t uiCount = 0; // elements
+        bool bOptional = false;    // the structure may be absent
+        bool bFilled = false;      // its record holds something
+        bool bDelivered = false;   // of a tree: what it held has gone out with a packet
+        bool bKept = false;        // a record takes the fields: the builder's innermost
+        bool bOwn = false;         // and it is this structure's own
+        std::uint32_t uiLevel = 0; // the builder's, of a record of its own
+        const quarn::detail::Label* pWrap = nullptr; // of the record put around the finished one
     };
 
     int Walk();
+    int ReadField(Frame& frame);
     int OpenSequence(Frame& frame);
-    int Enter(const Layout& layout, bool optional, vorn::cRecord* target);
-    int EnterKept(const Layout& layout, const Field& field, const char* wrap = nullptr);
+    int Enter(const Layout& layout, bool optional, bool kept, bool own);
+    int EnterKept(const Layout& layout, const Field& field,
+                  const quarn::detail::Label* wrap = nullptr);
     int Leave();
     const Field& CurrentField(const Frame& frame) const noexcept;
-    vorn::cRecord& Target() noexcept;
+    quarn::detail::RecordBuilder& Target() noexcept;
     bool IsKept(const Field& field) const noexcept;
     int Refuse(const Refusal& refusal, std::uint32_t number = 0) const noexcept;
     int RefuseList(const Layout& layout, const Refusal& refusal) const noexcept;
     template <typename... Args>
     void Say(vorn::eLEVEL level, const char* text, Args... args) const noexcept;
+
+    // ---- The short way for plain fields
+
+    struct Whole;
+    template <const auto& Fields>
+    int TakeFields(Frame& frame);
+    template <const auto& Fields, std::size_t... I>
+    int TakeEach(Frame& frame, std::index_sequence<I...>);
+    template <const auto& Fields, std::size_t I>
+    int TakeField(Frame& frame, Whole& in);
+    template <const auto& Fields, std::size_t I>
+    int TakeNumber(Frame& frame, Whole& in);
+    template <const auto& Fields, std::size_t I>
+    int TakeOctets(Frame& frame, Whole& in);
+    int TakeValue(Frame& frame, Whole& in, bool keep);
+    int TakeStructure(const Field& field, Whole& in);
+    template <const auto& Fields>
+    int TakeElements(Frame& frame);
 
     // ---- TL decoder and primitives
 
@@ -161,12 +185,15 @@ private:
     int ReadEnd(const Field& field);
 
     int CheckOctets(const Field& field) const noexcept;
-    int KeepOctets(const Field& field);
-    int KeepNumber(const Field& field);
+    int KeepOctets(Frame& frame, const Field& field);
+    int KeepNumber(Frame& frame, const Field& field);
     int Parse_SML_Value(bool keep);
+    bool KeepValue(Frame& frame);
     bool AppendValue();
-    std::int64_t SignedInteger() const noexcept;
-    std::uint64_t NameNumber() const noexcept;
+    void AppendNumber(const Field& field, std::uint64_t value, std::uint32_t len);
+    void AppendOctets(Frame& frame, const Field& field);
+    static std::int64_t SignedInteger(std::uint64_t bits, std::uint32_t len) noexcept;
+    static std::uint64_t NameNumber(const unsigned char* s, std::uint32_t len) noexcept;
 
     // ---- Hooks: what is checked or done with a field
 
@@ -204,7 +231,18 @@ private:
     // ---- Envelope, validation, records
 
     void SmlMsg_Validate() noexcept;
-    int Build_MsgRecord(const vorn::cRecord& body);
+    bool HasBody() const noexcept;
+    vorn::cRecord Body() const;
+    vorn::cRecord Build_MsgRecord();
+    vorn::cRecord Build_PacketRecord(const vorn::cRecord& body);
+    template <typename Record>
+    void AppendOpenData(Record& header) const;
+    template <typename Record>
+    void AppendStatus(Record& status) const;
+    template <typename Record, typename Part>
+    bool AppendParts(Record& message, const Part& header, const Part& body,
+                     const Part& status) const;
+    void TellRecord(const vorn::cRecord& message, const vorn::cRecord& header) const;
 
     // ---- Driver
 
@@ -218,7 +256,8 @@ private:
     int OnOpenCrcError();
     int OnPacket(int rc, Records& out, int& count);
     int OnError(int rc, Records& out, int& count);
-    void Emit(const vorn::cRecord& body, Records& out, int& count);
+    void Emit(Records& out, int& count);
+    static void Store(vorn::cRecord message, Records& out, int& count);
     int ErrorHandler(int code);
     int CrcError();
     void Reset_FileAttributes() noexcept;
@@ -307,10 +346,10 @@ private:
     std::uint32_t uiPaketBytes = 0; // of this message, in packets handed out
     std::uint16_t usEvents = 0;
     std::uint16_t usParserState = 0;
-    vorn::cRecord recSmlMsg;
-    vorn::cRecord rec_SmlMsgHeader;
-    vorn::cRecord recSmlStatus;
-    vorn::cRecord recBody;
+    quarn::detail::RecordBuilder builder; // level 0: the header; 1: the body; then what is in it
+    quarn::detail::RecordBuilder::cPart partDone; // the structure that has just ended
+    vorn::cRecord recBody;                        // of a message in packets whose tree has ended
+    bool bBodyDone = false;
 
     // File attributes
     Bytes<SML_MAX_TRANSACTION_ID> openTransactionId;

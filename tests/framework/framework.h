@@ -79,16 +79,6 @@ public:
             par = At(Find(n, par.uiPlace + 1));
         return par.IsValid();
     }
-    cRecordPar GetFirstParByPath(const char* path, const char* separator, int, int) const
-    {
-        const std::string all = path;
-        const std::size_t end = all.find(separator);
-        if (end == std::string::npos)
-            return GetFirstPar(path, 0, 0);
-        cRecord nested;
-        GetFirstPar(all.substr(0, end).c_str(), 0, 0).GetRecord(nested);
-        return nested.GetFirstParByPath(path + end + 1, separator, 0, 0);
-    }
     int GetParCount(const char* n, int, int) const
     {
         int count = 0;
@@ -168,48 +158,6 @@ public:
     void AddLevel(const char* name, const cRecord& key) { levels.emplace_back(name, key); }
     std::vector<std::pair<std::string, cRecord>> levels;
 };
-
-// The first record parameter of that name in which all that key holds stands as it does there.
-inline cRecordPar* FindLevel(std::vector<cRecordPar>& in, const std::string& name,
-                             const cRecord& key)
-{
-    for (cRecordPar& par : in) {
-        cRecord nested;
-        bool same = par.name == name && par.GetRecord(nested);
-        for (const cRecordPar& wanted : key.pars)
-            same = same &&
-                   nested.GetFirstPar(wanted.name.c_str(), 0, 0).ToString() == wanted.ToString();
-        if (same)
-            return &par;
-    }
-    return nullptr;
-}
-
-inline cRecord ChangeRecord(cRecord root, const cRecordPath& path, const cRecord& newRec,
-                            const std::string& name, bool append)
-{
-    cRecord changed = root;
-    std::vector<cRecordPar>* at = &changed.pars;
-    for (const auto& [level, key] : path.levels) {
-        if (level == ".")
-            continue;
-        cRecordPar* const par = FindLevel(*at, level, key);
-        if (par == nullptr)
-            return root;
-        at = &par->pars;
-    }
-    if (name.empty()) {
-        *at = newRec.pars;
-    } else if (cRecordPar* const par = FindLevel(*at, name, cRecord())) {
-        par->pars = newRec.pars;
-    } else if (append) {
-        cRecord grown;
-        grown.pars = *at;
-        grown.AppendRecordPar(name.c_str(), newRec, 0);
-        *at = grown.pars;
-    }
-    return changed;
-}
 
 class cMsg
 {

@@ -406,10 +406,9 @@ inline constexpr OneWay kOneWay[] = {
     {"SmlGetProfileReq", "endTime", Change::EmptyRecord, "told also when absent"},
 };
 
-// A number that fits 32 bits comes back as such.
-inline void AppendReceived(cRecord& out, const vorn::cRecordPar& par, const char* label)
+inline void AppendCopy(cRecord& out, const vorn::cRecordPar& par, const char* label)
 {
-    const bool value = std::string_view(par.GetName()) == "value";
+    cRecord nested;
     switch (par.GetType(1)) {
     case vorn::TYPE_UINT:
         return out.AppendUIntPar(label, par.GetUInt(), 0);
@@ -418,22 +417,32 @@ inline void AppendReceived(cRecord& out, const vorn::cRecordPar& par, const char
     case vorn::TYPE_BOOL:
         return out.AppendBoolPar(label, par.GetBool(), 0);
     case vorn::TYPE_UINT64:
-        return value && par.GetUInt64() <= 0xFFFFFFFFU
-                   ? out.AppendUIntPar(label, par.GetUInt(), 0)
-                   : out.AppendUInt64Par(label, par.GetUInt64(), 0);
+        return out.AppendUInt64Par(label, par.GetUInt64(), 0);
     case vorn::TYPE_SINT64:
-        return value && par.GetSInt64() == par.GetSInt()
-                   ? out.AppendSIntPar(label, par.GetSInt(), 0)
-                   : out.AppendSInt64Par(label, par.GetSInt64(), 0);
-    case vorn::TYPE_RECORD: {
-        cRecord nested, received;
+        return out.AppendSInt64Par(label, par.GetSInt64(), 0);
+    case vorn::TYPE_RECORD:
         par.GetRecord(nested);
-        for (const vorn::cRecordPar& inner : nested)
-            AppendReceived(received, inner, inner.GetName());
-        return out.AppendRecordPar(label, received, 0);
-    }
+        return out.AppendRecordPar(label, nested, 0);
     default:
         return out.AppendDataPar(label, par.GetData(), par.GetSize(), 0);
+    }
+}
+
+// A value that fits 32 bits comes back as such a number.
+inline void AppendReceived(cRecord& out, const vorn::cRecordPar& par, const char* label)
+{
+    const bool value = std::string_view(par.GetName()) == "value";
+    cRecord nested, received;
+    if (par.GetRecord(nested)) {
+        for (const vorn::cRecordPar& inner : nested)
+            AppendReceived(received, inner, inner.GetName());
+        out.AppendRecordPar(label, received, 0);
+    } else if (value && par.GetType(1) == vorn::TYPE_UINT64 && par.GetUInt64() == par.GetUInt()) {
+        out.AppendUIntPar(label, par.GetUInt(), 0);
+    } else if (value && par.GetType(1) == vorn::TYPE_SINT64 && par.GetSInt64() == par.GetSInt()) {
+        out.AppendSIntPar(label, par.GetSInt(), 0);
+    } else {
+        AppendCopy(out, par, label);
     }
 }
 
