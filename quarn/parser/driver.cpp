@@ -47,8 +47,7 @@ void cSMLP::TimeoutEvent() noexcept
 int cSMLP::SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& count) noexcept
 {
     try {
-        const vorn::cRecord piece = in; // keeps the bytes alive during the call
-        RecordReader fields(piece);
+        RecordReader fields(in);
         const vorn::cRecordPar* par = fields.Find(label::SmltFlags);
         if (par == nullptr || !IsOfKind(*par, KIND_UINT)) {
             Say(kError, "SMLT-Flags missing, smlp[%d]");

@@ -82,7 +82,7 @@ public:
     cSMLP& operator=(const cSMLP&) = delete;
 
     // Consumes the raw bytes in in and appends finished records to out. The result is one of
-    // eSMLP_RESULT.
+    // eSMLP_RESULT. REQUIRES: nobody changes in meanwhile, a trace sink included.
     int SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& count) noexcept;
 
     // Notes that the inter-character timeout has expired; the next call of SmlParser without input
