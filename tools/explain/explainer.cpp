@@ -56,7 +56,7 @@ void cExplainer::End()
     if (eState == RAW)
         ExplainRaw(false);
     if (!bytes.empty())
-        ShowBytes(bytes.size(), "outside of frames", bAnyFrame ? "no frame begins here" : "");
+        ShowBytes(bytes.size(), "outside of frames", "no frame begins here");
 }
 
 // ---- What the road tells
@@ -180,7 +180,7 @@ void cExplainer::Relieve()
     if (eState == RAW && bytes.size() > kMaxFrame) {
         ExplainRaw(true);
     } else if (eState == OUTSIDE && bytes.size() > kMaxGap) {
-        ShowBytes(bytes.size() - (kStart - 1), "outside of frames", "");
+        ShowBytes(bytes.size() - (kStart - 1), "outside of frames", bAnyFrame ? "no frame begins here" : "");
     } else if (eState == INSIDE && bytes.size() > kMaxFrame) {
         ExplainFrame(current, bytes.size() - (kStart - 1), eFRAME::UNENDED,
                      "too long: only its beginning is taken apart");

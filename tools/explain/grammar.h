@@ -3,58 +3,57 @@
 #ifndef TOOLS_EXPLAIN_GRAMMAR_H
 #define TOOLS_EXPLAIN_GRAMMAR_H
 
-#include <cstddef>
+#include <string_view>
 
 namespace tool
 {
 
 enum class eFIELD : unsigned char {
-    // Byte strings
+    // Byte strings; a NAME is an OBIS code or that of a parameter
     OCTETS,
-    NAME, // an OBIS code or a parameter's name
+    NAME,
     ATTENTION,
-    // Unsigned numbers
+    // Unsigned numbers; SECONDS since the meter's start, a TIMESTAMP since 1970
     NUMBER,
-    SECONDS,   // since the meter's start
-    TIMESTAMP, // seconds since 1970
+    SECONDS,
+    TIMESTAMP,
     UNIT,
-    STATUS, // bits
-    TAG,    // of a choice
+    STATUS,
+    TAG, // of a choice
     CRC,
     // Signed numbers
-    MINUTES, // of an offset to UTC
+    OFFSET, // to UTC in minutes
     SCALER,
     // Others
     BOOLEAN,
-    VALUE, // any of the above or a time
-    SHAPE, // a list
-    END    // the last byte of a message
+    SHAPE, // a list, as a rule tells
+    VALUE, // what a meter has measured: any of the above or a time
+    END,   // the last byte of a message
+    ANY    // where the grammar does not tell
 };
 
-enum class eSHAPE : unsigned char {
-    SEQUENCE, // exactly these fields
-    LIST,     // any number of the one field
-    CHOICE    // a tag and the field that it selects
-};
+// What a list holds: exactly the fields named; any number of the one field; or a tag and the field
+// that it selects.
+enum class eSHAPE : unsigned char { SEQUENCE, LIST, CHOICE };
 
-struct Shape;
+struct Rule {
+    std::string_view name;
+    eSHAPE eShape;
+    std::string_view fields; // see grammar.cpp
+};
 
 struct Field {
-    const char* pcName;
-    eFIELD eKind;
-    bool bOptional = false;
-    const Shape* pShape = nullptr; // of eFIELD::SHAPE
-    unsigned uiTag = 0;            // that selects it in a choice
+    std::string_view name;
+    eFIELD eKind = eFIELD::ANY;
+    bool bOptional = true;
+    const Rule* pRule = nullptr; // of a SHAPE, and of a VALUE that is a list
+    unsigned uiTag = 0;          // that selects it in a choice
 };
 
-struct Shape {
-    eSHAPE eKind;
-    const Field* pFields;
-    std::size_t uiCount;
-};
+// Takes the first of the fields of a rule; false when there is none.
+bool TakeField(std::string_view& fields, Field& field) noexcept;
 
-extern const Field kMessage;  // a whole message
-extern const Shape kListType; // a value that is a list
+extern const Rule& kMessageRule;
 
 } // namespace tool
 

@@ -16,6 +16,7 @@ constexpr const char* kPageStyle = R"css(
   --line: #2a3037; --panel: #1b1f24; --t: #56c5d3; --s: #82abff; --c: #cda3ff; --u: #f2ad62;
   --bad: #ff7a85; --badbg: #45191e; --on: #7a5d00; --in: #3a3114; } }
 * { box-sizing: border-box; }
+html { scroll-padding: 2em 0 5em; }
 body { margin: 0 auto; max-width: 90em; padding: 1em 1.5em 4em; background: var(--bg);
   color: var(--fg); font: 15px/1.5 system-ui, sans-serif; }
 h1 { font-size: 1.4em; margin: 0; overflow-wrap: anywhere; }

@@ -29,27 +29,37 @@ std::string HexText(std::string_view bytes)
 std::string OctetText(std::string_view bytes)
 {
     const std::string_view shown = bytes.substr(0, kMaxOctets);
-    const std::string rest = shown.size() == bytes.size() ? "" : "...";
-    return IsPrintable(shown) ? '"' + std::string(shown) + rest + '"' : HexText(shown) + rest;
+    const char* const rest = shown.size() == bytes.size() ? "" : "...";
+    return (IsPrintable(shown) ? '"' + std::string(shown) + '"' : HexText(shown)) + rest;
+}
+
+// text, and behind it what it means, if anything.
+std::string WithMeaning(std::string text, std::string_view meaning)
+{
+    return meaning.empty() ? text : text.append(" ").append(meaning);
 }
 
 std::string NameText(std::string_view bytes)
 {
     if (bytes.size() != 6)
         return OctetText(bytes);
-    const std::uint64_t code = UnsignedOf(bytes);
     char text[kMaxObis];
-    std::string name(text, FormatObis(code, text));
-    const std::string_view meaning = ObisName(code);
-    return name.append(meaning.empty() ? "" : " ").append(meaning);
+    const std::size_t size = FormatObis(UnsignedOf(bytes), text);
+    return WithMeaning({text, size}, ObisName(UnsignedOf(bytes)));
 }
 
 std::string AttentionText(std::string_view bytes)
 {
-    const char* meaning = bytes.size() == 6 ? AttentionMeaning(UnsignedOf(bytes)) : nullptr;
-    return HexText(bytes)
-        .append(meaning != nullptr ? " " : "")
-        .append(meaning != nullptr ? meaning : "");
+    const char* const meaning = bytes.size() == 6 ? AttentionMeaning(UnsignedOf(bytes)) : nullptr;
+    return WithMeaning(HexText(bytes), meaning != nullptr ? meaning : "");
+}
+
+// Of a message's body, or of another choice.
+std::string TagText(std::string_view bytes)
+{
+    const auto tag = static_cast<unsigned>(UnsignedOf(bytes));
+    const MessageKind* const kind = FindKind(tag);
+    return kind != nullptr ? WithMeaning("0x" + HexText(bytes), kind->pcName) : std::to_string(tag);
 }
 
 std::string TimestampText(std::uint64_t seconds)
@@ -62,54 +72,39 @@ std::string TimestampText(std::uint64_t seconds)
     return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%SZ", &utc)};
 }
 
-std::string UnitText(unsigned unit)
+std::string ScaledText(bool isSigned, std::string_view bytes, const Scale& scale)
 {
-    return std::string(UnitSymbol(unit)) + " (unit " + std::to_string(unit) + ")";
-}
-
-// Of a message's body, or of another choice.
-std::string TagText(std::string_view bytes)
-{
-    const std::uint64_t tag = UnsignedOf(bytes);
-    const MessageKind* kind = FindKind(static_cast<unsigned>(tag));
-    return kind != nullptr ? "0x" + HexText(bytes) + " " + kind->pcName : std::to_string(tag);
-}
-
-Integer IntegerOf(bool isSigned, std::string_view bytes)
-{
-    return isSigned ? Integer::OfSigned(SignedOf(bytes)) : Integer::Of(UnsignedOf(bytes));
-}
-
-std::string ScaledText(Integer number, const Scale& scale)
-{
+    const Integer number =
+        isSigned ? Integer::OfSigned(SignedOf(bytes)) : Integer::Of(UnsignedOf(bytes));
     char text[kMaxDecimal];
-    std::string scaled(text, FormatDecimal(number, scale.iScaler, text));
-    const std::string_view unit = UnitSymbol(scale.uiUnit);
-    return scaled.append(unit.empty() ? "" : " ").append(unit);
+    const std::size_t size = FormatDecimal(number, scale.iScaler, text);
+    return WithMeaning({text, size}, UnitSymbol(scale.uiUnit));
 }
 
-std::string NumberText(eFIELD kind, std::string_view bytes)
+std::string NumberText(eFIELD kind, unsigned type, std::string_view bytes, const Scale& scale)
 {
-    const std::uint64_t number = UnsignedOf(bytes);
+    const std::string number = ScaledText(type == TYPE_SIGNED, bytes, Scale());
     switch (kind) {
+    case eFIELD::VALUE:
+        return ScaledText(type == TYPE_SIGNED, bytes, scale);
     case eFIELD::SECONDS:
-        return std::to_string(number) + " s";
+        return number + " s";
     case eFIELD::TIMESTAMP:
-        return TimestampText(number);
+        return TimestampText(UnsignedOf(bytes));
     case eFIELD::UNIT:
-        return UnitText(static_cast<unsigned>(number));
+        return number + " " + std::string(UnitSymbol(static_cast<unsigned>(UnsignedOf(bytes))));
     case eFIELD::STATUS:
-        return "0x" + HexText(bytes) + " (" + std::to_string(number) + ")";
+        return "0x" + HexText(bytes) + " (" + number + ")";
     case eFIELD::TAG:
         return TagText(bytes);
     case eFIELD::CRC:
         return "0x" + HexText(bytes);
-    case eFIELD::MINUTES:
-        return std::to_string(SignedOf(bytes)) + " min";
+    case eFIELD::OFFSET:
+        return number + " min";
     case eFIELD::SCALER:
-        return "10^" + std::to_string(SignedOf(bytes));
+        return "10^" + number;
     default:
-        return std::to_string(number);
+        return number;
     }
 }
 
@@ -117,18 +112,11 @@ std::string NumberText(eFIELD kind, std::string_view bytes)
 
 const char* TypeName(unsigned type) noexcept
 {
-    switch (type) {
-    case TYPE_OCTETS:
-        return "an octet string";
-    case TYPE_BOOLEAN:
-        return "a boolean";
-    case TYPE_SIGNED:
-        return "signed";
-    case TYPE_UNSIGNED:
-        return "unsigned";
-    default:
-        return "a list";
-    }
+    return type == TYPE_OCTETS     ? "an octet string"
+           : type == TYPE_BOOLEAN  ? "a boolean"
+           : type == TYPE_SIGNED   ? "signed"
+           : type == TYPE_UNSIGNED ? "unsigned"
+                                   : "a list";
 }
 
 std::string TypeText(unsigned type, std::uint64_t count)
@@ -151,24 +139,21 @@ std::string ValueText(eFIELD kind, unsigned type, std::string_view bytes, const 
         return OctetText(bytes);
     if (type == TYPE_BOOLEAN)
         return UnsignedOf(bytes) != 0 ? "true" : "false";
-    if (kind == eFIELD::VALUE)
-        return ScaledText(IntegerOf(type == TYPE_SIGNED, bytes), scale);
-    return NumberText(kind, bytes);
+    return NumberText(kind, type, bytes, scale);
 }
 
 std::string SignNote(unsigned type, std::string_view bytes, const Scale& scale)
 {
-    if (bytes.empty() || (type != TYPE_SIGNED && type != TYPE_UNSIGNED))
+    const bool isSigned = type == TYPE_SIGNED;
+    if (bytes.empty() || (!isSigned && type != TYPE_UNSIGNED))
         return {};
-    const auto isNegative = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
-    if (isNegative(bytes.front()))
-        return type == TYPE_SIGNED
-                   ? "unsigned it were " + ScaledText(IntegerOf(false, bytes), scale)
-                   : "signed it were " + ScaledText(IntegerOf(true, bytes), scale);
+    const auto hasSign = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
+    if (hasSign(bytes.front()))
+        return (isSigned ? "read as unsigned: " : "read as signed: ") +
+               ScaledText(!isSigned, bytes, scale);
     const std::string_view last = bytes.substr(bytes.size() - 1);
-    const bool fits = bytes.find_first_not_of('\0') == bytes.size() - 1;
-    if (type == TYPE_SIGNED && fits && isNegative(last.front()))
-        return "with the sign in its last byte it were " + ScaledText(IntegerOf(true, last), scale);
+    if (isSigned && hasSign(last.front()) && UnsignedOf(bytes) < 256)
+        return "read with the sign in its last byte: " + ScaledText(true, last, scale);
     return {};
 }
 
@@ -184,10 +169,8 @@ std::int64_t SignedOf(std::string_view bytes) noexcept
 {
     if (bytes.empty())
         return 0;
-    const auto unused = static_cast<unsigned>(8 * (8 - std::min<std::size_t>(bytes.size(), 8)));
-    const std::uint64_t number = UnsignedOf(bytes);
-    const std::uint64_t sign = std::uint64_t{1} << (63 - unused);
-    return static_cast<std::int64_t>((number ^ sign) - sign);
+    const std::uint64_t sign = std::uint64_t{1} << (8 * std::min<std::size_t>(bytes.size(), 8) - 1);
+    return static_cast<std::int64_t>((UnsignedOf(bytes) ^ sign) - sign);
 }
 
 } // namespace tool
