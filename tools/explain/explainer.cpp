@@ -133,7 +133,7 @@ void cExplainer::ExplainFrame(const Frame& frame, std::size_t size, eFRAME kind,
     Drop(size);
 }
 
-// With more, what may be an unfinished message stays.
+// One section for each SML file. With more, what may be an unfinished message stays.
 void cExplainer::ExplainRaw(bool more)
 {
     if (!more)
@@ -141,22 +141,25 @@ void cExplainer::ExplainRaw(bool more)
     Layout layout = LayOutRaw(ullAt, bytes);
     WalkOptions options;
     options.ullBase = ullAt;
-    options.uiMessage = uiMessage;
+    options.bOneFile = true;
     options.bMore = more;
-    Walked walked = Walk(layout, pJudge->Verdicts(), options);
-    if (walked.uiSize == 0 && more) { // one message larger than all that is kept
-        options.bMore = false;
-        walked = Walk(layout, pJudge->Verdicts(), options);
+    while (options.uiStart < bytes.size()) {
+        options.uiMessage = uiMessage;
+        Walked walked = Walk(layout, pJudge->Verdicts(), options);
+        if (walked.items.empty() && options.uiStart != 0)
+            break;
+        options.bMore = more && !walked.items.empty(); // else the message is larger than all
+        uiMessage = walked.uiMessage;
+        Section section;
+        section.ullOffset = ullAt + options.uiStart;
+        section.title = "SML file: " + Where(section.ullOffset, walked.uiEnd - options.uiStart);
+        section.items = std::move(walked.items);
+        if (!section.items.empty())
+            writer.Write(section);
+        options.uiStart = walked.uiEnd;
     }
-    Section section;
-    section.ullOffset = ullAt;
-    section.title = "SML without frames: " + Where(ullAt, walked.uiSize);
-    section.items = std::move(walked.items);
-    uiMessage = walked.uiMessage;
-    if (!section.items.empty())
-        writer.Write(section);
-    pJudge->Forget(ullAt + walked.uiSize);
-    Drop(walked.uiSize);
+    pJudge->Forget(ullAt + options.uiStart);
+    Drop(options.uiStart);
 }
 
 void cExplainer::ShowBytes(std::size_t size, const std::string& title, const char* damage)
@@ -180,7 +183,8 @@ void cExplainer::Relieve()
     if (eState == RAW && bytes.size() > kMaxFrame) {
         ExplainRaw(true);
     } else if (eState == OUTSIDE && bytes.size() > kMaxGap) {
-        ShowBytes(bytes.size() - (kStart - 1), "outside of frames", bAnyFrame ? "no frame begins here" : "");
+        ShowBytes(bytes.size() - (kStart - 1), "outside of frames",
+                  bAnyFrame ? "no frame begins here" : "");
     } else if (eState == INSIDE && bytes.size() > kMaxFrame) {
         ExplainFrame(current, bytes.size() - (kStart - 1), eFRAME::UNENDED,
                      "too long: only its beginning is taken apart");

@@ -38,11 +38,7 @@ private:
 
     void OnInput(std::string_view bytes) override;
     void OnFrameStart(const Frame& frame, std::uint64_t offset) override;
-    void OnPayload(const Frame& frame, std::string_view payload) override
-    {
-        (void)payload;
-        current = frame;
-    }
+    void OnPayload(const Frame& frame, std::string_view) override { current = frame; }
     void OnFrameEnd(const Frame& frame) override;
     void OnFrameLost(const Frame& frame, eLOSS loss) override;
 

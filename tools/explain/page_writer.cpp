@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -22,25 +23,10 @@ std::string Escaped(std::string_view text)
 {
     std::string escaped;
     for (const char c : text) {
-        switch (c) {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '>':
-            escaped += "&gt;";
-            break;
-        case '"':
-            escaped += "&quot;";
-            break;
-        case '\'':
-            escaped += "&#39;";
-            break;
-        default:
+        if (std::strchr("&<>\"'", c) != nullptr)
+            escaped += "&#" + std::to_string(static_cast<unsigned char>(c)) + ';';
+        else
             escaped += c;
-        }
     }
     return escaped;
 }

@@ -9,13 +9,6 @@
 namespace tool
 {
 
-bool Verdict::IsCrc() const noexcept
-{
-    return iError == SML_STATUS_CRC || iError == SML_STATUS_CRC_CLOSE;
-}
-
-bool Verdict::IsRefusal() const noexcept { return iError != SML_STATUS_OK && !IsCrc(); }
-
 std::string Verdict::Text() const
 {
     std::string text = "the parser stops here: ";
@@ -60,15 +53,13 @@ void cJudge::Forget(std::uint64_t bytes)
                    verdicts.end());
 }
 
-void cJudge::OnMessage(const Frame& frame, const vorn::cRecord& record)
+void cJudge::OnMessage(const Frame&, const vorn::cRecord& record)
 {
-    (void)frame;
     Add(DescribeMessage(record).iError);
 }
 
-void cJudge::OnRefused(const Frame& frame, int result)
+void cJudge::OnRefused(const Frame&, int result)
 {
-    (void)frame;
     Add(result == SMLP_OUT_OF_MEMORY ? SML_STATUS_NULL_POINTER : SML_STATUS_IGNORE_FILE);
 }
 

@@ -18,9 +18,12 @@ struct Verdict {
     int iError = 0;           // one of eSML_STATUS
     std::string trace;        // the first line that the parser wrote about it
 
-    bool IsCrc() const noexcept;
+    bool IsCrc() const noexcept
+    {
+        return iError == SML_STATUS_CRC || iError == SML_STATUS_CRC_CLOSE;
+    }
     // The parser went no further.
-    bool IsRefusal() const noexcept;
+    bool IsRefusal() const noexcept { return iError != SML_STATUS_OK && !IsCrc(); }
     // "it is refused here: ... (status -11; trace: ...)"
     std::string Text() const;
 };
@@ -41,18 +44,9 @@ public:
 private:
     void OnMessage(const Frame& frame, const vorn::cRecord& record) override;
     void OnRefused(const Frame& frame, int result) override;
-    void OnFrameEnd(const Frame& frame) override { (void)frame; }
-    void OnFrameLost(const Frame& frame, eLOSS loss) override
-    {
-        (void)frame;
-        (void)loss;
-    }
-    void OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap) override
-    {
-        (void)offset;
-        (void)count;
-        (void)gap;
-    }
+    void OnFrameEnd(const Frame&) override {}
+    void OnFrameLost(const Frame&, eLOSS) override {}
+    void OnGap(std::uint64_t, std::uint64_t, eGAP) override {}
     template <typename Work>
     void Listening(Work work);
     void Add(int error);

@@ -78,6 +78,7 @@ public:
         : layout(frame), payload(frame.payload), verdicts(judged), options(walkOptions)
     {
         walked.uiMessage = options.uiMessage;
+        uiAt = options.uiStart;
     }
 
     Walked Run()
@@ -94,10 +95,12 @@ public:
             }
             if (!whole)
                 Junk(start);
+            else if (options.bOneFile && walked.uiMessage == 1)
+                break;
         }
         if (!options.bMore)
             CatchUp(layout.ullOffset + layout.input.size(), 0);
-        walked.uiSize = uiAt;
+        walked.uiEnd = uiAt;
         return std::move(walked);
     }
 

@@ -15,13 +15,15 @@ namespace tool
 
 struct WalkOptions {
     std::uint64_t ullBase = 0; // where the payload begins in the one that has been judged
-    unsigned uiMessage = 1;    // number of its first message within its SML file
+    std::size_t uiStart = 0;   // where in the payload the walk begins
+    unsigned uiMessage = 1;    // number of the first message within its SML file
+    bool bOneFile = false;     // it ends with the SML file
     bool bMore = false;        // the payload goes on: its last, unfinished message is left out
 };
 
 struct Walked {
     std::vector<Annotation> items; // of the payload and of the transport around it
-    std::size_t uiSize = 0;        // of the payload that they cover
+    std::size_t uiEnd = 0;         // where in the payload the walk has ended
     unsigned uiMessage = 1;        // number of the message that follows
 };
 
