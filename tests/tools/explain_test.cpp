@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <regex>
 #include <string>
 #include <unistd.h>
 
@@ -35,6 +36,10 @@ public:
             EXPECT_FALSE(item.bytes.empty()) << item.name;
             EXPECT_LE(item.uiTl, item.bytes.size()) << item.name;
             covered += item.bytes;
+            const bool isTransport =
+                item.eWhat == tool::eWHAT::TRANSPORT || item.eWhat == tool::eWHAT::PADDING ||
+                item.name == "checksum of the frame" || item.name == "no part of a frame";
+            payload += isTransport ? "" : item.bytes;
             text += std::to_string(item.uiDepth) + ' ' + item.name + '|' + item.value + '|' +
                     item.note + '|' + item.damage + '\n';
             bDamaged = bDamaged || !item.damage.empty();
@@ -43,8 +48,24 @@ public:
     void Finish() override {}
 
     std::string covered;
+    std::string payload;
     std::string text;
     bool bDamaged = false;
+};
+
+// Hears what the library has made of the frames.
+class Explainer : public tool::cExplainer
+{
+public:
+    using cExplainer::cExplainer;
+    std::string payload;
+
+protected:
+    void OnPayload(const tool::Frame& frame, std::string_view piece) override
+    {
+        payload += piece;
+        cExplainer::OnPayload(frame, piece);
+    }
 };
 
 struct Told {
@@ -60,7 +81,7 @@ Told Explain(const std::string& input, std::size_t piece = std::string::npos,
     tool::cReport report;
     LibSmlp->iLevel = LibSmlt->iLevel = 0; // the damage is meant
     testing::internal::CaptureStderr();
-    tool::cExplainer explainer(kind, listener, report);
+    Explainer explainer(kind, listener, report);
     explainer.Begin();
     for (std::size_t at = 0; at < input.size();) {
         const std::size_t size = std::min(piece, input.size() - at);
@@ -71,6 +92,9 @@ Told Explain(const std::string& input, std::size_t piece = std::string::npos,
     explainer.Finish();
     EXPECT_TRUE(listener.covered == input)
         << "covers " << listener.covered.size() << " of " << input.size();
+    if (input.size() <= tool::cExplainer::kMaxFrame) {
+        EXPECT_TRUE(listener.payload == explainer.payload) << listener.text.substr(0, 5000);
+    }
     const std::string said = testing::internal::GetCapturedStderr();
     const bool noted = said.find("before the first") < said.find('\n'); // which is no damage
     EXPECT_EQ(listener.bDamaged, said.find('\n', noted ? said.find('\n') + 1 : 0) != said.npos)
@@ -216,6 +240,92 @@ TEST(Explain, TellsFieldsAndDamage)
         for (const char* told : row.told)
             EXPECT_NE(text.find(told), std::string::npos) << row.pcName << told << '\n' << text;
     }
+}
+
+TEST(Explain, TellsTheTransport)
+{
+    const std::string frame = Hex("1B1B1B1B01010101 01 1B1B1B1B1B1B1B1B 02 0000 1B1B1B1B1A02 7A58");
+    for (const char* told :
+         {"start of a frame|||\n0 bytes", "escape of the four bytes behind it|||", "|(goes on)|",
+          "padding|||\n0 end of a frame|||\n0 number of padding bytes|2||\n", "frame|right||\n"})
+        EXPECT_NE(Explain(frame).text.find(told), std::string::npos) << told;
+    std::string damaged = frame;
+    damaged[13] = 'x';
+    EXPECT_NE(Explain(damaged).text.find("escape|||it introduces nothing known"),
+              std::string::npos);
+}
+
+TEST(Explain, OnTheCommandLine)
+{
+    const std::string page = testing::TempDir() + "explain_test.html";
+    const std::string good = test::ReadFile(kExample).substr(0, 252);
+    std::string much;
+    while (much.size() <= tool::kMaxPageInput)
+        much += good;
+    const struct {
+        std::vector<std::string> args;
+        std::string input;
+        int iStatus;
+        const char* pcOut; // on stdout
+        const char* pcErr;
+        const char* pcPage; // in the page, if one is made
+    } rows[] = {
+        {{"--explain"}, good, 0, "standard input\nframe 1: 252 bytes at 0x0\n", "", ""},
+        {{"--explain"}, test::ToHex(good), 0, "checksum of the frame  right\n", "", ""},
+        {{"--explain"}, good + good.substr(0, 250) + "..", 1, "\n!      1f6  2e 2e", "frame 2", ""},
+        {{"--explain"}, std::string(500, 'x'), 1, "and 356 bytes more\n", "no frame", ""},
+        {{"--explain", "--format", "text"}, good, 2, "", "--format", ""},
+        {{"--explain", "--keep-bad"}, good, 2, "", "--keep-bad", ""},
+        {{"--html", page}, good, 0, "", "", "14798112.9 Wh</b>"},
+        {{"--html", page}, much, 2, "", "too long for a page", "frame 1000:"},
+        {{"--html", "/nonexistent/page"}, good, 2, "", "/nonexistent/page: cannot be written", ""},
+        {{"--html", "/dev/full"}, good, 2, "", "/dev/full: cannot be written: No space", ""},
+    };
+    for (const auto& row : rows) {
+        std::vector<std::string> args = row.args;
+        args.insert(args.begin(), "decode");
+        Program quarn(args);
+        quarn.Write(row.input);
+        EXPECT_EQ(quarn.Finish(), row.iStatus) << args[1] << quarn.err;
+        EXPECT_NE(quarn.out.find(row.pcOut), std::string::npos) << quarn.out;
+        EXPECT_EQ(quarn.out.empty(), *row.pcOut == '\0');
+        EXPECT_NE(quarn.err.find(row.pcErr), std::string::npos) << quarn.err;
+        EXPECT_NE(test::ReadFile(page).find(row.pcPage), std::string::npos);
+    }
+}
+
+// Colours are escape sequences around the same text.
+TEST(Explain, ColoursChangeNoText)
+{
+    std::string text[2];
+    for (const bool colours : {false, true}) {
+        int fds[2];
+        ASSERT_EQ(::pipe(fds), 0);
+        {
+            tool::cOutput out(fds[1]);
+            const auto writer = tool::MakeTextWriter(out, colours);
+            tool::Section section;
+            section.title = "frame 1";
+            section.damage = "the checksum is wrong";
+            tool::Annotation item;
+            item.bytes = Hex("63000000000000000000000001");
+            item.uiTl = 1;
+            item.eWhat = tool::eWHAT::VALUE;
+            item.name = "value";
+            item.value = "1";
+            item.type = "unsigned";
+            item.damage = item.note = "why";
+            section.items.push_back(item);
+            writer->Write(section);
+            out.Drain();
+        }
+        ::close(fds[1]);
+        char buffer[4096];
+        text[colours].assign(buffer, static_cast<std::size_t>(::read(fds[0], buffer, 4096)));
+        ::close(fds[0]);
+    }
+    EXPECT_NE(text[0], text[1]);
+    EXPECT_EQ(text[0], std::regex_replace(text[1], std::regex("\x1B\\[[0-9;]*m"), ""));
 }
 
 } // namespace

@@ -33,14 +33,15 @@ public:
     void End() override;
     void Finish() override { writer.Finish(); }
 
-private:
-    enum eSTATE { OUTSIDE, INSIDE, RAW, REST }; // of frames; REST: of one that is too long
-
+protected:
     void OnInput(std::string_view bytes) override;
     void OnFrameStart(const Frame& frame, std::uint64_t offset) override;
     void OnPayload(const Frame& frame, std::string_view) override { current = frame; }
     void OnFrameEnd(const Frame& frame) override;
     void OnFrameLost(const Frame& frame, eLOSS loss) override;
+
+private:
+    enum eSTATE { OUTSIDE, INSIDE, RAW, REST }; // of frames; REST: of one that is too long
 
     void ExplainFrame(const Frame& frame, std::size_t size, eFRAME kind, const char* damage);
     void ExplainRaw(bool more);

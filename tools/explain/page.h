@@ -28,8 +28,9 @@ kbd { font: .85em ui-monospace, monospace; border: 1px solid var(--line); border
 nav { border: 1px solid var(--bad); border-radius: 6px; background: var(--badbg);
   padding: .5em 1em; margin: 1em 0; max-height: 15em; overflow: auto; }
 nav ol { margin: .3em 0; padding: 0; list-style: none; }
+nav li { padding-left: 5em; text-indent: -5em; }
 nav a { color: inherit; text-decoration-color: var(--bad); }
-nav code { display: inline-block; min-width: 4.5em; }
+nav code { display: inline-block; min-width: 5em; text-indent: 0; font-size: 1em; }
 section { border-top: 1px solid var(--line); padding: 1em 0; margin-top: 1em;
   content-visibility: auto; contain-intrinsic-size: auto 90em; }
 h2 strong, .tree strong { color: var(--bad); font-weight: 600; }
@@ -59,6 +60,7 @@ pre { margin: 0; font: 13px/1.65 ui-monospace, "DejaVu Sans Mono", monospace; }
 footer { position: fixed; inset: auto 0 0 0; padding: .35em 1.5em; background: var(--panel);
   border-top: 1px solid var(--line); white-space: nowrap; overflow: hidden;
   text-overflow: ellipsis; min-height: 2.2em; }
+footer:empty { display: none; }
 @media (max-width: 62em) { .pair { grid-template-columns: minmax(0, 1fr); gap: 1em; }
   .dump { max-height: 35vh; z-index: 1; } }
 )css";

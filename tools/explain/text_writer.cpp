@@ -1,6 +1,6 @@
 // Explanation as text:
 //
-//   frame 3: 252 bytes at 1f8: the checksum is wrong
+//   frame 3: 252 bytes at 0x1f8: the checksum is wrong
 //         1f8  1b 1b 1b 1b 01 01 01 01     start of a frame
 //         200  76                          message 1  open response  [list of 6]
 //
@@ -19,14 +19,14 @@ namespace
 
 constexpr std::size_t kRow = 9;      // bytes of hex in a line: an eight-byte number fits
 constexpr std::size_t kMaxRows = 16; // what is longer is cut short
+constexpr std::size_t kText = 2 + 8 + 1 + 3 * kRow + 3; // column of the description
 
-// Colours of kinds of bytes, in the order of eWHAT.
-constexpr const char* kColours[] = {"\x1B[36m", "\x1B[2m", "\x1B[35m", "\x1B[34m",
-                                    "",         "\x1B[2m", "\x1B[33m"};
 constexpr const char* kDim = "\x1B[2m";
 constexpr const char* kBold = "\x1B[1m";
 constexpr const char* kRed = "\x1B[1;31m";
 constexpr const char* kPlain = "\x1B[0m";
+// Of kinds of bytes, in the order of eWHAT.
+constexpr const char* kColours[] = {"\x1B[36m", kDim, "\x1B[35m", "\x1B[34m", "", kDim, "\x1B[33m"};
 
 class cTextWriter : public cExplanationWriter
 {
@@ -41,14 +41,14 @@ public:
             out.Put('\n');
         bAny = true;
         if (!name.empty())
-            Coloured(kDim, name + '\n');
+            Put(kDim, name + '\n');
         name.clear();
-        Coloured(kBold, section.title);
+        Put(kBold, section.title);
         if (!section.damage.empty())
-            Coloured(kRed, ": " + section.damage);
+            Put(kRed, ": " + section.damage);
         out.Put('\n');
         for (const Annotation& item : section.items) {
-            Item(item);
+            Write(item);
             out.DrainIfLarge();
         }
     }
@@ -56,82 +56,76 @@ public:
     void Finish() override {}
 
 private:
-    void Coloured(const char* colour, std::string_view text)
+    void Put(const char* colour, std::string_view text)
     {
-        const bool use = bColours && *colour != '\0' && !text.empty();
-        if (use)
-            out.Append(colour);
+        const bool isPlain = !bColours || *colour == '\0' || text.empty();
+        out.Append(isPlain ? "" : colour);
         out.Append(text);
-        if (use)
-            out.Append(kPlain);
+        out.Append(isPlain ? "" : kPlain);
     }
 
-    void Item(const Annotation& item)
+    void Write(const Annotation& item)
     {
-        const std::size_t rows = std::min((item.bytes.size() + kRow - 1) / kRow, kMaxRows);
-        for (std::size_t row = 0; row < rows; ++row) {
-            Hex(item, row);
-            if (row == 0)
+        const std::size_t size = item.bytes.size();
+        for (std::size_t at = 0; at < std::min(size, kRow * kMaxRows); at += kRow) {
+            Hex(item, at);
+            if (at == 0)
                 Description(item);
             out.Put('\n');
         }
-        const std::string indent(kDescription + 2 * std::size_t{item.uiDepth}, ' ');
-        if (item.bytes.size() > rows * kRow)
-            out.Append("            ... " + std::to_string(item.bytes.size() - rows * kRow) +
-                       " bytes more\n");
+        if (size > kRow * kMaxRows)
+            Below(0, kDim, "and " + std::to_string(size - kRow * kMaxRows) + " bytes more");
         if (!item.note.empty())
-            Below(indent, kDim, item.note);
+            Below(item.uiDepth, kDim, item.note);
         if (!item.damage.empty())
-            Below(indent, kRed, "^ " + item.damage);
+            Below(item.uiDepth, kRed, "^ " + item.damage);
     }
 
-    void Below(const std::string& indent, const char* colour, const std::string& text)
+    void Below(unsigned depth, const char* colour, const std::string& text)
     {
-        out.Append(indent);
-        Coloured(colour, text);
+        out.Pad(kText + 2 * std::size_t{depth});
+        Put(colour, text);
         out.Put('\n');
     }
 
-    void Hex(const Annotation& item, std::size_t row)
+    void Hex(const Annotation& item, std::size_t at)
     {
-        const std::string_view bytes = std::string_view(item.bytes).substr(row * kRow, kRow);
-        char offset[32];
+        const std::string_view bytes = std::string_view(item.bytes).substr(at, kRow);
+        char offset[24];
         std::snprintf(offset, sizeof offset, "%8llx ",
-                      static_cast<unsigned long long>(item.ullOffset + row * kRow));
-        Coloured(kRed, item.damage.empty() ? "  " : "! ");
-        Coloured(kDim, offset);
-        const std::size_t tl = row == 0 ? item.uiTl : 0;
-        const char* colour = kColours[static_cast<unsigned>(item.eWhat)];
-        Coloured(item.eWhat == eWHAT::VALUE ? kDim : colour, Spaced(bytes.substr(0, tl)));
-        Coloured(colour, Spaced(bytes.substr(std::min(tl, bytes.size()))));
-        if (row == 0)
+                      static_cast<unsigned long long>(item.ullOffset + at));
+        Put(kRed, item.damage.empty() ? "" : "! ");
+        out.Pad(item.damage.empty() ? 2 : 0);
+        Put(kDim, offset);
+        const char* const colour = kColours[static_cast<unsigned>(item.eWhat)];
+        const std::size_t tl = at == 0 && item.eWhat == eWHAT::VALUE ? item.uiTl : 0;
+        Put(kDim, Spaced(bytes.substr(0, tl)));
+        Put(colour, Spaced(bytes.substr(std::min(tl, bytes.size()))));
+        if (at == 0)
             out.Pad(3 * (kRow - bytes.size()) + 3);
     }
 
     static std::string Spaced(std::string_view bytes)
     {
-        std::string text;
-        for (const char& c : bytes) {
-            char digits[2];
-            WriteHex({&c, 1}, digits);
-            text.append(1, ' ').append(digits, 2);
-        }
+        std::string text(3 * bytes.size(), ' ');
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            WriteHex(bytes.substr(i, 1), &text[3 * i + 1]);
         return text;
     }
 
     void Description(const Annotation& item)
     {
         out.Pad(2 * std::size_t{item.uiDepth});
-        Coloured(kColours[static_cast<unsigned>(item.eWhat)], item.name);
-        if (!item.name.empty() && !item.value.empty())
-            out.Append("  ");
-        Coloured(item.eWhat == eWHAT::ABSENT ? kDim : kBold, item.value);
-        if (!item.type.empty())
-            Coloured(kDim,
-                     (item.name.empty() && item.value.empty() ? "[" : "  [") + item.type + "]");
+        const char* gap = "";
+        const auto put = [&](const char* colour, const std::string& text) {
+            out.Append(text.empty() ? "" : gap);
+            Put(colour, text);
+            gap = text.empty() ? gap : "  ";
+        };
+        put(kColours[static_cast<unsigned>(item.eWhat)], item.name);
+        put(item.eWhat == eWHAT::ABSENT ? kDim : kBold, item.value);
+        put(kDim, item.type.empty() ? "" : '[' + item.type + ']');
     }
-
-    static constexpr std::size_t kDescription = 2 + 10 + 3 * kRow + 2; // column of it
 
     cOutput& out;
     bool bColours;
