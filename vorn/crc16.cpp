@@ -18,6 +18,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 namespace vorn
 {
@@ -54,14 +55,20 @@ inline unsigned Shift(unsigned crc, unsigned char b)
     return (crc >> 8) ^ kTables[0][(crc ^ b) & 0xFFU];
 }
 
+// The changes for the bytes of a step behind the first two: they do not wait for the register.
+template <std::size_t... I>
+unsigned Changes(const unsigned char* p, std::index_sequence<I...>)
+{
+    return (unsigned{kTables[kStep - 3 - I][p[I + 2]]} ^ ...);
+}
+
 unsigned ByTables(const unsigned char* p, std::size_t left, unsigned reg)
 {
     for (; left >= kStep; left -= kStep, p += kStep) {
-        unsigned next = kTables[kStep - 1][(reg ^ p[0]) & 0xFFU] ^
-                        kTables[kStep - 2][((reg >> 8) ^ p[1]) & 0xFFU];
-        for (std::size_t i = 2; i < kStep; ++i)
-            next ^= kTables[kStep - 1 - i][p[i]];
-        reg = next;
+        const unsigned rest = Changes(p, std::make_index_sequence<kStep - 2>());
+        reg = (kTables[kStep - 1][(reg ^ p[0]) & 0xFFU] ^
+               kTables[kStep - 2][((reg >> 8) ^ p[1]) & 0xFFU]) ^
+              rest;
     }
     for (; left > 0; --left)
         reg = Shift(reg, *p++);
@@ -78,6 +85,21 @@ std::uint64_t Word(const unsigned char* p)
     return word;
 }
 
+template <std::size_t I>
+inline void FoldWord(const unsigned char* p, std::uint64_t* next)
+{
+    const std::uint64_t word = Word(p + I * sizeof word) ^ next[I];
+    next[I] = word;
+    next[(I + 4) % kWindow] ^= word;
+    next[(I + 11) % kWindow] ^= word;
+}
+
+template <std::size_t... I>
+void FoldGroup(const unsigned char* p, std::uint64_t* next, std::index_sequence<I...>)
+{
+    (FoldWord<I>(p, next), ...);
+}
+
 // Folds the register and the words of data, in groups of sixteen, into the last group: what stands
 // in window then has the CRC of all bytes up to there. Returns how many those are. REQUIRES: left
 // is at least twice the size of window.
@@ -89,14 +111,8 @@ std::size_t Fold(const unsigned char* data, std::size_t left, unsigned reg, unsi
     next[0] = Word(start);
     const unsigned char* p = data;
     const std::size_t group = sizeof next;
-    for (; left >= 2 * group; left -= group, p += group) {
-        for (std::size_t i = 0; i < kWindow; ++i) {
-            const std::uint64_t word = Word(p + i * sizeof word) ^ next[i];
-            next[i] = word;
-            next[(i + 4) % kWindow] ^= word;
-            next[(i + 11) % kWindow] ^= word;
-        }
-    }
+    for (; left >= 2 * group; left -= group, p += group)
+        FoldGroup(p, next, std::make_index_sequence<kWindow>());
     for (std::size_t i = 0; i < kWindow; ++i) {
         const std::uint64_t word = Word(p + i * sizeof word) ^ next[i];
         std::memcpy(window + i * sizeof word, &word, sizeof word);

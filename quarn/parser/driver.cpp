@@ -47,19 +47,20 @@ void cSMLP::TimeoutEvent() noexcept
 int cSMLP::SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& count) noexcept
 {
     try {
-        vorn::cRecordPar flags;
-        if (!FindField(in, label::SmltFlags, KIND_UINT, flags)) {
+        RecordReader fields(in);
+        const vorn::cRecordPar* par = fields.Find(label::SmltFlags);
+        if (par == nullptr || !IsOfKind(*par, KIND_UINT)) {
             Say(kError, "SMLT-Flags missing, smlp[%d]");
             return SMLP_BAD_PARAMETER;
         }
-        vorn::cRecordPar data; // keeps the bytes alive during the call
-        if (!FindField(in, label::SmlRawData, KIND_DATA, data)) {
+        uiSmltFlags = par->GetUInt();
+        par = fields.Find(label::SmlRawData);
+        if (par == nullptr || !IsOfKind(*par, KIND_DATA)) {
             Say(kError, "SML-RawData missing, smlp[%d]");
             return SMLP_BAD_PARAMETER;
         }
-        uiSmltFlags = flags.GetUInt();
-        pucInData = reinterpret_cast<const unsigned char*>(data.GetData());
-        pucInEnd = pucInData + data.GetSize();
+        pucInData = reinterpret_cast<const unsigned char*>(par->GetData());
+        pucInEnd = pucInData + par->GetSize();
         pucRun = pucInData;
         const int result = Drive(out, count);
         KeepRun(); // what belongs to an unfinished message

@@ -196,21 +196,31 @@ inline int cSMLP::TakeStructure(const Field& field, Whole& in)
     return rc;
 }
 
-// The elements of a list, one structure after the other.
+// The elements of a list, one structure after the other. RC_ENTERED: in one that is not plain.
 template <const auto& Fields>
 int cSMLP::TakeElements(Frame& frame)
 {
     using namespace quarn::detail;
-    Whole in{pucInData, pucInData + std::min(InputLeft(), StoreFree())};
-    if (frame.uiIndex > frame.uiCount)
-        return RC_DONE;
-    if (!in.Holds(Whole::kLongestInteger))
-        return RC_LEFT;
-    const int rc = TakeStructure(Fields[0], in);
-    pucInData = in.p;
-    if (rc == RC_DONE)
-        ++frame.uiIndex;
-    return rc;
+    const Layout& element = *Fields[0].pLayout;
+    while (frame.uiIndex <= frame.uiCount) {
+        Whole in{pucInData, pucInData + std::min(InputLeft(), StoreFree())};
+        if (!in.Holds(Whole::kLongestInteger))
+            return RC_LEFT;
+        int rc = TakeStructure(Fields[0], in);
+        pucInData = in.p;
+        if (rc == RC_ENTERED) {
+            rc = (this->*element.pfnTake)(aFrames[uiDepth]);
+            if (rc == RC_LEFT)
+                return RC_ENTERED;
+            if (rc == RC_DONE)
+                rc = Leave();
+        } else if (rc == RC_DONE) {
+            ++frame.uiIndex;
+        }
+        if (rc != RC_DONE)
+            return rc;
+    }
+    return RC_DONE;
 }
 
 #endif
