@@ -211,9 +211,9 @@ std::string CheckHex(const std::string& text)
 // An explanation shows everything: what selects and shapes readings is no part of it.
 void AddExplainOptions(CLI::App& decode, DecodeOptions& options)
 {
-    CLI::Option* const explain = decode.add_flag(
-        "--explain", options.bExplain,
-        "Print what every byte of the input is, and where and why it is damaged");
+    CLI::Option* const explain =
+        decode.add_flag("--explain", options.bExplain,
+                        "Print what every byte of the input is, and where and why it is damaged");
     CLI::Option* const html =
         decode
             .add_option("--html", options.page,
