@@ -83,7 +83,8 @@ private:
         cRecord inner;
         AppendCopy(inner, par, par.GetName());
         for (unsigned levels = choices.Below(160); levels > 0; --levels) {
-            cRecord list, tree;
+            cRecord list;
+            cRecord tree;
             list.AppendRecordPar("parTree", inner, 0);
             tree.AppendUInt64Par("parName", levels, 0);
             tree.AppendRecordPar("child_List", list, 0);

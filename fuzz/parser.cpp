@@ -97,7 +97,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Feed(whole, bytes, nullptr);
     // Beside what the messages hold, room is made for what an unfinished one has announced, up to a
     // limit for each of its lists.
-    const long most = 250 * static_cast<long>(bytes.size()) + 1024 * 1024;
+    const long most = 250 * static_cast<long>(bytes.size()) + 1024L * 1024;
     Require(test::lBytesInUse - before <= most, "memory is in proportion to the input",
             std::to_string(test::lBytesInUse - before) + " bytes");
 

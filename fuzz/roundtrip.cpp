@@ -11,7 +11,8 @@ using namespace test;
 // Room for the longest message and what its framing adds.
 vorn::cRecord Framed(cSMLTenc& encoder, const Sent& sent)
 {
-    cRecord ifRec, record;
+    cRecord ifRec;
+    cRecord record;
     AppendBytes(ifRec, "RawData", sent.Bytes());
     record.AppendUIntPar("SmltFlags", sent.result.GetFirstPar("SmltFlags", 0, 0).GetUInt(), 0);
     record.AppendRecordPar("IfRec", ifRec, 0);
@@ -28,7 +29,9 @@ std::map<unsigned, cRecord> Carried(const std::string& stream, Choices& choices)
     for (std::size_t from = 0; from < stream.size();) {
         const std::string piece =
             stream.substr(from, 1 + choices.Below(choices.Chance(50) ? 12000 : 100));
-        cRecord ifRec, record, out;
+        cRecord ifRec;
+        cRecord record;
+        cRecord out;
         AppendBytes(ifRec, "RawData", piece);
         record.AppendRecordPar("IfRec", ifRec, 0);
         vorn::cMsg msg(record);

@@ -68,10 +68,11 @@ std::vector<std::string> OtherFiles()
     };
 }
 
-std::string Framed(std::string payload)
+std::string Framed(const std::string& payload)
 {
     cSMLTenc encoder(SMLT_MODE_TP);
-    cRecord ifRec, record;
+    cRecord ifRec;
+    cRecord record;
     AppendBytes(ifRec, "RawData", payload);
     record.AppendUIntPar("SmltFlags", BUF_FLAG_SML | BUF_FLAG_FIRST | BUF_FLAG_LAST, 0);
     record.AppendRecordPar("IfRec", ifRec, 0);
@@ -106,7 +107,9 @@ int main(int argc, char** argv)
         damage.Write(file.substr(0, choices.Below(static_cast<unsigned>(file.size()))) + ending);
         const std::string frame = Framed(file.substr(0, 1000));
         transport.Write(frame + ending);
-        transport.Write(frame.substr(choices.Below(40)) + frame.substr(0, 30) + frame + ending);
+        std::string damaged = frame.substr(choices.Below(40));
+        damaged.append(frame, 0, 30).append(frame).append(ending);
+        transport.Write(damaged);
     }
     for (const char* const target : {"encoder", "roundtrip", "record"}) {
         Folder folder(argv[1], target);

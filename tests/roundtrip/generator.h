@@ -262,13 +262,18 @@ struct Kind {
 // clang-format off
 inline const std::vector<Kind>& Kinds()
 {
-    static const Rule kServer{"serverId", Octets, 32, true}, kAnyServer{"serverId", Octets, 32};
-    static const Rule kClient{"clientId", Octets, 32, true}, kAnyClient{"clientId", Octets, 32};
-    static const Rule kUser{"username", Octets, 64}, kPassword{"password", Octets, 64};
-    static const Rule kFile{"reqFileId", Octets, 64, true}, kCodepage{"codepage", Codepage};
+    static const Rule kServer{"serverId", Octets, 32, true};
+    static const Rule kAnyServer{"serverId", Octets, 32};
+    static const Rule kClient{"clientId", Octets, 32, true};
+    static const Rule kAnyClient{"clientId", Octets, 32};
+    static const Rule kUser{"username", Octets, 64};
+    static const Rule kPassword{"password", Octets, 64};
+    static const Rule kFile{"reqFileId", Octets, 64, true};
+    static const Rule kCodepage{"codepage", Codepage};
     static const Rule kPath{"parTreePath", Names, 0, false, "path_Entry"};
     static const Rule kObjects{"object_List", Names, 0, false, "object_List_Entry"};
-    static const Rule kTree{"parTree", Tree, 0, true}, kAnyTree{"parTree", Tree};
+    static const Rule kTree{"parTree", Tree, 0, true};
+    static const Rule kAnyTree{"parTree", Tree};
     static const Rule kPeriods{"period_List", Entries<kPeriodEntry>, 0, true, "SmlPeriodEntry"};
     static const Rule kEntries{"valList", Entries<kListEntry>, 0, true, "valListEntry"};
     static const std::vector<Rule> kProfile = {
@@ -400,7 +405,8 @@ inline void AppendCopy(cRecord& out, const vorn::cRecordPar& par, const char* la
 inline void AppendReceived(cRecord& out, const vorn::cRecordPar& par, const char* label)
 {
     const bool value = std::string_view(par.GetName()) == "value";
-    cRecord nested, received;
+    cRecord nested;
+    cRecord received;
     if (par.GetRecord(nested)) {
         for (const vorn::cRecordPar& inner : nested)
             AppendReceived(received, inner, inner.GetName());
@@ -440,7 +446,8 @@ inline cRecord Received(const Sent& sent)
 // Empty when the parser's record tells the message as it was sent, else both.
 inline std::string Difference(const Sent& sent, const cRecord& record)
 {
-    cRecord header = sent.header, got;
+    cRecord header = sent.header;
+    cRecord got;
     header.AppendUIntPar("smlMsgIdentifier", sent.kind->identifier, 0);
     const cRecord gotHeader = Nested(record, "SmlMsgHeader");
     for (const vorn::cRecordPar& par : header)
