@@ -5,6 +5,7 @@
 #include "tools/output/json.h"
 #include "tools/reading/kind.h"
 #include "tools/reading/status.h"
+#include "tools/road/counts.h"
 #include "tools/road/teller.h"
 
 #include <map>
@@ -21,30 +22,10 @@ namespace
 // How many different servers are remembered: noise must not fill the memory.
 constexpr std::size_t kMaxServers = 10000;
 
-struct Summary {
-    std::uint64_t ullBytes = 0;
-    std::uint64_t ullOutside = 0;                  // of frames
-    std::uint64_t ullGood = 0;                     // frames
-    std::uint64_t ullDamaged = 0;                  // frames whose checksum is wrong
-    std::uint64_t ullBroken = 0;                   // frames that a new one begins inside
-    std::uint64_t ullCut = 0;                      // frames that the end of an input cuts off
+struct Summary : StreamCounts {
     std::map<std::string, std::uint64_t> messages; // good ones, by kind
     std::map<int, std::uint64_t> errors;           // messages by status
     std::set<std::string> servers;                 // ids in good messages
-};
-
-// The numbers that stand alone, as both forms of the summary name them.
-constexpr struct {
-    const char* pcKey;
-    const char* pcText;
-    std::uint64_t Summary::*pullCount;
-} kCounts[] = {
-    {"bytes", "bytes", &Summary::ullBytes},
-    {"bytesOutside", "bytes outside frames", &Summary::ullOutside},
-    {"framesGood", "frames, good", &Summary::ullGood},
-    {"framesDamaged", "frames, damaged", &Summary::ullDamaged},
-    {"framesBroken", "frames, broken off", &Summary::ullBroken},
-    {"framesCut", "frames, cut off by the end", &Summary::ullCut},
 };
 
 class cChecker : public cConsumer, public cTeller
@@ -105,24 +86,13 @@ private:
         sum.ullOutside += count;
     }
 
-    void Row(const std::string& name, std::uint64_t count)
-    {
-        out.Append(name);
-        out.Pad(name.size() < 48 ? 48 - name.size() : 1);
-        const std::string digits = std::to_string(count);
-        out.Pad(digits.size() < 12 ? 12 - digits.size() : 0);
-        out.Append(digits);
-        out.Put('\n');
-    }
-
     void WriteText()
     {
-        for (const auto& row : kCounts)
-            Row(row.pcText, sum.*row.pullCount);
+        WriteCounts(out, sum);
         for (const auto& [name, count] : sum.messages)
-            Row("messages, " + name, count);
+            WriteCount(out, "messages, " + name, count);
         for (const auto& [error, count] : sum.errors)
-            Row("status " + std::to_string(error) + ", " + StatusMeaning(error), count);
+            WriteCount(out, "status " + std::to_string(error) + ", " + StatusMeaning(error), count);
         for (const std::string& server : sum.servers) {
             out.Append("server ");
             out.AppendHex(server);
@@ -134,7 +104,7 @@ private:
     {
         cJson json(out);
         json.StartObject();
-        for (const auto& row : kCounts) {
+        for (const auto& row : kStreamCounts) {
             json.Key(row.pcKey);
             json.Uint(sum.*row.pullCount);
         }

@@ -15,6 +15,7 @@ void AddEncode(CLI::App& app, int& status);
 void AddFrame(CLI::App& app, int& status);
 void AddUnframe(CLI::App& app, int& status);
 void AddCheck(CLI::App& app, int& status);
+void AddSimulate(CLI::App& app, int& status);
 
 // Options that several subcommands have: --trace UNIT=LEVEL, and --input for those that take
 // framed, raw and hex input.

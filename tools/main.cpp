@@ -25,8 +25,8 @@ int main(int argc, char** argv)
                    "\nRun with --help for more information.\n";
         });
         tool::AddTraceOption(app);
-        for (const auto add :
-             {tool::AddDecode, tool::AddEncode, tool::AddFrame, tool::AddUnframe, tool::AddCheck})
+        for (const auto add : {tool::AddDecode, tool::AddEncode, tool::AddFrame, tool::AddUnframe,
+                               tool::AddCheck, tool::AddSimulate})
             add(app, status);
         try {
             app.parse(argc, argv);
