@@ -36,12 +36,17 @@ public:
     {
     }
 
-    void Begin() override { pIntake = std::make_unique<cIntake>(eKind, *this, report); }
+    void Begin(bool live) override
+    {
+        pIntake = std::make_unique<cIntake>(eKind, live, *this, report);
+    }
     void Feed(const unsigned char* data, std::size_t size) override
     {
         sum.ullBytes += size;
         pIntake->Feed(data, size);
     }
+    void Timeout() override { pIntake->Timeout(); }
+    void Restart() override { pIntake->Restart(); }
     void End() override { pIntake->End(); }
     void Finish() override
     {
@@ -149,14 +154,13 @@ private:
 void AddCheck(CLI::App& app, int& status)
 {
     struct Options {
-        std::vector<std::string> inputs = {"-"};
+        InputOptions inputs;
         eINPUT eKind = INPUT_AUTO;
         bool bJson = false;
     };
     const auto options = std::make_shared<Options>();
     CLI::App* check = app.add_subcommand("check", "Count what inputs hold and what is wrong there");
-    check->add_option("INPUT", options->inputs,
-                      "Files to read, counted together; - is standard input (the default)");
+    AddInputs(*check, options->inputs, "Inputs to read, counted together");
     AddInputOption(*check, options->eKind);
     check->add_flag("--json", options->bJson, "Print the summary as one JSON object");
     check->footer("Example:\n"

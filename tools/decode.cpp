@@ -31,7 +31,7 @@ constexpr std::size_t kMaxHeld = std::size_t{16} * 1024 * 1024;
 using ull = unsigned long long;
 
 struct DecodeOptions {
-    std::vector<std::string> inputs;
+    InputOptions inputs;
     eINPUT eInput = INPUT_AUTO;
     std::string format;
     std::vector<std::string> obis;
@@ -64,8 +64,13 @@ public:
     {
     }
 
-    void Begin() override { pIntake = std::make_unique<cIntake>(eKind, *this, report); }
+    void Begin(bool live) override
+    {
+        pIntake = std::make_unique<cIntake>(eKind, live, *this, report);
+    }
     void Feed(const unsigned char* data, std::size_t size) override { pIntake->Feed(data, size); }
+    void Timeout() override { pIntake->Timeout(); }
+    void Restart() override { pIntake->Restart(); }
     void End() override { pIntake->End(); }
 
 private:
@@ -208,11 +213,9 @@ std::string CheckHex(const std::string& text)
 void AddDecode(CLI::App& app, int& status)
 {
     const auto options = std::make_shared<DecodeOptions>();
-    options->inputs = {"-"};
     options->format = ::isatty(STDOUT_FILENO) != 0 ? "text" : "readings";
     CLI::App* decode = app.add_subcommand("decode", "Print what meters say: readings or records");
-    decode->add_option("INPUT", options->inputs,
-                       "Files to read, one after the other; - is standard input (the default)");
+    AddInputs(*decode, options->inputs, "Inputs to read, one after the other");
     AddInputOption(*decode, options->eInput);
     std::vector<std::string> names;
     for (const FormatName& row : kFormats)

@@ -78,14 +78,11 @@ public:
             bytes.remove_prefix(static_cast<std::size_t>(count));
         }
     }
-    // Waits at most ten seconds for text on its standard output.
-    bool Says(std::string_view text)
-    {
-        for (int i = 0; i < 100 && out.find(text) == std::string::npos; ++i)
-            Listen(100);
-        return out.find(text) != std::string::npos;
-    }
+    // Waits at most ten seconds for text on its standard output, or on its standard error.
+    bool Says(std::string_view text) { return Waits(out, text); }
+    bool Tells(std::string_view text) { return Waits(err, text); }
     void Interrupt() const { ::kill(pid, SIGINT); }
+    void Kill() const { ::kill(pid, SIGKILL); }
 
     // Ends its input, waits for its end and returns its exit status (128 and more: a signal).
     int Finish()
@@ -112,6 +109,12 @@ public:
     std::string err;
 
 private:
+    bool Waits(const std::string& said, std::string_view text)
+    {
+        for (int i = 0; i < 100 && said.find(text) == std::string::npos; ++i)
+            Listen(100);
+        return said.find(text) != std::string::npos;
+    }
     // Takes what has been said; false when both of its outputs are closed.
     bool Listen(int timeout)
     {

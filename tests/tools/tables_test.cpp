@@ -2,6 +2,7 @@
 #include "tests/support/hex.h"
 #include "tools/input/format.h"
 #include "tools/input/hex_reader.h"
+#include "tools/input/serial_settings.h"
 #include "tools/reading/decimal.h"
 #include "tools/reading/obis.h"
 #include "tools/reading/status.h"
@@ -135,6 +136,42 @@ TEST(Tables, HexTextInAnyPieces)
             EXPECT_EQ(test::ToHex(bytes), row.pcBytes) << row.pcText;
             EXPECT_EQ(reader.Position(), row.ullPosition) << row.pcText;
             EXPECT_EQ(reader.HasHalfByte(), row.bHalf) << row.pcText;
+        }
+    }
+}
+
+TEST(Tables, SerialSettings)
+{
+    const struct {
+        const char* pcText;
+        bool bGood;
+        tool::SerialSettings settings;
+    } rows[] = {
+        {"9600,8N1", true, {9600, 8, 'N', 2}},
+        {"300,7e1.5", true, {300, 7, 'E', 3}},
+        {"115200,5O2", true, {115200, 5, 'O', 4}},
+        {"", false, {}},
+        {"9600", false, {}},
+        {"9600,", false, {}},
+        {"9600,8N", false, {}},
+        {"9600;8N1", false, {}},
+        {"0,8N1", false, {}},
+        {"-1,8N1", false, {}},
+        {"9600,9N1", false, {}},
+        {"9600,4N1", false, {}},
+        {"9600,8X1", false, {}},
+        {"9600,8N3", false, {}},
+        {"9600,8N11", false, {}},
+        {"99999999999,8N1", false, {}},
+    };
+    for (const auto& row : rows) {
+        tool::SerialSettings settings;
+        EXPECT_EQ(tool::ParseSerialSettings(row.pcText, settings), row.bGood) << row.pcText;
+        if (row.bGood) {
+            EXPECT_EQ(settings.uiBaud, row.settings.uiBaud) << row.pcText;
+            EXPECT_EQ(settings.uiBits, row.settings.uiBits) << row.pcText;
+            EXPECT_EQ(settings.cParity, row.settings.cParity) << row.pcText;
+            EXPECT_EQ(settings.uiHalfStopBits, row.settings.uiHalfStopBits) << row.pcText;
         }
     }
 }

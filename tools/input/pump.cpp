@@ -2,11 +2,13 @@
 #include "tools/input/pump.h"
 
 #include "tools/input/interrupt.h"
-#include "tools/input/source.h"
 
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace tool
 {
@@ -15,19 +17,31 @@ namespace
 
 constexpr std::size_t kBlockSize = std::size_t{128} * 1024;
 
-void PumpInput(cSource& source, cConsumer& consumer, cOutput& out, cReport& report)
+constexpr long kLiveTimeout = 500; // milliseconds, where the user gives no other
+
+void PumpInput(cSource& source, const InputOptions& options, cConsumer& consumer, cOutput& out,
+               cReport& report)
 {
+    const long timeout = options.timeout.value_or(source.IsLive() ? kLiveTimeout : 0);
+    bool running = false; // the timer, since the last byte
     std::vector<unsigned char> block(kBlockSize);
     long count = 0;
-    consumer.Begin();
+    consumer.Begin(source.IsLive());
     do {
-        if (!source.Ready())
+        if (!source.Ready()) {
+            consumer.Idle();
             out.Drain();
-        count = source.Read(block.data(), block.size());
+        }
+        count = source.Read(block.data(), block.size(), running ? timeout : -1);
         if (count > 0)
             consumer.Feed(block.data(), static_cast<std::size_t>(count));
+        else if (count == cSource::TIMEOUT)
+            consumer.Timeout();
+        else if (count == cSource::RESTARTED)
+            consumer.Restart();
+        running = count > 0 && timeout > 0;
         out.DrainIfLarge();
-    } while (count > 0 && out.Error() == 0);
+    } while (count != cSource::END && count != cSource::FAILED && out.Error() == 0);
     if (count == cSource::FAILED)
         report.Say(EXIT_FAILED, "cannot be read: %s", source.Error().c_str());
     consumer.End();
@@ -36,21 +50,20 @@ void PumpInput(cSource& source, cConsumer& consumer, cOutput& out, cReport& repo
 
 } // namespace
 
-int PumpInputs(const std::vector<std::string>& inputs, cConsumer& consumer, cOutput& out,
-               cReport& report)
+int PumpInputs(const InputOptions& inputs, cConsumer& consumer, cOutput& out, cReport& report)
 {
     CatchInterrupts();
     std::signal(SIGPIPE, SIG_IGN); // a write that fails tells it as well
-    for (const std::string& input : inputs) {
+    for (const std::string& input : inputs.names) {
         if (Interrupted() || out.Error() != 0)
             break;
         std::string error;
-        const std::unique_ptr<cSource> source = OpenSource(input, error);
+        const std::unique_ptr<cSource> source = OpenSource(input, inputs, report, error);
         report.SetSubject(source != nullptr ? source->Name() : input);
-        if (source == nullptr)
+        if (source != nullptr)
+            PumpInput(*source, inputs, consumer, out, report);
+        else if (!Interrupted())
             report.Say(EXIT_FAILED, "cannot be opened: %s", error.c_str());
-        else
-            PumpInput(*source, consumer, out, report);
     }
     consumer.Finish();
     out.Drain();

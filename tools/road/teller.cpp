@@ -48,6 +48,14 @@ void cTeller::OnFrameLost(const Frame& frame, eLOSS loss)
                    ull{frame.ullNumber});
 }
 
+void cTeller::OnTimeout(const Frame& frame)
+{
+    report.Say(EXIT_GOOD,
+               "frame %llu: the line has fallen silent inside it; a message that is unfinished is "
+               "given up",
+               ull{frame.ullNumber});
+}
+
 void cTeller::OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap)
 {
     static constexpr const char* kWhere[] = {"before the first frame", "between frames",
