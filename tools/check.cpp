@@ -26,6 +26,7 @@ struct Summary : StreamCounts {
     std::map<std::string, std::uint64_t> messages; // good ones, by kind
     std::map<int, std::uint64_t> errors;           // messages by status
     std::set<std::string> servers;                 // ids in good messages
+    bool bMoreServers = false;                     // than can be remembered
 };
 
 class cChecker : public cConsumer, public cTeller
@@ -67,8 +68,8 @@ private:
         }
         const MessageKind* kind = FindKind(info.uiIdentifier);
         ++sum.messages[kind != nullptr ? kind->pcName : "unknown"];
-        if (!info.server.empty() && sum.servers.size() < kMaxServers)
-            sum.servers.emplace(info.server);
+        if (!info.server.empty())
+            Remember(info.server);
     }
     void OnRefused(const Frame& frame, int result) override
     {
@@ -91,6 +92,14 @@ private:
         sum.ullOutside += count;
     }
 
+    void Remember(std::string_view server)
+    {
+        if (sum.servers.size() < kMaxServers)
+            sum.servers.emplace(server);
+        else
+            sum.bMoreServers = sum.bMoreServers || sum.servers.count(std::string(server)) == 0;
+    }
+
     void WriteText()
     {
         WriteCounts(out, sum);
@@ -103,6 +112,8 @@ private:
             out.AppendHex(server);
             out.Put('\n');
         }
+        if (sum.bMoreServers)
+            out.Append("and more servers, which are not listed\n");
     }
 
     void WriteJson()
@@ -138,6 +149,10 @@ private:
         for (const std::string& server : sum.servers)
             json.Hex(server);
         json.EndArray();
+        if (sum.bMoreServers) {
+            json.Key("moreServers");
+            json.Bool(true);
+        }
         json.EndObject();
         json.EndLine();
     }
@@ -163,7 +178,9 @@ void AddCheck(CLI::App& app, int& status)
     AddInputs(*check, options->inputs, "Inputs to read, counted together");
     AddInputOption(*check, options->eKind);
     check->add_flag("--json", options->bJson, "Print the summary as one JSON object");
-    check->footer("Example:\n"
+    check->footer("Of the servers, the first 10000 are listed, and that there are more.\n"
+                  "\n"
+                  "Example:\n"
                   "  quarn check --json examples/household.bin");
     check->callback([options, &status] {
         cOutput out(STDOUT_FILENO);

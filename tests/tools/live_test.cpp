@@ -2,6 +2,7 @@
 // stand in), growing files, silence, and Ctrl-C in every state.
 #include "tests/support/captures.h"
 #include "tests/tools/program.h"
+#include "tools/simulation/meter.h"
 
 #include <arpa/inet.h>
 #include <cstdlib>
@@ -280,6 +281,21 @@ TEST(Simulate, FaultsAreCountedAlike)
         const std::string told = meter.err.substr(meter.err.find("\nbytes") + 1);
         EXPECT_EQ(reader.out.substr(0, told.size()), told) << testing::PrintToString(row.args);
         EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 6);
+    }
+}
+
+// Noise must not fill the memory of check, and what it leaves out it says.
+TEST(Simulate, MoreServersThanAreListed)
+{
+    std::string frames;
+    for (std::uint64_t seed = 0; seed < 10000; ++seed)
+        tool::cMeter(seed, 1).AppendFrame(1, frames);
+    for (const bool more : {false, true}) {
+        Program reader({"check", "--json"});
+        reader.Write(frames);
+        EXPECT_EQ(reader.Finish(), 0);
+        EXPECT_EQ(reader.out.find(R"("moreServers":true)") != std::string::npos, more);
+        tool::cMeter(10000, 1).AppendFrame(1, frames);
     }
 }
 
