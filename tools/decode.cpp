@@ -11,6 +11,8 @@
 #include "tools/input/intake.h"
 #include "tools/input/pump.h"
 #include "tools/output/format.h"
+#include "tools/output/terminal.h"
+#include "tools/reading/correction.h"
 #include "tools/reading/obis.h"
 #include "tools/road/teller.h"
 
@@ -36,13 +38,16 @@ struct DecodeOptions {
     std::string format;
     std::vector<std::string> obis;
     std::string server;
+    std::vector<std::string> corrections;
     bool bKeepBad = false;
+    bool bWatch = false;
 };
 
 // What the user wants to see.
 struct Filter {
     std::vector<ObisPattern> patterns;
     std::string server; // bytes
+    std::vector<Correction> corrections;
     bool bKeepBad = false;
 
     bool WantsServer(std::string_view id) const { return server.empty() || server == id; }
@@ -71,7 +76,9 @@ public:
     void Feed(const unsigned char* data, std::size_t size) override { pIntake->Feed(data, size); }
     void Timeout() override { pIntake->Timeout(); }
     void Restart() override { pIntake->Restart(); }
+    void Idle() override { format.Idle(); }
     void End() override { pIntake->End(); }
+    void Finish() override { format.Finish(); }
 
 private:
     void OnMessage(const Frame& frame, const vorn::cRecord& record) override
@@ -91,7 +98,7 @@ private:
         TellMessage(frame, info);
         if (!filter.WantsServer(info.server) || (readings.empty() && !filter.patterns.empty()))
             return;
-        if (!frame.bRaw && !filter.bKeepBad && !out.Holds() && !bTooMuch)
+        if (!frame.bRaw && !filter.bKeepBad && !out.Holds() && !bTooMuch && !format.KeepsBack())
             out.Hold();
         uiHeld += readings.size();
         if (!bTooMuch)
@@ -133,6 +140,8 @@ private:
                                               return !filter.WantsCode(reading.ullObis);
                                           }),
                            readings.end());
+        if (!filter.corrections.empty())
+            Correct(filter.corrections, info.server, readings);
     }
 
     // Decides about what has been held back of a frame that is over.
@@ -145,6 +154,7 @@ private:
             out.Release();
         else if (out.Holds())
             out.Discard();
+        format.Settled(good);
         bTooMuch = false;
         uiHeld = 0;
     }
@@ -161,7 +171,7 @@ private:
 
 struct FormatName {
     const char* pcName;
-    std::unique_ptr<cFormat> (*Make)(cOutput&);
+    std::unique_ptr<cFormat> (*Make)(cOutput&, const FormatOptions&);
 };
 
 constexpr FormatName kFormats[] = {{"text", MakeTextFormat},
@@ -176,6 +186,8 @@ Filter MakeFilter(const DecodeOptions& options)
     for (const std::string& text : options.obis)
         ParseObisPattern(text, filter.patterns.emplace_back());
     cHexReader().Read(options.server, filter.server);
+    for (const std::string& text : options.corrections)
+        ParseCorrection(text, filter.corrections.emplace_back());
     return filter;
 }
 
@@ -186,8 +198,11 @@ int RunDecode(const DecodeOptions& options)
     const auto* name =
         std::find_if(std::begin(kFormats), std::end(kFormats),
                      [&](const FormatName& row) { return options.format == row.pcName; });
-    const std::unique_ptr<cFormat> format = name->Make(out);
     const Filter filter = MakeFilter(options);
+    const FormatOptions look{WantsColour(STDOUT_FILENO), !filter.corrections.empty(),
+                             IsScreen(STDOUT_FILENO)};
+    const std::unique_ptr<cFormat> format =
+        options.bWatch ? MakeWatchFormat(out, look) : name->Make(out, look);
     cDecoder decoder(options.eInput, filter, *format, out, report);
     format->Start();
     return PumpInputs(options.inputs, decoder, out, report);
@@ -208,6 +223,14 @@ std::string CheckHex(const std::string& text)
                : "'" + text + "' is no hex text like 0a01";
 }
 
+std::string CheckCorrection(const std::string& text)
+{
+    Correction correction;
+    return ParseCorrection(text, correction)
+               ? ""
+               : "'" + text + "' is not like 1-0:16.7.0=unsigned, 0a01/*=sign8";
+}
+
 } // namespace
 
 void AddDecode(CLI::App& app, int& status)
@@ -220,12 +243,14 @@ void AddDecode(CLI::App& app, int& status)
     std::vector<std::string> names;
     for (const FormatName& row : kFormats)
         names.emplace_back(row.pcName);
-    decode
-        ->add_option("--format", options->format,
-                     "text for people (the default on a terminal); readings, one JSON object per\n"
-                     "line (the default otherwise); csv; records, every message complete as JSON")
-        ->check(CLI::IsMember(names).description(""))
-        ->type_name("text|readings|csv|records");
+    CLI::Option* format =
+        decode
+            ->add_option(
+                "--format", options->format,
+                "text for people (the default on a terminal); readings, one JSON object per\n"
+                "line (the default otherwise); csv; records, every message complete as JSON")
+            ->check(CLI::IsMember(names).description(""))
+            ->type_name("text|readings|csv|records");
     decode
         ->add_option("--obis", options->obis,
                      "Only readings of these codes, such as 1-0:1.8.0 or '*:*.8.*'; what is left\n"
@@ -236,11 +261,26 @@ void AddDecode(CLI::App& app, int& status)
     decode->add_option("--server", options->server, "Only readings of this server id")
         ->check(CLI::Validator(CheckHex, ""))
         ->type_name("HEX");
+    decode
+        ->add_option(
+            "--correct", options->corrections,
+            "Correct readings that a meter encodes wrongly, which then say so beside the\n"
+            "raw number: unsigned, where large numbers arrive negative (-536 of two bytes\n"
+            "is 65000); sign8, where small negative ones lack their sign (251 is -5)")
+        ->check(CLI::Validator(CheckCorrection, ""))
+        ->type_name("[SERVERHEX/]OBIS=unsigned|sign8")
+        ->allow_extra_args(false);
+    decode
+        ->add_flag("--watch", options->bWatch,
+                   "Show a table of the latest readings, live on a terminal, else at the end")
+        ->excludes(format);
     decode->add_flag("--keep-bad", options->bKeepBad,
                      "Print also readings of damaged frames and refused messages");
     decode->footer("Examples:\n"
                    "  quarn decode --format text examples/household.bin\n"
-                   "  quarn decode --obis 1.8.0 --obis 16.7.0 < examples/household.bin");
+                   "  quarn decode --obis 1.8.0 --obis 16.7.0 < examples/household.bin\n"
+                   "  quarn decode --correct 16.7.0=unsigned examples/household.bin\n"
+                   "  quarn simulate --count 20 --interval 0.1 | quarn decode --watch");
     decode->callback([options, &status] { status = RunDecode(*options); });
 }
 

@@ -35,7 +35,7 @@ void AddFrame(CLI::App& app, int& status)
     AddInputs(*frame, *inputs,
               "Raw SML files, of which each becomes one frame (none, when it has no bytes)");
     frame->footer("Example:\n"
-                  "  quarn frame file.sml | quarn decode");
+                  "  quarn unframe examples/household.bin | quarn frame > one.bin");
     frame->callback([inputs, &status] {
         cOutput out(STDOUT_FILENO);
         cReport report;

@@ -192,7 +192,7 @@ void AddSimulate(CLI::App& app, int& status)
                      "Examples:\n"
                      "  quarn simulate --count 1000 --faults 0.05 | quarn check\n"
                      "  quarn simulate --listen 4059 --count 3 --interval 0.2 &\n"
-                     "  quarn decode tcp:127.0.0.1:4059 --reconnect");
+                     "  sleep 1; quarn decode tcp:127.0.0.1:4059");
     simulate->callback([options, &status] { status = Simulate(*options); });
 }
 

@@ -2,6 +2,7 @@
 // stand in), growing files, silence, and Ctrl-C in every state.
 #include "tests/support/captures.h"
 #include "tests/tools/program.h"
+#include "tests/tools/terminal.h"
 #include "tools/simulation/meter.h"
 
 #include <arpa/inet.h>
@@ -12,12 +13,13 @@
 #include <netinet/in.h>
 #include <sstream>
 #include <sys/socket.h>
-#include <termios.h>
 
 namespace
 {
 
 using test::Program;
+using test::TempPath;
+using test::Terminal;
 
 constexpr std::size_t kFrame = 252; // of the example
 
@@ -25,50 +27,6 @@ std::string Frame(std::size_t index)
 {
     return test::ReadFile(QUARN_EXAMPLES "/household.bin").substr(index * kFrame, kFrame);
 }
-
-std::string TempPath(const char* name)
-{
-    const std::string path =
-        testing::TempDir() + "quarn_live_" + std::to_string(::getpid()) + '_' + name;
-    std::filesystem::remove(path);
-    return path;
-}
-
-// Both ends of a pseudo-terminal; the near one is called path.
-class Terminal
-{
-public:
-    explicit Terminal(const std::string& path) : iFd(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC))
-    {
-        EXPECT_TRUE(::grantpt(iFd) == 0 && ::unlockpt(iFd) == 0);
-        std::filesystem::remove(path);
-        std::filesystem::create_symlink(::ptsname(iFd), path);
-    }
-    ~Terminal() { ::close(iFd); }
-    Terminal(const Terminal&) = delete;
-    Terminal& operator=(const Terminal&) = delete;
-
-    void Write(const std::string& bytes) const
-    {
-        EXPECT_EQ(::write(iFd, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-    }
-    // Waits until the other side has set the line to that speed.
-    bool IsSet(speed_t speed)
-    {
-        for (int i = 0; i < 500; ++i) {
-            ::tcgetattr(iFd, &settings);
-            if (::cfgetispeed(&settings) == speed)
-                return true;
-            ::usleep(20000);
-        }
-        return false;
-    }
-
-    termios settings = {};
-
-private:
-    int iFd;
-};
 
 // The address that a simulator says it listens on.
 std::string AddressOf(Program& simulator)

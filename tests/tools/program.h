@@ -23,8 +23,9 @@ namespace test
 class Program
 {
 public:
-    // stdoutPath: where standard output goes instead of to this object.
-    explicit Program(std::vector<std::string> args, const char* stdoutPath = nullptr)
+    // stdoutPath, stderrPath: where its outputs go instead of to this object.
+    explicit Program(std::vector<std::string> args, const char* stdoutPath = nullptr,
+                     const char* stderrPath = nullptr)
     {
         std::signal(SIGPIPE, SIG_IGN);
         int in[2];
@@ -36,11 +37,18 @@ public:
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, in[0], 0);
-        posix_spawn_file_actions_adddup2(&actions, errPipe[1], 2);
-        if (stdoutPath != nullptr)
-            posix_spawn_file_actions_addopen(&actions, 1, stdoutPath, O_WRONLY, 0);
-        else
-            posix_spawn_file_actions_adddup2(&actions, outPipe[1], 1);
+        const struct {
+            int iFd;
+            int iPipe;
+            const char* pcPath;
+        } outputs[] = {{1, outPipe[1], stdoutPath}, {2, errPipe[1], stderrPath}};
+        for (const auto& output : outputs) {
+            if (output.pcPath != nullptr)
+                posix_spawn_file_actions_addopen(&actions, output.iFd, output.pcPath,
+                                                 O_WRONLY | O_NOCTTY, 0);
+            else
+                posix_spawn_file_actions_adddup2(&actions, output.iPipe, output.iFd);
+        }
         args.insert(args.begin(), QUARN_PROGRAM);
         std::vector<char*> argv;
         for (std::string& arg : args)

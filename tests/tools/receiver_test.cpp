@@ -243,7 +243,7 @@ public:
 private:
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> file;
     tool::cOutput output;
-    std::unique_ptr<tool::cFormat> format = tool::MakeRecordsFormat(output);
+    std::unique_ptr<tool::cFormat> format = tool::MakeRecordsFormat(output, {});
     std::uint64_t ullFinished = 0;
 };
 

@@ -2,12 +2,14 @@
 #include "tools/input/pump.h"
 
 #include "tools/input/interrupt.h"
+#include "tools/input/progress.h"
 
 #include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <memory>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace tool
@@ -19,6 +21,12 @@ constexpr std::size_t kBlockSize = std::size_t{128} * 1024;
 
 constexpr long kLiveTimeout = 500; // milliseconds, where the user gives no other
 
+void Feed(cConsumer& consumer, cProgress& progress, const unsigned char* data, std::size_t size)
+{
+    consumer.Feed(data, size);
+    progress.Add(size);
+}
+
 void PumpInput(cSource& source, const InputOptions& options, cConsumer& consumer, cOutput& out,
                cReport& report)
 {
@@ -26,6 +34,7 @@ void PumpInput(cSource& source, const InputOptions& options, cConsumer& consumer
     bool running = false; // the timer, since the last byte
     std::vector<unsigned char> block(kBlockSize);
     long count = 0;
+    cProgress progress(source.Size(), report);
     consumer.Begin(source.IsLive());
     do {
         if (!source.Ready()) {
@@ -34,7 +43,7 @@ void PumpInput(cSource& source, const InputOptions& options, cConsumer& consumer
         }
         count = source.Read(block.data(), block.size(), running ? timeout : -1);
         if (count > 0)
-            consumer.Feed(block.data(), static_cast<std::size_t>(count));
+            Feed(consumer, progress, block.data(), static_cast<std::size_t>(count));
         else if (count == cSource::TIMEOUT)
             consumer.Timeout();
         else if (count == cSource::RESTARTED)
@@ -60,6 +69,9 @@ int PumpInputs(const InputOptions& inputs, cConsumer& consumer, cOutput& out, cR
         std::string error;
         const std::unique_ptr<cSource> source = OpenSource(input, inputs, report, error);
         report.SetSubject(source != nullptr ? source->Name() : input);
+        if (input == "-" && ::isatty(STDIN_FILENO) != 0)
+            report.Say(EXIT_GOOD,
+                       "is a terminal; name a file or a line to read, or end with Ctrl-D");
         if (source != nullptr)
             PumpInput(*source, inputs, consumer, out, report);
         else if (!Interrupted())

@@ -101,7 +101,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<cFormat> MakeRecordsFormat(cOutput& output)
+std::unique_ptr<cFormat> MakeRecordsFormat(cOutput& output, const FormatOptions&)
 {
     return std::make_unique<cRecordsFormat>(output);
 }
