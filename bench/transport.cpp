@@ -44,12 +44,6 @@ Sample& TheSample()
     return sample;
 }
 
-void CountBytes(benchmark::State& state)
-{
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
-                            static_cast<std::int64_t>(TheSample().frames.size()));
-}
-
 void Memcpy(benchmark::State& state)
 {
     const std::string& frames = TheSample().frames;
@@ -59,9 +53,8 @@ void Memcpy(benchmark::State& state)
         benchmark::DoNotOptimize(copy.data());
         benchmark::ClobberMemory();
     }
-    CountBytes(state);
 }
-BENCHMARK(Memcpy)->Name("Transport/Memcpy");
+BENCHMARK(Memcpy)->Name("Memcpy64K");
 
 void Crc(benchmark::State& state)
 {
@@ -70,9 +63,8 @@ void Crc(benchmark::State& state)
         benchmark::DoNotOptimize(
             vorn::createCRC16(frames.data(), static_cast<int>(frames.size()), vorn::initCRC16()));
     }
-    CountBytes(state);
 }
-BENCHMARK(Crc)->Name("Transport/Crc");
+BENCHMARK(Crc)->Name("Crc64K");
 
 void Unframe(benchmark::State& state)
 {
@@ -89,9 +81,8 @@ void Unframe(benchmark::State& state)
         if (out.TestFlagsAnd(BUF_FLAG_CRC_ERROR) || in.Left() != 0)
             state.SkipWithError("not unframed");
     }
-    CountBytes(state);
 }
-BENCHMARK(Unframe)->Name("Transport/Unframe");
+BENCHMARK(Unframe);
 
 void Frame(benchmark::State& state)
 {
@@ -107,9 +98,8 @@ void Frame(benchmark::State& state)
             benchmark::DoNotOptimize(out.ReadPtr());
         }
     }
-    CountBytes(state);
 }
-BENCHMARK(Frame)->Name("Transport/Frame");
+BENCHMARK(Frame);
 
 vorn::cMsg MessageOf(const std::string& bytes)
 {
@@ -136,9 +126,8 @@ void CodecDecode(benchmark::State& state)
                 state.SkipWithError("not decoded");
         }
     }
-    CountBytes(state);
 }
-BENCHMARK(CodecDecode)->Name("Transport/CodecDecode");
+BENCHMARK(CodecDecode);
 
 void CodecEncode(benchmark::State& state)
 {
@@ -153,8 +142,7 @@ void CodecEncode(benchmark::State& state)
                 state.SkipWithError("not encoded");
         }
     }
-    CountBytes(state);
 }
-BENCHMARK(CodecEncode)->Name("Transport/CodecEncode");
+BENCHMARK(CodecEncode);
 
 } // namespace

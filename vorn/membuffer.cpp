@@ -1,19 +1,15 @@
-// The shared blocks of cMemBuffer: a reference count and the bytes behind it, in one allocation.
+// The blocks that several cMemBuffers share.
 #include "vorn/membuffer.h"
 
-#include <atomic>
-#include <new>
+#include "vorn/arena.h"
 
 namespace vorn
 {
+
+using detail::Block;
+
 namespace
 {
-
-struct Block {
-    std::atomic<std::uint32_t> uiRefs;
-
-    char* Bytes() noexcept { return reinterpret_cast<char*>(this + 1); }
-};
 
 Block* BlockOf(const char* store) noexcept
 {
@@ -26,23 +22,15 @@ Block* BlockOf(const char* store) noexcept
 
 void cMemBuffer::MakeShared(const void* data)
 {
-    Block* const block = new (::operator new(sizeof(Block) + uiSize)) Block{{1}};
+    Block* const block = new (::operator new(sizeof(Block) + uiSize)) Block;
     std::memcpy(block->Bytes(), data, uiSize);
     std::memcpy(acStore, &block, sizeof block);
 }
 
 const char* cMemBuffer::SharedData() const noexcept { return BlockOf(acStore)->Bytes(); }
 
-void cMemBuffer::AddRef() const noexcept
-{
-    BlockOf(acStore)->uiRefs.fetch_add(1, std::memory_order_relaxed);
-}
+void cMemBuffer::AddRef() const noexcept { BlockOf(acStore)->AddRef(); }
 
-void cMemBuffer::Release() noexcept
-{
-    Block* const block = BlockOf(acStore);
-    if (block->uiRefs.fetch_sub(1, std::memory_order_acq_rel) == 1)
-        ::operator delete(block);
-}
+void cMemBuffer::Release() noexcept { BlockOf(acStore)->DropRef(); }
 
 } // namespace vorn

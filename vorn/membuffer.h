@@ -15,10 +15,18 @@
 namespace vorn
 {
 
+namespace detail
+{
+struct Block; // arena.h
+}
+
 class VORN_API cMemBuffer final
 {
 public:
     static constexpr std::size_t kInPlace = 20;
+
+    struct Uncounted {
+    };
 
     cMemBuffer() noexcept = default;
     // Copies size bytes; above 20 bytes this may throw std::bad_alloc. REQUIRES: size fits 32 bits.
@@ -34,6 +42,17 @@ public:
         std::memcpy(acStore, other.acStore, kInPlace);
         if (IsShared())
             AddRef();
+    }
+    // The bytes of a block in an arena, and a copy within it: without counting a reference.
+    // REQUIRES: they are never destroyed.
+    cMemBuffer(detail::Block* block, std::size_t size) noexcept
+        : uiSize(static_cast<std::uint32_t>(size))
+    {
+        std::memcpy(acStore, &block, sizeof block);
+    }
+    cMemBuffer(const cMemBuffer& other, Uncounted) noexcept : uiSize(other.uiSize)
+    {
+        std::memcpy(acStore, other.acStore, kInPlace);
     }
     cMemBuffer(cMemBuffer&& other) noexcept : uiSize(other.uiSize)
     {

@@ -1,12 +1,10 @@
-// The nodes behind records: one allocation each, a header and the parameters behind it. A node with
-// more than one reference is never written to.
+// Records and parameters over their nodes.
 #include "vorn/record.h"
 
+#include "vorn/node.h"
+
 #include <algorithm>
-#include <atomic>
 #include <cstring>
-#include <limits>
-#include <new>
 #include <utility>
 #include <vector>
 
@@ -18,63 +16,38 @@ static_assert(sizeof(cRecordPar) <= 64, "a parameter fits one cache line");
 namespace detail
 {
 
-struct Node {
-    std::atomic<std::uint32_t> uiRefs{1};
-    std::uint32_t uiCount = 0;
-    std::uint32_t uiCapacity;
-    Node* pNextDead = nullptr; // links the nodes that Release still has to destroy
-
-    explicit Node(std::size_t capacity) : uiCapacity(static_cast<std::uint32_t>(capacity)) {}
-
-    cRecordPar* Pars() noexcept { return std::launder(reinterpret_cast<cRecordPar*>(this + 1)); }
-    bool IsShared() const noexcept { return uiRefs.load(std::memory_order_acquire) != 1; }
-    void AddRef() noexcept { uiRefs.fetch_add(1, std::memory_order_relaxed); }
-    bool DropRef() noexcept { return uiRefs.fetch_sub(1, std::memory_order_acq_rel) == 1; }
-
-    static Node* New(std::size_t capacity)
-    {
-        if (capacity > std::numeric_limits<std::uint32_t>::max() / sizeof(cRecordPar))
-            throw std::bad_alloc();
-        return new (::operator new(sizeof(Node) + capacity * sizeof(cRecordPar))) Node(capacity);
-    }
-    static void Free(Node* node) noexcept
-    {
-        node->~Node();
-        ::operator delete(node);
-    }
-    static void Release(Node* node) noexcept;
-
-    // Destroys the parameters. Nested nodes that die with them are put before dead, not recursed
-    // into.
-    Node* Clear(Node* dead) noexcept;
-};
-
-static_assert(sizeof(Node) % alignof(cRecordPar) == 0, "parameters follow the header directly");
-
 Node* Node::Clear(Node* dead) noexcept
 {
     for (cRecordPar* par = Pars(); uiCount > 0; --uiCount, ++par) {
         if (Node* const nested = par->Nested()) {
             par->ucType = TYPE_NONE; // its reference is taken over here
-            if (nested->DropRef()) {
-                nested->pNextDead = dead;
-                dead = nested;
-            }
+            dead = Drop(nested, dead);
         }
         par->~cRecordPar();
     }
     return dead;
 }
 
+Node* Node::Drop(Node* node, Node* dead) noexcept
+{
+    if (node->IsInArena()) {
+        node->pArena->DropRef();
+        return dead;
+    }
+    if (node->uiRefs.fetch_sub(1, std::memory_order_acq_rel) != 1)
+        return dead;
+    node->pNextDead = dead;
+    return node;
+}
+
 void Node::Release(Node* node) noexcept
 {
-    if (node == nullptr || !node->DropRef())
-        return;
-    node->pNextDead = nullptr;
-    while (node != nullptr) {
-        Node* const next = node->Clear(node->pNextDead);
-        Free(node);
-        node = next;
+    Node* dead = node != nullptr ? Drop(node, nullptr) : nullptr;
+    while (dead != nullptr) {
+        Node* const next = dead->Clear(dead->pNextDead);
+        dead->~Node();
+        ::operator delete(dead);
+        dead = next;
     }
 }
 

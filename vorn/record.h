@@ -36,8 +36,10 @@ class cRecord;
 
 namespace detail
 {
-struct Node; // record.cpp
-}
+struct Node;  // node.h
+struct Block; // arena.h
+class Arena;
+} // namespace detail
 
 // What GetType(1) returns. Codes 4 and 7 are not used.
 enum eTYPE : int {
@@ -49,6 +51,33 @@ enum eTYPE : int {
     TYPE_SINT64 = 8,
     TYPE_UINT64 = 9,
     TYPE_BOOL = 10
+};
+
+// A name made ready once, for a builder that uses it again and again: a text of at most 25 bytes.
+class cParName final
+{
+public:
+    constexpr cParName() noexcept = default; // ""
+    template <std::size_t Size>
+    constexpr cParName(const char (&text)[Size]) noexcept // NOLINT: stands for its text
+    {
+        static_assert(Size <= sizeof(acName), "a name that a parameter holds in place");
+        while (text[ucSize] != '\0') {
+            acName[ucSize] = text[ucSize];
+            ++ucSize;
+        }
+    }
+    constexpr operator const char*() const noexcept
+    {
+        return acName;
+    } // NOLINT: stands for its text
+    constexpr bool IsEmpty() const noexcept { return ucSize == 0; }
+
+private:
+    friend class cRecordPar;
+
+    char acName[26]{};
+    std::uint8_t ucSize = 0;
 };
 
 // One parameter. What a lookup returns is a copy: it stays usable when its record changes or dies.
@@ -104,11 +133,42 @@ public:
 
 private:
     friend class cRecord;
+    friend class cRecordBuilder;
     friend struct detail::Node;
 
     static constexpr std::size_t kNameInPlace = 25;
 
+    struct Uncounted {
+    };
+
     cRecordPar(const char* name, std::size_t nameSize, eTYPE type, cMemBuffer value);
+    // Of a builder: a scalar or a node's address, data in place, and data in an arena.
+    cRecordPar(const cParName& name, eTYPE type, std::uint64_t bits,
+               std::uint32_t position) noexcept
+        : buf(&bits, sizeof bits), ucNameSize(name.ucSize), ucType(static_cast<std::uint8_t>(type)),
+          uiPosition(position)
+    {
+        std::memcpy(acName, name.acName, sizeof acName);
+    }
+    cRecordPar(const cParName& name, const void* data, std::size_t size,
+               std::uint32_t position) noexcept
+        : buf(data, size), ucNameSize(name.ucSize), ucType(TYPE_DATA), uiPosition(position)
+    {
+        std::memcpy(acName, name.acName, sizeof acName);
+    }
+    cRecordPar(const cParName& name, detail::Block* block, std::size_t size,
+               std::uint32_t position) noexcept
+        : buf(block, size), ucNameSize(name.ucSize), ucType(TYPE_DATA), uiPosition(position)
+    {
+        std::memcpy(acName, name.acName, sizeof acName);
+    }
+    // A copy that counts no reference, within an arena. It is never destroyed.
+    cRecordPar(const cRecordPar& other, Uncounted) noexcept
+        : cObject(other), buf(other.buf, cMemBuffer::Uncounted()), ucNameSize(other.ucNameSize),
+          ucType(other.ucType), uiPosition(other.uiPosition)
+    {
+        std::memcpy(acName, other.acName, sizeof acName);
+    }
     std::uint64_t Scalar() const noexcept;
     detail::Node* Nested() const noexcept; // null unless a record with parameters
     bool HasLongName() const noexcept { return ucNameSize > kNameInPlace; }
@@ -183,6 +243,7 @@ public:
 
 private:
     friend class cRecordPar;
+    friend class cRecordBuilder;
     friend VORN_API cRecord ChangeRecord(cRecord, class cRecordPath, cRecord, std::string, bool);
 
     bool Equals(const cRecord& other) const;

@@ -3,6 +3,7 @@
 #ifndef VORN_VORN_H
 #define VORN_VORN_H
 
+#include "vorn/builder.h"
 #include "vorn/crc16.h"
 #include "vorn/format.h"
 #include "vorn/msg.h"

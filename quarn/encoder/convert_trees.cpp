@@ -100,8 +100,8 @@ void ConvertChildren(const vorn::cRecord& tree, Sml_Tree& out, unsigned level)
     const int n = children.GetParCount(label::parTree, 0, 0);
     if (n == 0) {
         Trace(LibSmle, kError, "Rec2Tree: child_List: tree_Entry-count == 0");
-    } else if (level + 1 >= SML_ENCODE_TREE_LEVELS) {
-        Trace(LibSmle, kError, "Rec2Tree: child_List: more than %u levels", SML_ENCODE_TREE_LEVELS);
+    } else if (level + 1 >= SML_MAX_TREE_DEPTH) {
+        Trace(LibSmle, kError, "Rec2Tree: child_List: more than %u levels", SML_MAX_TREE_DEPTH);
     } else {
         auto list = MakeList(n);
         ConvertChildList(children, *list, n, level + 1);

@@ -33,7 +33,7 @@ QUARN_API int Record_GetTreePathEntryCount(vorn::cRecord& rec);
 QUARN_API int Record_2_SmlTreePath(vorn::cRecord& rec, Sml_TreePath* path);
 
 // "parName", "procParVal" and "child_List" of rec, or of the record "parTree" in it. Children are
-// followed down to SML_ENCODE_TREE_LEVELS levels, this tree included; deeper ones are left out with
+// followed down to SML_MAX_TREE_DEPTH levels, this tree included; deeper ones are left out with
 // a trace line at level 2.
 QUARN_API int Record_2_SmlTree(vorn::cRecord& rec, Sml_Tree* tree);
 // n parameters of rec from the first "parTree" on, each a tree's record, into the slots of list.

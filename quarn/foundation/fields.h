@@ -1,10 +1,14 @@
 // Reading a field of a record, the same way everywhere in the library: a parameter counts only when
 // it is found, not empty and of the expected kind; anything else is absent. No kind is converted
-// into another.
+// into another. And reading a whole record: its fields in the order in which they are written, its
+// elements one after another, without a copy of any parameter where the framework shows them in
+// place.
 #ifndef QUARN_FOUNDATION_FIELDS_H
 #define QUARN_FOUNDATION_FIELDS_H
 
 #include "quarn/foundation/framework.h"
+
+#include <cstring>
 
 namespace quarn::detail
 {
@@ -37,6 +41,76 @@ inline bool FindRecord(const vorn::cRecord& record, const char* label, vorn::cRe
 {
     vorn::cRecordPar par;
     return FindField(record, label, KIND_RECORD, par) && par.GetRecord(out);
+}
+
+template <class Par>
+bool HasName(const Par& par, const char* label)
+{
+    const char* const name = par.GetName();
+    return *name == *label && std::strcmp(name, label) == 0;
+}
+
+// Finds the fields of one record. A field that is asked for when those in front of it have been is
+// found without a search. What Find returns is valid until the next call and as long as the record
+// lives unchanged.
+template <class Record = vorn::cRecord, bool kInPlace = kShowsParameters<Record>>
+class RecordReader
+{
+public:
+    explicit RecordReader(const Record& rec) : record(rec)
+    {
+        if constexpr (kInPlace) {
+            next = rec.begin();
+            end = rec.end();
+        }
+    }
+
+    // The first parameter of that name; null when there is none. REQUIRES: no name is asked for a
+    // second time.
+    const vorn::cRecordPar* Find(const char* label)
+    {
+        if constexpr (kInPlace) {
+            for (const vorn::cRecordPar* par = next; par != end; ++par) {
+                if (HasName(*par, label)) {
+                    next += par == next ? 1 : 0; // so all before next have been asked for
+                    return par;
+                }
+            }
+            return nullptr;
+        } else {
+            held = record.GetFirstPar(label, 0, 0);
+            return held.IsValid() ? &held : nullptr;
+        }
+    }
+
+private:
+    const Record& record;
+    const vorn::cRecordPar* next = nullptr;
+    const vorn::cRecordPar* end = nullptr;
+    std::conditional_t<kInPlace, std::nullptr_t, vorn::cRecordPar> held{};
+};
+
+// Visits the first parameter of the name first and those behind it, or only those of the name next
+// if one is given, until visit returns false.
+template <class Record, typename Visit, bool kInPlace = kShowsParameters<Record>>
+void VisitElements(const Record& record, const char* first, const char* next, Visit visit,
+                   std::bool_constant<kInPlace> = {})
+{
+    if constexpr (kInPlace) {
+        const char* wanted = first;
+        for (const vorn::cRecordPar* par = record.begin(); par != record.end(); ++par) {
+            if (wanted != nullptr && !HasName(*par, wanted))
+                continue;
+            if (!visit(*par))
+                return;
+            wanted = next;
+        }
+    } else {
+        vorn::cRecordPar par = record.GetFirstPar(first, 0, 0);
+        bool more = par.IsValid();
+        while (more && visit(par))
+            more = record.SeekNextPar(par, next, 0, 0) && par.IsValid();
+    }
 }
 
 } // namespace quarn::detail

@@ -21,16 +21,13 @@ constexpr unsigned SML_MAX_SERVER_ID = 32;
 constexpr unsigned SML_MAX_OBJ_NAME = 256;
 constexpr unsigned SML_MAX_SIGNATURE = 256;
 
-// Levels of a parameter tree that the encoder follows: the child list of a node on the last of them
-// is left out. Converting, writing and deleting a tree recurses once per level, which takes up to
-// 700 bytes of stack each.
-constexpr unsigned SML_ENCODE_TREE_LEVELS = 128;
-
 // Levels of a parameter tree that the parser follows: nodes on levels 0 to 11.
 constexpr unsigned MAX_TREE_LEVEL = 12;
 
-// Levels of a parameter tree in a record. A record with more is refused as a whole, with a trace,
-// so that no record exhausts the stack.
+// Levels of a parameter tree in a record that the record classes and the encoder go along with. A
+// deeper tree gives a record class without any field; the encoder leaves out what lies deeper; both
+// trace it. Each level takes up to 700 bytes of stack, so that 48 KiB suffice whatever the input.
+// The record container itself has no limit.
 constexpr unsigned SML_MAX_TREE_DEPTH = 64;
 
 #endif

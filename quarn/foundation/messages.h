@@ -4,6 +4,7 @@
 #define QUARN_FOUNDATION_MESSAGES_H
 
 #include "quarn/foundation/labels.h"
+#include "quarn/foundation/record_builder.h"
 
 enum eSML_MSG : unsigned {
     SML_OPEN_REQ = 0x0100,
@@ -27,7 +28,7 @@ namespace quarn::detail
 
 struct MessageKind {
     unsigned uiIdentifier;
-    const char* pcBodyLabel;
+    Label bodyLabel;
 };
 
 // Both profile requests share one body layout and one label.

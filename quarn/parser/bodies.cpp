@@ -1,5 +1,5 @@
 // The message bodies, as tables, and what they check.
-#include "quarn/parser/engine.h"
+#include "quarn/parser/take.h"
 
 #include "quarn/foundation/messages.h"
 
@@ -11,12 +11,12 @@ using namespace quarn::detail;
 
 // The fields that several bodies have.
 struct cSMLP::BodyFields {
-    static constexpr Field Data(const char* label, std::uint32_t max, Refusal type, Refusal length)
+    static constexpr Field Data(Label label, std::uint32_t max, Refusal type, Refusal length)
     {
         return Field::String(max).Refused(type, length).Kept(label, KIND_DATA, Keep::IfSet);
     }
     // A string whose refusals keep the codes of strings.
-    static constexpr Field PlainData(const char* label, std::uint32_t max, Keep keep = Keep::IfSet)
+    static constexpr Field PlainData(Label label, std::uint32_t max, Keep keep = Keep::IfSet)
     {
         return Field::String(max).Kept(label, KIND_DATA, keep);
     }
@@ -54,7 +54,7 @@ struct cSMLP::BodyFields {
                      {RC_LIST_NAME_LENGTH, "listName:Len!, smlp[%d]"})
             .Kept(label::listName, KIND_UINT64, Keep::IfSet);
     }
-    static constexpr Field Time(const char* label, Keep keep)
+    static constexpr Field Time(Label label, Keep keep)
     {
         return Field::Structure(Tables::kTime).Optional().Kept(label, KIND_RECORD, keep);
     }
@@ -64,7 +64,7 @@ struct cSMLP::BodyFields {
             .Kept(label::parTreePath, KIND_RECORD, Keep::IfSet);
     }
     static constexpr Field Tree() { return Field::Structure(Tables::kTree).Then(&cSMLP::KeepTree); }
-    static constexpr Field Signature(const char* label)
+    static constexpr Field Signature(Label label)
     {
         return PlainData(label, SML_MAX_SIGNATURE).Optional();
     }
@@ -177,10 +177,12 @@ struct cSMLP::Bodies : BodyFields {
     static constexpr char kType[] = "%s:Seq-Type!, smlp[%d]";
     static constexpr char kCount[] = "%s:Seq-Cnt!, smlp[%d]";
 
-    template <std::size_t Count>
-    static constexpr Layout Body(const Field (&fields)[Count], const char* prefix)
+    template <const auto& Fields>
+    static constexpr Layout Body(const char* prefix)
     {
-        return {fields, Count, {RC_BODY_TYPE, kType}, {RC_BODY_COUNT, kCount}, {}, prefix};
+        return Layout{Fields, std::size(Fields), {RC_BODY_TYPE, kType}, {RC_BODY_COUNT, kCount}, {},
+                      prefix}
+            .TakenBy(&cSMLP::TakeFields<Fields>);
     }
 
     struct Entry {
@@ -191,20 +193,20 @@ struct cSMLP::Bodies : BodyFields {
 };
 
 const cSMLP::Bodies::Entry cSMLP::Bodies::kAll[] = {
-    {SML_GET_LIST_RES, Body(aGetListRes, "GetListResp")},
-    {SML_OPEN_REQ, Body(aOpenReq, "OpenReq")},
-    {SML_OPEN_RES, Body(aOpenRes, "OpenResp")},
-    {SML_CLOSE_REQ, Body(aClose, "CloseReq")},
-    {SML_CLOSE_RES, Body(aClose, "CloseResp")},
-    {SML_GET_PROFILE_PACK_REQ, Body(aGetProfileReq, "GetProfileReq")},
-    {SML_GET_PROFILE_PACK_RES, Body(aGetProfPackRes, "GetProfPackResp")},
-    {SML_GET_PROFILE_LIST_REQ, Body(aGetProfileReq, "GetProfileReq")},
-    {SML_GET_PROFILE_LIST_RES, Body(aGetProfListRes, "GetProfListResp")},
-    {SML_GET_PROC_PAR_REQ, Body(aGetProcParReq, "GetProcParReq")},
-    {SML_GET_PROC_PAR_RES, Body(aGetProcParRes, "GetProcParResp")},
-    {SML_SET_PROC_PAR_REQ, Body(aSetProcParReq, "SetProcParReq")},
-    {SML_GET_LIST_REQ, Body(aGetListReq, "GetListReq")},
-    {SML_ATTENTION_RES, Body(aAttentionRes, "AttentionResp")},
+    {SML_GET_LIST_RES, Body<aGetListRes>("GetListResp")},
+    {SML_OPEN_REQ, Body<aOpenReq>("OpenReq")},
+    {SML_OPEN_RES, Body<aOpenRes>("OpenResp")},
+    {SML_CLOSE_REQ, Body<aClose>("CloseReq")},
+    {SML_CLOSE_RES, Body<aClose>("CloseResp")},
+    {SML_GET_PROFILE_PACK_REQ, Body<aGetProfileReq>("GetProfileReq")},
+    {SML_GET_PROFILE_PACK_RES, Body<aGetProfPackRes>("GetProfPackResp")},
+    {SML_GET_PROFILE_LIST_REQ, Body<aGetProfileReq>("GetProfileReq")},
+    {SML_GET_PROFILE_LIST_RES, Body<aGetProfListRes>("GetProfListResp")},
+    {SML_GET_PROC_PAR_REQ, Body<aGetProcParReq>("GetProcParReq")},
+    {SML_GET_PROC_PAR_RES, Body<aGetProcParRes>("GetProcParResp")},
+    {SML_SET_PROC_PAR_REQ, Body<aSetProcParReq>("SetProcParReq")},
+    {SML_GET_LIST_REQ, Body<aGetListReq>("GetListReq")},
+    {SML_ATTENTION_RES, Body<aAttentionRes>("AttentionResp")},
 };
 
 const cSMLP::Layout* cSMLP::Tables::FindBody(std::uint32_t identifier) noexcept
@@ -283,7 +285,7 @@ int cSMLP::CompareServerId()
         Say(kAnomaly,
             "GetListResp:ServerId DIFF!, OSrvId:0x%02x, SrvId:0x%02x, Index:0x%04x, smlp[%d]", open,
             pucString[i], i);
-        Trace(LibSmlp, kAnomaly, "rec_SmlGetListRes= %s\n", recBody.ToString().c_str());
+        Trace(LibSmlp, kAnomaly, "rec_SmlGetListRes= %s\n", Body().ToString().c_str());
     }
     return RC_DONE;
 }

@@ -36,6 +36,7 @@ namespace quarn::detail
 // Codes of the parse functions. RC_DONE, RC_INPUT_EMPTY, RC_MESSAGE, RC_STORE_FULL and RC_CHUNK
 // steer the parse; every other code is an error, which the error handler maps to a status.
 enum eRC : int {
+    RC_LEFT = -3,    // a field was left to its reader (within the engine only)
     RC_ENTERED = -2, // a nested structure was begun (between the engine and its readers only)
     RC_ABSENT = -1,  // an optional structure is not set (likewise)
     RC_DONE = 0,

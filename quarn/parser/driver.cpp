@@ -9,6 +9,8 @@
 #include "quarn/foundation/frame_flags.h"
 #include "quarn/foundation/messages.h"
 
+#include <utility>
+
 using namespace quarn::detail;
 
 namespace
@@ -20,6 +22,8 @@ constexpr unsigned kInterCharacterTimeout = 0x01; // bit of usEvents
 
 // What a step answers when the driver is to go on.
 constexpr int kGoOn = 2;
+
+constexpr std::size_t kHeaderFields = 10;
 
 constexpr std::uint32_t kEndByteIndex = 6; // of the message's frame: only its last byte is missing
 
@@ -43,19 +47,20 @@ void cSMLP::TimeoutEvent() noexcept
 int cSMLP::SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& count) noexcept
 {
     try {
-        vorn::cRecordPar flags;
-        if (!FindField(in, label::SmltFlags, KIND_UINT, flags)) {
+        RecordReader fields(in);
+        const vorn::cRecordPar* par = fields.Find(label::SmltFlags);
+        if (par == nullptr || !IsOfKind(*par, KIND_UINT)) {
             Say(kError, "SMLT-Flags missing, smlp[%d]");
             return SMLP_BAD_PARAMETER;
         }
-        vorn::cRecordPar data; // keeps the bytes alive during the call
-        if (!FindField(in, label::SmlRawData, KIND_DATA, data)) {
+        uiSmltFlags = par->GetUInt();
+        par = fields.Find(label::SmlRawData);
+        if (par == nullptr || !IsOfKind(*par, KIND_DATA)) {
             Say(kError, "SML-RawData missing, smlp[%d]");
             return SMLP_BAD_PARAMETER;
         }
-        uiSmltFlags = flags.GetUInt();
-        pucInData = reinterpret_cast<const unsigned char*>(data.GetData());
-        pucInEnd = pucInData + data.GetSize();
+        pucInData = reinterpret_cast<const unsigned char*>(par->GetData());
+        pucInEnd = pucInData + par->GetSize();
         pucRun = pucInData;
         const int result = Drive(out, count);
         KeepRun(); // what belongs to an unfinished message
@@ -114,6 +119,8 @@ int cSMLP::StepIdle()
     }
     uiSmltFlagsOut = BUF_FLAG_SML;
     EmptyStore();
+    builder.Open();
+    builder.Expect(kHeaderFields);
     usParserState = STATE_ACTIVE;
     return kGoOn;
 }
@@ -148,7 +155,7 @@ void cSMLP::StepWait(Records& out, int& count)
             SmlMsg_Validate();
             ErrorHandler(RC_MSG_TYPE);
             ullFileSize += StoreUsed();
-            Emit(recBody, out, count);
+            Emit(out, count);
         }
         Reset_MsgAttributes();
         Say(kDetail, "IC-Timeout: WAIT->IDLE, smlp[%d]");
@@ -183,7 +190,7 @@ int cSMLP::OnMessage(Records& out, int& count)
     } else {
         SmlMsg_Validate();
         ullFileSize += StoreUsed();
-        Emit(recBody, out, count);
+        Emit(out, count);
         bFileOpen = bFileOpen || open;
     }
     if (close) {
@@ -220,9 +227,9 @@ int cSMLP::OnPacket(int rc, Records& out, int& count)
     bPaket = true;
     usCrcCalc = static_cast<std::uint16_t>(
         ~vorn::createCRC16(StoreBytes(), static_cast<int>(used), usCrcCalc));
-    vorn::cRecord body = recBody;
+    vorn::cRecord body = Body();
     AppendPacketTree(body);
-    Emit(body, out, count);
+    Store(Build_PacketRecord(body), out, count);
     ++uiPaketNo;
     uiPaketBytes += used;
     ullFileSize += used;
@@ -237,7 +244,7 @@ int cSMLP::OnError(int rc, Records& out, int& count)
     ErrorHandler(rc);
     if (iError != SML_STATUS_IGNORE_FILE) {
         ullFileSize += StoreUsed();
-        Emit(recBody, out, count);
+        Emit(out, count);
     }
     Reset_MsgAttributes();
     Reset_FileAttributes();
@@ -245,10 +252,15 @@ int cSMLP::OnError(int rc, Records& out, int& count)
     return SMLP_DECODING_ERROR;
 }
 
-void cSMLP::Emit(const vorn::cRecord& body, Records& out, int& count)
+// Hands out the message, or what is left of one in packets.
+void cSMLP::Emit(Records& out, int& count)
 {
-    Build_MsgRecord(body);
-    out[count] = recSmlMsg;
+    Store(uiPaketNo == 1 ? Build_MsgRecord() : Build_PacketRecord(Body()), out, count);
+}
+
+void cSMLP::Store(vorn::cRecord message, Records& out, int& count)
+{
+    out.insert_or_assign(out.end(), count, std::move(message));
     ++count;
 }
 
@@ -289,20 +301,17 @@ void cSMLP::Reset_MsgAttributes() noexcept
     msgServerId.uiLen = 0;
     usEvents = 0;
     usParserState = STATE_IDLE;
-    recSmlMsg.Create();
-    rec_SmlMsgHeader.Create();
-    recSmlStatus.Create();
+    builder.Create();
     recBody.Create();
+    bBodyDone = false;
     recPacketTree.Create();
     recResultTree.Create();
     bPacketTree = bResultTree = false;
-    for (std::uint32_t depth = 0; depth <= uiDepth; ++depth)
-        aFrames[depth].rec.Create();
     CleanUp_Cache();
     usFieldState = 0;
     uiDepth = 0;
     aFrames[0].pLayout = &Tables::kMessage;
     aFrames[0].uiIndex = 0;
     aFrames[0].uiCount = Tables::kMessage.uiCount;
-    aFrames[0].pTarget = &rec_SmlMsgHeader;
+    aFrames[0].bKept = true;
 }

@@ -10,22 +10,25 @@ using namespace quarn::detail;
 
 int cSMLP::Walk()
 {
+    const bool inDetail = Traces(LibSmlp, kDetail); // only the readers tell every step
     for (;;) {
         Frame& frame = aFrames[uiDepth];
-        int rc = RC_DONE;
+        int rc = RC_LEFT;
         if (frame.uiIndex == 0) {
             rc = OpenSequence(frame);
             if (rc == RC_ABSENT)
                 rc = Leave();
-        } else if (frame.uiIndex <= frame.uiCount) {
-            const Field& field = CurrentField(frame);
-            rc = (this->*field.pfnRead)(field);
-            if (rc == RC_DONE)
-                ++frame.uiIndex;
-        } else if (uiDepth == 0) {
-            return RC_MESSAGE;
         } else {
-            rc = Leave();
+            if (usFieldState == 0 && usCacheState == 0 && !inDetail &&
+                frame.pLayout->pfnTake != nullptr)
+                rc = (this->*frame.pLayout->pfnTake)(frame);
+            if (rc == RC_LEFT)
+                rc = ReadField(frame);
+            if (rc == RC_DONE && frame.uiIndex > frame.uiCount) {
+                if (uiDepth == 0)
+                    return RC_MESSAGE;
+                rc = Leave();
+            }
         }
         if (rc == RC_DONE || rc == RC_ENTERED)
             continue;
@@ -35,6 +38,17 @@ int cSMLP::Walk()
     }
 }
 
+int cSMLP::ReadField(Frame& frame)
+{
+    if (frame.uiIndex > frame.uiCount)
+        return RC_DONE;
+    const Field& field = CurrentField(frame);
+    const int rc = (this->*field.pfnRead)(field);
+    if (rc == RC_DONE)
+        ++frame.uiIndex;
+    return rc;
+}
+
 int cSMLP::OpenSequence(Frame& frame)
 {
     const int rc = Decode_TLField();
@@ -42,10 +56,13 @@ int cSMLP::OpenSequence(Frame& frame)
         return rc;
     const Layout& layout = *frame.pLayout;
     if (uiTLF_Type == TLF_LIST) {
-        if (layout.IsListOf())
+        if (layout.IsListOf()) {
             frame.uiCount = uiTLF_Count;
-        else if (uiTLF_Count != layout.uiCount)
+            if (frame.bOwn)
+                builder.Expect(uiTLF_Count);
+        } else if (uiTLF_Count != layout.uiCount) {
             return RefuseList(layout, layout.count);
+        }
         frame.uiIndex = 1;
         if (layout.pcOpened != nullptr)
             Say(kDetail, layout.pcOpened, uiTLF_Count);
@@ -60,8 +77,9 @@ int cSMLP::OpenSequence(Frame& frame)
     return RefuseList(layout, layout.type);
 }
 
-// Begins a structure whose list is still to be read; its fields go to target.
-int cSMLP::Enter(const Layout& layout, bool optional, vorn::cRecord* target)
+// Begins a structure whose list is still to be read; its fields are kept in the innermost record,
+// which is opened for it when it is to have its own.
+int cSMLP::Enter(const Layout& layout, bool optional, bool kept, bool own)
 {
     if (uiDepth + 1 == kMaxFrames)
         return Refuse({RC_UNKNOWN_STATE, "ParseSmlMsg:Unknown State!, smlp[%d]"});
@@ -72,19 +90,24 @@ int cSMLP::Enter(const Layout& layout, bool optional, vorn::cRecord* target)
     frame.bOptional = optional;
     frame.bFilled = false;
     frame.bDelivered = false;
-    frame.pcWrap = nullptr;
-    frame.pTarget = target;
+    frame.pWrap = nullptr;
+    frame.bKept = kept;
+    frame.bOwn = kept && own;
+    if (frame.bOwn) {
+        frame.uiLevel = static_cast<std::uint32_t>(builder.Levels());
+        builder.Open();
+        builder.Expect(layout.uiCount);
+    }
     usFieldState = 0;
     return RC_ENTERED;
 }
 
 // Begins a structure with a record of its own, as the value of field.
-int cSMLP::EnterKept(const Layout& layout, const Field& field, const char* wrap)
+int cSMLP::EnterKept(const Layout& layout, const Field& field, const Label* wrap)
 {
-    vorn::cRecord* const own = &aFrames[std::min<std::size_t>(uiDepth + 1, kMaxFrames - 1)].rec;
-    const int rc = Enter(layout, field.bOptional, IsKept(field) ? own : nullptr);
+    const int rc = Enter(layout, field.bOptional, IsKept(field), true);
     if (rc == RC_ENTERED)
-        aFrames[uiDepth].pcWrap = wrap;
+        aFrames[uiDepth].pWrap = wrap;
     return rc;
 }
 
@@ -94,35 +117,21 @@ int cSMLP::Leave()
     Frame& done = aFrames[uiDepth--];
     Frame& parent = aFrames[uiDepth];
     const Field& field = CurrentField(parent);
-    const bool own = done.pTarget == &done.rec && field.pcLabel != nullptr;
-    const bool due = done.bFilled || (field.eKeep == Keep::Always && !done.bDelivered);
-    if (own && due) {
-        if (done.pcWrap != nullptr) {
-            vorn::cRecord wrapper;
-            wrapper.AppendRecordPar(done.pcWrap, done.rec, 0);
-            Target().AppendRecordPar(field.pcLabel, wrapper, 0);
-        } else {
-            Target().AppendRecordPar(field.pcLabel, done.rec, 0);
+    if (done.bOwn) {
+        partDone = builder.Close();
+        const bool due = done.bFilled || (field.eKeep == Keep::Always && !done.bDelivered);
+        if (due && field.bLabelled) {
+            if (done.pWrap != nullptr) {
+                builder.Open();
+                builder.AppendRecordPar(*done.pWrap, partDone, 0);
+                partDone = builder.Close();
+            }
+            Target().AppendRecordPar(field.label, partDone, 0);
         }
     }
     ++parent.uiIndex;
     usFieldState = 0;
-    const int rc = field.pfnHook != nullptr ? (this->*field.pfnHook)() : int{RC_DONE};
-    done.rec.Create();
-    return rc;
-}
-
-// The record of the innermost structure, about to be filled. REQUIRES: it has one.
-vorn::cRecord& cSMLP::Target() noexcept
-{
-    Frame& frame = aFrames[uiDepth];
-    frame.bFilled = true;
-    return *frame.pTarget;
-}
-
-bool cSMLP::IsKept(const Field& field) const noexcept
-{
-    return field.eKeep != Keep::Nothing && aFrames[uiDepth].pTarget != nullptr;
+    return field.pfnHook != nullptr ? (this->*field.pfnHook)() : int{RC_DONE};
 }
 
 // Writes the refusal's trace, which has one conversion (the instance), two (number comes first) or

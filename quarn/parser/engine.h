@@ -25,31 +25,43 @@ enum class cSMLP::Keep : std::uint8_t {
     ByHook   // built for the hook, which decides
 };
 
+// What the short way knows of a field.
+enum class cSMLP::Shape : std::uint8_t {
+    Special, // its reader alone reads it
+    Octets,
+    Number,
+    Value,
+    Structure
+};
+
 struct cSMLP::Field {
     using Reader = int (cSMLP::*)(const Field&);
     using Hook = int (cSMLP::*)();
 
-    Reader pfnRead = nullptr;
+    Shape eShape = Shape::Special;
+    Keep eKeep = Keep::Nothing;
+    std::uint8_t ucType = 0; // TLF_INTEGER or TLF_UNSIGNED, of numbers
+    std::uint8_t ucKind = 0; // of the parameter
+    bool bOptional = false;
+    bool bLabelled = false;
+    bool bString = false;    // the traces of strings come before the field's own
+    std::uint32_t uiMin = 0; // bytes
+    std::uint32_t uiMax = 0;
+    quarn::detail::Label label;
     Hook pfnHook = nullptr; // octets and numbers: before the value is kept; structures: after it
-    const char* pcLabel = nullptr;
+    Reader pfnRead = nullptr;
     const Layout* pLayout = nullptr;
     Refusal absent; // rc 0: as type
     Refusal type;
     Refusal length;
-    std::uint32_t uiMin = 0; // bytes
-    std::uint32_t uiMax = 0;
-    std::uint8_t ucType = 0; // TLF_INTEGER or TLF_UNSIGNED, of numbers
-    std::uint8_t ucKind = 0; // of the parameter
-    Keep eKeep = Keep::Nothing;
-    bool bOptional = false;
-    bool bString = false; // the traces of strings come before the field's own
 
     static constexpr std::uint32_t kNoLimit = 0xFFFFFFFF;
 
-    static constexpr Field Of(Reader reader)
+    static constexpr Field Of(Reader reader, Shape shape = Shape::Special)
     {
         Field field;
         field.pfnRead = reader;
+        field.eShape = shape;
         return field;
     }
     static constexpr Field Octets(std::uint32_t max);
@@ -61,6 +73,7 @@ struct cSMLP::Field {
     {
         Field field = *this;
         field.pfnRead = reader;
+        field.eShape = Shape::Special;
         return field;
     }
     constexpr Field Optional() const
@@ -69,10 +82,11 @@ struct cSMLP::Field {
         field.bOptional = true;
         return field;
     }
-    constexpr Field Kept(const char* label, quarn::detail::eKIND kind, Keep keep) const
+    constexpr Field Kept(quarn::detail::Label name, quarn::detail::eKIND kind, Keep keep) const
     {
         Field field = *this;
-        field.pcLabel = label;
+        field.label = name;
+        field.bLabelled = true;
         field.ucKind = static_cast<std::uint8_t>(kind);
         field.eKeep = keep;
         return field;
@@ -98,6 +112,7 @@ struct cSMLP::Field {
 
 struct cSMLP::Layout {
     using Failed = void (cSMLP::*)(int rc);
+    using Taker = int (cSMLP::*)(Frame&);
 
     const Field* pFields;
     std::uint32_t uiCount; // elements; 0: a list of any number, each read as the one field
@@ -107,13 +122,21 @@ struct cSMLP::Layout {
     const char* pcPrefix = nullptr; // begins the texts of type and count
     const char* pcOpened = nullptr; // told at the lowest level, with the number of elements
     Failed pfnFailed = nullptr;     // told of every code with which a read of this list stops
+    Taker pfnTake = nullptr;        // the short way for its fields, where it has one
+
+    constexpr Layout TakenBy(Taker taker) const
+    {
+        Layout layout = *this;
+        layout.pfnTake = taker;
+        return layout;
+    }
 
     constexpr bool IsListOf() const { return uiCount == 0; }
 };
 
 constexpr cSMLP::Field cSMLP::Field::Octets(std::uint32_t max)
 {
-    Field field = Of(&cSMLP::ReadOctets);
+    Field field = Of(&cSMLP::ReadOctets, Shape::Octets);
     field.uiMax = max;
     field.length = {quarn::detail::RC_STRING_LENGTH, nullptr};
     return field;
@@ -131,7 +154,7 @@ constexpr cSMLP::Field cSMLP::Field::String(std::uint32_t max)
 constexpr cSMLP::Field cSMLP::Field::Number(quarn::detail::eTLF type, std::uint32_t min,
                                             std::uint32_t max)
 {
-    Field field = Of(&cSMLP::ReadNumber);
+    Field field = Of(&cSMLP::ReadNumber, Shape::Number);
     field.ucType = static_cast<std::uint8_t>(type);
     field.uiMin = min;
     field.uiMax = max;
@@ -140,7 +163,7 @@ constexpr cSMLP::Field cSMLP::Field::Number(quarn::detail::eTLF type, std::uint3
 
 constexpr cSMLP::Field cSMLP::Field::Structure(const Layout& layout)
 {
-    Field field = Of(&cSMLP::ReadStructure);
+    Field field = Of(&cSMLP::ReadStructure, Shape::Structure);
     field.pLayout = &layout;
     return field;
 }
@@ -149,35 +172,35 @@ constexpr cSMLP::Field cSMLP::Field::Structure(const Layout& layout)
 // bodies.cpp and envelope.cpp.
 struct cSMLP::Tables {
     static const Layout kTime;
-    static const Field aTime[];
+    static const Field aTime[2];
     static const Layout kLocalTimestamp;
     static const Field aLocalTimestamp[];
     static const Layout kListType;
-    static const Field aListType[];
+    static const Field aListType[2];
     static const Layout kListEntry;
-    static const Field aListEntry[];
+    static const Field aListEntry[7];
     static const Layout kList;
-    static const Field aList[];
+    static const Field aList[1];
     static const Layout kObjReqList;
     static const Field aObjReqList[];
     static const Layout kHeaderEntry;
-    static const Field aHeaderEntry[];
+    static const Field aHeaderEntry[3];
     static const Layout kHeaderList;
-    static const Field aHeaderList[];
+    static const Field aHeaderList[1];
     static const Layout kValueEntry;
-    static const Field aValueEntry[];
+    static const Field aValueEntry[2];
     static const Layout kValueList;
-    static const Field aValueList[];
+    static const Field aValueList[1];
     static const Layout kPeriodObjectEntry;
-    static const Field aPeriodObjectEntry[];
+    static const Field aPeriodObjectEntry[4];
     static const Layout kPeriodObjectList;
-    static const Field aPeriodObjectList[];
+    static const Field aPeriodObjectList[1];
     static const Layout kPeriodEntry;
-    static const Field aPeriodEntry[];
+    static const Field aPeriodEntry[5];
     static const Layout kPeriodList;
-    static const Field aPeriodList[];
+    static const Field aPeriodList[1];
     static const Layout kTupelEntry;
-    static const Field aTupelEntry[];
+    static const Field aTupelEntry[23];
     static const Layout kTreePath;
     static const Field aTreePath[];
     static const Layout kProcParValue;
@@ -185,11 +208,11 @@ struct cSMLP::Tables {
     static const Layout kChildList;
     static const Field aChildList[];
     static const Layout kTree;
-    static const Field aTree[];
+    static const Field aTree[3];
     static const Layout kMessage;
-    static const Field aMessage[];
+    static const Field aMessage[6];
     static const Layout kMessageBody;
-    static const Field aMessageBody[];
+    static const Field aMessageBody[2];
 
     static const Layout* FindBody(std::uint32_t identifier) noexcept;
 };
@@ -198,6 +221,62 @@ struct cSMLP::Tables {
 inline const cSMLP::Field& cSMLP::CurrentField(const Frame& frame) const noexcept
 {
     return frame.pLayout->pFields[frame.pLayout->IsListOf() ? 0 : frame.uiIndex - 1];
+}
+
+// The builder, whose innermost record is about to be filled by the innermost structure. REQUIRES:
+// it is kept.
+inline quarn::detail::RecordBuilder& cSMLP::Target() noexcept
+{
+    aFrames[uiDepth].bFilled = true;
+    return builder;
+}
+
+inline bool cSMLP::IsKept(const Field& field) const noexcept
+{
+    return field.eKeep != Keep::Nothing && aFrames[uiDepth].bKept;
+}
+
+// The integer of len bytes in bits, sign-extended.
+inline std::int64_t cSMLP::SignedInteger(std::uint64_t bits, std::uint32_t len) noexcept
+{
+    if (len == 0)
+        return 0;
+    const std::uint64_t sign = std::uint64_t{1} << (8 * len - 1);
+    return static_cast<std::int64_t>((bits ^ sign) - sign);
+}
+
+// A name of six octets as a number, the first octet in bits 47 to 40; missing octets count as 0.
+inline std::uint64_t cSMLP::NameNumber(const unsigned char* s, std::uint32_t len) noexcept
+{
+    if (len >= 6)
+        return (std::uint64_t{s[0]} << 24 | std::uint64_t{s[1]} << 16 | std::uint64_t{s[2]} << 8 |
+                std::uint64_t{s[3]})
+                   << 16 |
+               std::uint64_t{s[4]} << 8 | std::uint64_t{s[5]};
+    std::uint64_t number = 0;
+    for (std::uint32_t i = 0; i < 6; ++i)
+        number = number << 8 | (i < len ? s[i] : 0U);
+    return number;
+}
+
+// Append a number, and the octet string just read, as the parameter that field asks for.
+inline void cSMLP::AppendNumber(const Field& field, std::uint64_t value, std::uint32_t len)
+{
+    if (field.ucKind == quarn::detail::KIND_SINT)
+        builder.AppendSIntPar(field.label, static_cast<int>(SignedInteger(value, len)), 0);
+    else if (field.ucKind == quarn::detail::KIND_UINT64)
+        builder.AppendUInt64Par(field.label, value, 0);
+    else
+        builder.AppendUIntPar(field.label, static_cast<unsigned>(value), 0);
+}
+
+inline void cSMLP::AppendOctets(Frame& frame, const Field& field)
+{
+    frame.bFilled = true;
+    if (field.ucKind == quarn::detail::KIND_UINT64)
+        builder.AppendUInt64Par(field.label, NameNumber(pucString, uiStringLen), 0);
+    else
+        builder.AppendDataPar(field.label, pucString, static_cast<int>(uiStringLen), 0);
 }
 
 template <typename... Args>

@@ -1,6 +1,6 @@
 // The envelope of a message: transaction id, group number, abort-on-error, body, CRC and end byte;
 // the classification of a complete message, and the record made of it.
-#include "quarn/parser/engine.h"
+#include "quarn/parser/take.h"
 
 #include "quarn/foundation/messages.h"
 #include "quarn/foundation/tl.h"
@@ -10,12 +10,7 @@
 
 using namespace quarn::detail;
 
-const cSMLP::Layout cSMLP::Tables::kMessage{aMessage,
-                                            6,
-                                            {RC_MSG_TYPE, "SmlMsg: ERROR: Seq-Type, smlp[%d]"},
-                                            {RC_MSG_COUNT, "SmlMsg: ERROR: Seq-Len, smlp[%d]"},
-                                            {}};
-const cSMLP::Field cSMLP::Tables::aMessage[] = {
+constexpr cSMLP::Field cSMLP::Tables::aMessage[] = {
     Field::Octets(SML_MAX_TRANSACTION_ID)
         .Refused({RC_TRANSACTION_ID_TYPE, "tId: ERROR: Type, smlp[%d]"},
                  {RC_TRANSACTION_ID_LENGTH, "tId: ERROR: Len, smlp[%d]"})
@@ -35,20 +30,27 @@ const cSMLP::Field cSMLP::Tables::aMessage[] = {
     Field::Of(&cSMLP::ReadCrc),
     Field::Of(&cSMLP::ReadEnd),
 };
+const cSMLP::Layout cSMLP::Tables::kMessage = Layout{
+    aMessage,
+    6,
+    {RC_MSG_TYPE, "SmlMsg: ERROR: Seq-Type, smlp[%d]"},
+    {RC_MSG_COUNT, "SmlMsg: ERROR: Seq-Len, smlp[%d]"},
+    {}}.TakenBy(&cSMLP::TakeFields<aMessage>);
 
-const cSMLP::Layout cSMLP::Tables::kMessageBody{aMessageBody,
-                                                2,
-                                                {RC_BODY_TYPE, "%s:Seq-Type!, smlp[%d]"},
-                                                {RC_BODY_COUNT, "%s:Seq-Cnt!, smlp[%d]"},
-                                                {},
-                                                "SmlMsgBody"};
-const cSMLP::Field cSMLP::Tables::aMessageBody[] = {
+constexpr cSMLP::Field cSMLP::Tables::aMessageBody[] = {
     Field::Number(TLF_UNSIGNED, 0, 4)
         .Refused({RC_TAG_TYPE, "MsgBody:Choice-Type, smlp[%d]"},
                  {RC_TAG_LENGTH, "MsgBody:Choice-Len, smlp[%d]"})
         .Then(&cSMLP::CheckMsgIdentifier),
     Field::Of(&cSMLP::ReadBody),
 };
+const cSMLP::Layout cSMLP::Tables::kMessageBody = Layout{aMessageBody,
+                                                         2,
+                                                         {RC_BODY_TYPE, "%s:Seq-Type!, smlp[%d]"},
+                                                         {RC_BODY_COUNT, "%s:Seq-Cnt!, smlp[%d]"},
+                                                         {},
+                                                         "SmlMsgBody"}
+                                                      .TakenBy(&cSMLP::TakeFields<aMessageBody>);
 
 int cSMLP::KeepTransactionId()
 {
@@ -76,9 +78,8 @@ int cSMLP::CheckAbortOnError()
 int cSMLP::CheckMsgIdentifier()
 {
     uiMsgIdentifier = static_cast<std::uint32_t>(ullInteger);
-    Target().AppendUIntPar(label::smlMsgIdentifier, uiMsgIdentifier, 0);
+    Target().AppendUIntPar(kLabel<label::smlMsgIdentifier>, uiMsgIdentifier, 0);
     pBodyLayout = Tables::FindBody(uiMsgIdentifier);
-    recBody.Create();
     if (pBodyLayout != nullptr)
         return RC_DONE;
     uiMsgIdentifier = uiMsgNo == 1 ? unsigned{SML_OPEN_REQ} : 0U;
@@ -90,8 +91,10 @@ int cSMLP::CheckMsgIdentifier()
 int cSMLP::ReadBody(const Field& field)
 {
     if (field.pLayout != nullptr)
-        return Enter(*field.pLayout, false, &rec_SmlMsgHeader);
-    return Enter(*pBodyLayout, false, &recBody);
+        return Enter(*field.pLayout, false, true, false);
+    builder.Open(); // not the structure's own: it stays open when the body has been read
+    builder.Expect(pBodyLayout->uiCount);
+    return Enter(*pBodyLayout, false, true, false);
 }
 
 int cSMLP::ReadCrc(const Field&)
@@ -171,51 +174,124 @@ void cSMLP::ReverseCopy_OctetString(const char* src, int n, char* dst) noexcept
 
 // ---- The record
 
-// Fills recSmlMsg for a whole message or a packet, whose body is given; -1 when the message has no
-// identifier that the parser knows: the record then ends with the header.
-int cSMLP::Build_MsgRecord(const vorn::cRecord& body)
+namespace
 {
-    const auto data = [this](const char* name, const auto& bytes) {
-        rec_SmlMsgHeader.AppendDataPar(name, bytes.acData.data(), static_cast<int>(bytes.uiLen), 0);
-    };
-    recSmlMsg.Create();
-    if (uiPaketNo > 1) { // the header was emptied with the first packet
-        data(label::transactionId, transactionId);
-        rec_SmlMsgHeader.AppendUIntPar(label::groupNo, ucGroupNo, 0);
-        rec_SmlMsgHeader.AppendUIntPar(label::abortOnError, ucAbortOnError, 0);
-        rec_SmlMsgHeader.AppendUIntPar(label::smlMsgIdentifier, uiMsgIdentifier, 0);
-    }
-    data(label::openCid, openClientId);
-    data(label::openRfid, openReqFileId);
-    data(label::openSid, openServerId);
-    data(label::openTid, openTransactionId);
-    rec_SmlMsgHeader.AppendUIntPar(label::openGNo, ucOpenGroupNo, 0);
-    rec_SmlMsgHeader.AppendUIntPar(label::openAOE, ucOpenAbortOnError, 0);
-    recSmlMsg.AppendRecordPar(label::SmlMsgHeader, rec_SmlMsgHeader, 0);
 
+// Levels of the builder.
+constexpr std::size_t kHeader = 0;
+constexpr std::size_t kBody = 1;
+
+template <typename Record, typename Bytes>
+void AppendBytes(Record& record, const Label& name, const Bytes& bytes)
+{
+    record.AppendDataPar(name, bytes.acData.data(), static_cast<int>(bytes.uiLen), 0);
+}
+
+} // namespace
+
+template <typename Record>
+void cSMLP::AppendOpenData(Record& header) const
+{
+    AppendBytes(header, kLabel<label::openCid>, openClientId);
+    AppendBytes(header, kLabel<label::openRfid>, openReqFileId);
+    AppendBytes(header, kLabel<label::openSid>, openServerId);
+    AppendBytes(header, kLabel<label::openTid>, openTransactionId);
+    header.AppendUIntPar(kLabel<label::openGNo>, ucOpenGroupNo, 0);
+    header.AppendUIntPar(kLabel<label::openAOE>, ucOpenAbortOnError, 0);
+}
+
+template <typename Record>
+void cSMLP::AppendStatus(Record& status) const
+{
+    status.AppendSIntPar(kLabel<label::Error>, iError, 0);
+    status.AppendSIntPar(kLabel<label::Type>, iType, 0);
+    status.AppendSIntPar(kLabel<label::Cast>, iCast, 0);
+    status.AppendUIntPar(kLabel<label::MsgNoInFile>, uiMsgNo, 0);
+}
+
+// All but the raw data. False when the message has no identifier that the parser knows: the record
+// then ends with the header.
+template <typename Record, typename Part>
+bool cSMLP::AppendParts(Record& message, const Part& header, const Part& body,
+                        const Part& status) const
+{
+    message.AppendRecordPar(kLabel<label::SmlMsgHeader>, header, 0);
     const MessageKind* const kind = FindMessageKind(uiMsgIdentifier);
     if (kind == nullptr) {
         Say(kError, "BuildMsgRecord:UNKNOWN MsgIdentifier!, smlp[%d]");
-        return -1;
+        return false;
     }
-    recSmlMsg.AppendRecordPar(kind->pcBodyLabel, body, 0);
-    recSmlMsg.AppendUIntPar(label::SmlCrc, bPaket ? usCrcCalc : usCrcRcv, 0);
+    message.AppendRecordPar(kind->bodyLabel, body, 0);
+    message.AppendUIntPar(kLabel<label::SmlCrc>, bPaket ? usCrcCalc : usCrcRcv, 0);
+    message.AppendRecordPar(kLabel<label::SmlStatus>, status, 0);
+    message.AppendUIntPar(kLabel<label::SmltFlags>, uiSmltFlagsOut, 0);
+    return true;
+}
 
-    recSmlStatus.AppendSIntPar(label::Error, iError, 0);
-    recSmlStatus.AppendSIntPar(label::Type, iType, 0);
-    recSmlStatus.AppendSIntPar(label::Cast, iCast, 0);
-    recSmlStatus.AppendUIntPar(label::MsgNoInFile, uiMsgNo, 0);
-    recSmlMsg.AppendRecordPar(label::SmlStatus, recSmlStatus, 0);
-    recSmlMsg.AppendUIntPar(label::SmltFlags, uiSmltFlagsOut, 0);
-    if (Traces(LibSmlp, kDetail)) {
-        if (iError != 0)
-            Say(kDetail, "recSmlMsg= %s, smlp[%d]", recSmlMsg.ToString2(0, 0).c_str());
-        else
-            Say(kDetail, "rec_SmlMsgHeader= %s, smlp[%d]", rec_SmlMsgHeader.ToString().c_str());
+void cSMLP::TellRecord(const vorn::cRecord& message, const vorn::cRecord& header) const
+{
+    if (iError != 0)
+        Say(kDetail, "recSmlMsg= %s, smlp[%d]", message.ToString2(0, 0).c_str());
+    else
+        Say(kDetail, "rec_SmlMsgHeader= %s, smlp[%d]", header.ToString().c_str());
+}
+
+// The record of a message that came whole. What is still open inside its body is forgotten.
+vorn::cRecord cSMLP::Build_MsgRecord()
+{
+    RecordBuilder::cPart body;
+    while (builder.Levels() > kBody + 1)
+        builder.Drop();
+    if (HasBody())
+        body = builder.Close();
+    AppendOpenData(builder);
+    const RecordBuilder::cPart header = builder.Close();
+    builder.Open();
+    AppendStatus(builder);
+    const RecordBuilder::cPart status = builder.Close();
+    builder.Open();
+    builder.Expect(6);
+    if (AppendParts(builder, header, body, status)) {
+        if (Traces(LibSmlp, kDetail))
+            TellRecord(builder.Copy(0), builder.Get(header));
+        const auto used = static_cast<int>(StoreUsed());
+        builder.AppendDataPar(kLabel<label::SmlMsgRawData>, StoreBytes(), used, 0);
     }
-    const auto used = static_cast<int>(StoreUsed());
-    recSmlMsg.AppendDataPar(label::SmlMsgRawData, StoreBytes(), used, 0);
-    rec_SmlMsgHeader.Create();
-    recSmlStatus.Create();
-    return 0;
+    return builder.Get(builder.Close());
+}
+
+// The record of a packet, or of the last part of a message in packets. The first has the header as
+// it was read.
+vorn::cRecord cSMLP::Build_PacketRecord(const vorn::cRecord& body)
+{
+    vorn::cRecord header;
+    if (uiPaketNo == 1) {
+        header = builder.Copy(kHeader);
+    } else {
+        AppendBytes(header, kLabel<label::transactionId>, transactionId);
+        header.AppendUIntPar(label::groupNo, ucGroupNo, 0);
+        header.AppendUIntPar(label::abortOnError, ucAbortOnError, 0);
+        header.AppendUIntPar(label::smlMsgIdentifier, uiMsgIdentifier, 0);
+    }
+    AppendOpenData(header);
+    vorn::cRecord status;
+    AppendStatus(status);
+    vorn::cRecord message;
+    if (AppendParts(message, header, body, status)) {
+        if (Traces(LibSmlp, kDetail))
+            TellRecord(message, header);
+        const auto used = static_cast<int>(StoreUsed());
+        message.AppendDataPar(label::SmlMsgRawData, StoreBytes(), used, 0);
+    }
+    return message;
+}
+
+bool cSMLP::HasBody() const noexcept { return builder.Levels() > kBody; }
+
+// The body as far as it has been read.
+vorn::cRecord cSMLP::Body() const
+{
+    if (bBodyDone)
+        return recBody;
+    return HasBody() ? builder.Copy(kBody) : vorn::cRecord();
 }

@@ -39,8 +39,9 @@
 // "extLen" and that packet's piece as "value", beside "extMsgPart", the packet's number. The last
 // piece has "extFlag" false; it comes with the next record, where what the tree held behind it
 // follows as a second "parTree", whose nodes above the long value's have no name. A message longer
-// than SML_MAX_MESSAGE is refused. Records take memory in proportion to the message: up to some 70
-// bytes for each byte of a list of nothing but one-byte elements.
+// than SML_MAX_MESSAGE is refused. Records take memory in proportion to the message: up to some 200
+// bytes for each byte of a list of nothing but one-byte elements. A message's record is one piece
+// of memory: whoever keeps a part of it keeps it all.
 //
 // When input is bad, "Error" in "SmlStatus" (enum eSML_STATUS) names the attention response that
 // the host should send; a trace line of LibSmlp at level 2 says what was wrong. An error ends the
@@ -62,6 +63,7 @@
 #include "quarn/foundation/export.h"
 #include "quarn/foundation/framework.h"
 #include "quarn/foundation/limits.h"
+#include "quarn/foundation/record_builder.h"
 #include "quarn/parser/codes.h"
 
 #include <array>
@@ -69,6 +71,7 @@
 #include <cstdint>
 #include <cstring>
 #include <map>
+#include <utility>
 
 class QUARN_API cSMLP
 {
@@ -80,7 +83,7 @@ public:
     cSMLP& operator=(const cSMLP&) = delete;
 
     // Consumes the raw bytes in in and appends finished records to out. The result is one of
-    // eSMLP_RESULT.
+    // eSMLP_RESULT. REQUIRES: nobody changes in meanwhile, a trace sink included.
     int SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& count) noexcept;
 
     // Notes that the inter-character timeout has expired; the next call of SmlParser without input
@@ -110,31 +113,53 @@ private:
     struct BodyFields;
     struct Bodies;
     enum class Keep : std::uint8_t;
+    enum class Shape : std::uint8_t;
 
     struct Frame {
         const Layout* pLayout = nullptr;
-        std::uint32_t uiIndex = 0;        // state: 0 the list's TL field, n the n-th element
-        std::uint32_t uiCount = 0;        // elements
-        bool bOptional = false;           // the structure may be absent
-        bool bFilled = false;             // its record holds something
-        bool bDelivered = false;          // of a tree: what it held has gone out with a packet
-        const char* pcWrap = nullptr;     // label of the record put around the finished one
-        vorn::cRecord* pTarget = nullptr; // where the fields go; null: nowhere
-        vorn::cRecord rec;
+        std::uint32_t uiIndex = 0; // state: 0 the list's TL field, n the n-th element
+        std::uint32_t uiCount = 0; // elements
+        bool bOptional = false;    // the structure may be absent
+        bool bFilled = false;      // its record holds something
+        bool bDelivered = false;   // of a tree: what it held has gone out with a packet
+        bool bKept = false;        // a record takes the fields: the builder's innermost
+        bool bOwn = false;         // and it is this structure's own
+        std::uint32_t uiLevel = 0; // the builder's, of a record of its own
+        const quarn::detail::Label* pWrap = nullptr; // of the record put around the finished one
     };
 
     int Walk();
+    int ReadField(Frame& frame);
     int OpenSequence(Frame& frame);
-    int Enter(const Layout& layout, bool optional, vorn::cRecord* target);
-    int EnterKept(const Layout& layout, const Field& field, const char* wrap = nullptr);
+    int Enter(const Layout& layout, bool optional, bool kept, bool own);
+    int EnterKept(const Layout& layout, const Field& field,
+                  const quarn::detail::Label* wrap = nullptr);
     int Leave();
     const Field& CurrentField(const Frame& frame) const noexcept;
-    vorn::cRecord& Target() noexcept;
+    quarn::detail::RecordBuilder& Target() noexcept;
     bool IsKept(const Field& field) const noexcept;
     int Refuse(const Refusal& refusal, std::uint32_t number = 0) const noexcept;
     int RefuseList(const Layout& layout, const Refusal& refusal) const noexcept;
     template <typename... Args>
     void Say(vorn::eLEVEL level, const char* text, Args... args) const noexcept;
+
+    // ---- The short way for plain fields
+
+    struct Whole;
+    template <const auto& Fields>
+    int TakeFields(Frame& frame);
+    template <const auto& Fields, std::size_t... I>
+    int TakeEach(Frame& frame, std::index_sequence<I...>);
+    template <const auto& Fields, std::size_t I>
+    int TakeField(Frame& frame, Whole& in);
+    template <const auto& Fields, std::size_t I>
+    int TakeNumber(Frame& frame, Whole& in);
+    template <const auto& Fields, std::size_t I>
+    int TakeOctets(Frame& frame, Whole& in);
+    int TakeValue(Frame& frame, Whole& in, bool keep);
+    int TakeStructure(const Field& field, Whole& in);
+    template <const auto& Fields>
+    int TakeElements(Frame& frame);
 
     // ---- TL decoder and primitives
 
@@ -161,12 +186,15 @@ private:
     int ReadEnd(const Field& field);
 
     int CheckOctets(const Field& field) const noexcept;
-    int KeepOctets(const Field& field);
-    int KeepNumber(const Field& field);
+    int KeepOctets(Frame& frame, const Field& field);
+    int KeepNumber(Frame& frame, const Field& field);
     int Parse_SML_Value(bool keep);
+    bool KeepValue(Frame& frame);
     bool AppendValue();
-    std::int64_t SignedInteger() const noexcept;
-    std::uint64_t NameNumber() const noexcept;
+    void AppendNumber(const Field& field, std::uint64_t value, std::uint32_t len);
+    void AppendOctets(Frame& frame, const Field& field);
+    static std::int64_t SignedInteger(std::uint64_t bits, std::uint32_t len) noexcept;
+    static std::uint64_t NameNumber(const unsigned char* s, std::uint32_t len) noexcept;
 
     // ---- Hooks: what is checked or done with a field
 
@@ -204,7 +232,18 @@ private:
     // ---- Envelope, validation, records
 
     void SmlMsg_Validate() noexcept;
-    int Build_MsgRecord(const vorn::cRecord& body);
+    bool HasBody() const noexcept;
+    vorn::cRecord Body() const;
+    vorn::cRecord Build_MsgRecord();
+    vorn::cRecord Build_PacketRecord(const vorn::cRecord& body);
+    template <typename Record>
+    void AppendOpenData(Record& header) const;
+    template <typename Record>
+    void AppendStatus(Record& status) const;
+    template <typename Record, typename Part>
+    bool AppendParts(Record& message, const Part& header, const Part& body,
+                     const Part& status) const;
+    void TellRecord(const vorn::cRecord& message, const vorn::cRecord& header) const;
 
     // ---- Driver
 
@@ -218,7 +257,8 @@ private:
     int OnOpenCrcError();
     int OnPacket(int rc, Records& out, int& count);
     int OnError(int rc, Records& out, int& count);
-    void Emit(const vorn::cRecord& body, Records& out, int& count);
+    void Emit(Records& out, int& count);
+    static void Store(vorn::cRecord message, Records& out, int& count);
     int ErrorHandler(int code);
     int CrcError();
     void Reset_FileAttributes() noexcept;
@@ -272,8 +312,8 @@ private:
     std::uint32_t uiCacheCnt = 0;    // bytes read of the TL field or chunk in progress
     std::uint32_t uiCacheLen = 0;    // bytes outstanding
     std::uint16_t usCacheState = 0;  // 0 idle, 1 a primitive stopped for lack of input or room
-    std::uint16_t usFieldState = 0;  // of the field in progress: 0 its TL field
     std::uint32_t uiOctStrState = 0; // chunks: 0 none, 1 first, 2 further, 3 last delivered
+    std::uint16_t usFieldState = 0;  // of the field in progress: 0 its TL field
     std::array<unsigned char, 8> aucTLFCache{};
 
     // Structures in progress: message, message body and body, then at most a tree's nodes and child
@@ -307,10 +347,10 @@ private:
     std::uint32_t uiPaketBytes = 0; // of this message, in packets handed out
     std::uint16_t usEvents = 0;
     std::uint16_t usParserState = 0;
-    vorn::cRecord recSmlMsg;
-    vorn::cRecord rec_SmlMsgHeader;
-    vorn::cRecord recSmlStatus;
-    vorn::cRecord recBody;
+    quarn::detail::RecordBuilder builder; // level 0: the header; 1: the body; then what is in it
+    quarn::detail::RecordBuilder::cPart partDone; // the structure that has just ended
+    vorn::cRecord recBody;                        // of a message in packets whose tree has ended
+    bool bBodyDone = false;
 
     // File attributes
     Bytes<SML_MAX_TRANSACTION_ID> openTransactionId;

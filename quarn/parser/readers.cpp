@@ -1,6 +1,7 @@
 // The readers: how one field of a structure is taken from the wire, checked, and kept in the record
 // under way. A reader that stops for lack of input is called again for the same field; usFieldState
-// tells it whether the TL field has been read.
+// tells it whether the TL field has been read. Plain fields that come whole
+// seldom get here (take.h).
 #include "quarn/parser/engine.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ int cSMLP::ReadOctets(const Field& field)
         pucString = nullptr;
         uiStringLen = 0;
         if (uiTLF_Type == TLF_ABSENT)
-            return KeepOctets(field);
+            return KeepOctets(aFrames[uiDepth], field);
         usFieldState = 1;
     }
     const bool keep = field.eKeep != Keep::Nothing;
@@ -30,7 +31,7 @@ int cSMLP::ReadOctets(const Field& field)
     if (rc != RC_DONE)
         return rc;
     usFieldState = 0;
-    return KeepOctets(field);
+    return KeepOctets(aFrames[uiDepth], field);
 }
 
 int cSMLP::CheckOctets(const Field& field) const noexcept
@@ -53,30 +54,17 @@ int cSMLP::CheckOctets(const Field& field) const noexcept
     return Refuse(field.type);
 }
 
-int cSMLP::KeepOctets(const Field& field)
+int cSMLP::KeepOctets(Frame& frame, const Field& field)
 {
     if (field.pfnHook != nullptr) {
         const int rc = (this->*field.pfnHook)();
         if (rc != RC_DONE)
             return rc;
     }
-    if (field.pcLabel == nullptr || !IsKept(field) ||
-        (uiStringLen == 0 && field.eKeep == Keep::IfSet))
+    if (!field.bLabelled || !frame.bKept || (uiStringLen == 0 && field.eKeep == Keep::IfSet))
         return RC_DONE;
-    if (field.ucKind == KIND_UINT64)
-        Target().AppendUInt64Par(field.pcLabel, NameNumber(), 0);
-    else
-        Target().AppendDataPar(field.pcLabel, pucString, static_cast<int>(uiStringLen), 0);
+    AppendOctets(frame, field);
     return RC_DONE;
-}
-
-// A name of six octets as a number, the first octet in bits 47 to 40; missing octets count as 0.
-std::uint64_t cSMLP::NameNumber() const noexcept
-{
-    std::uint64_t number = 0;
-    for (std::uint32_t i = 0; i < 6; ++i)
-        number = number << 8 | (i < uiStringLen ? pucString[i] : 0U);
-    return number;
 }
 
 // ---- Numbers
@@ -101,39 +89,21 @@ int cSMLP::ReadNumber(const Field& field)
     if (rc != RC_DONE)
         return rc;
     usFieldState = 0;
-    return KeepNumber(field);
+    return KeepNumber(aFrames[uiDepth], field);
 }
 
-int cSMLP::KeepNumber(const Field& field)
+int cSMLP::KeepNumber(Frame& frame, const Field& field)
 {
     if (field.pfnHook != nullptr) {
         const int rc = (this->*field.pfnHook)();
         if (rc != RC_DONE)
             return rc;
     }
-    if (field.pcLabel == nullptr || !IsKept(field))
+    if (!field.bLabelled || !frame.bKept)
         return RC_DONE;
-    switch (field.ucKind) {
-    case KIND_SINT:
-        Target().AppendSIntPar(field.pcLabel, static_cast<int>(SignedInteger()), 0);
-        break;
-    case KIND_UINT64:
-        Target().AppendUInt64Par(field.pcLabel, ullInteger, 0);
-        break;
-    default:
-        Target().AppendUIntPar(field.pcLabel, static_cast<unsigned>(ullInteger), 0);
-        break;
-    }
+    frame.bFilled = true;
+    AppendNumber(field, ullInteger, uiTLF_Count);
     return RC_DONE;
-}
-
-// The integer just read, sign-extended from its encoded length.
-std::int64_t cSMLP::SignedInteger() const noexcept
-{
-    const std::uint32_t bits = 8 * uiTLF_Count;
-    if (bits == 0 || bits >= 64 || (ullInteger >> (bits - 1) & 1U) == 0)
-        return static_cast<std::int64_t>(ullInteger);
-    return static_cast<std::int64_t>(ullInteger | ~std::uint64_t{0} << bits);
 }
 
 // ---- Structures and values
@@ -146,7 +116,7 @@ int cSMLP::ReadValue(const Field& field)
     if (rc == RC_ENTERED)
         bProcParValSet = true;
     else if (rc == RC_DONE && IsKept(field))
-        bProcParValSet = AppendValue();
+        bProcParValSet = KeepValue(aFrames[uiDepth]);
     return rc;
 }
 
@@ -165,8 +135,8 @@ int cSMLP::Parse_SML_Value(bool keep)
         case TLF_LIST: {
             if (uiTLF_Count != Tables::kListType.uiCount)
                 return RC_LIST_TYPE_COUNT;
-            const int entered =
-                EnterKept(Tables::kListType, CurrentField(aFrames[uiDepth]), label::smlList);
+            const int entered = EnterKept(Tables::kListType, CurrentField(aFrames[uiDepth]),
+                                          &kLabel<label::smlList>);
             if (entered == RC_ENTERED)
                 aFrames[uiDepth].uiIndex = 1; // its TL field has just been read
             return entered;
@@ -193,31 +163,41 @@ int cSMLP::Parse_SML_Value(bool keep)
     return rc;
 }
 
+bool cSMLP::KeepValue(Frame& frame)
+{
+    const bool kept = AppendValue();
+    if (kept)
+        frame.bFilled = true;
+    return kept;
+}
+
 // Appends the value just read as "value"; false when it has no bytes that make one.
 bool cSMLP::AppendValue()
 {
-    const std::uint32_t bytes = uiTLF_Count;
     if (uiTLF_Type == TLF_OCTET_STRING || uiTLF_Type == TLF_ABSENT) {
-        Target().AppendDataPar(label::value, pucString, static_cast<int>(uiStringLen), 0);
+        builder.AppendDataPar(kLabel<label::value>, pucString, static_cast<int>(uiStringLen), 0);
         return true;
     }
-    if (bytes == 0)
+    const std::uint32_t len = uiTLF_Count;
+    if (len == 0)
         return false;
     switch (uiTLF_Type) {
     case TLF_BOOLEAN:
-        Target().AppendBoolPar(label::value, (ullInteger & 0xFFU) != 0, 0);
+        builder.AppendBoolPar(kLabel<label::value>, (ullInteger & 0xFFU) != 0, 0);
         break;
-    case TLF_INTEGER:
-        if (bytes <= 4)
-            Target().AppendSIntPar(label::value, static_cast<int>(SignedInteger()), 0);
+    case TLF_INTEGER: {
+        const std::int64_t value = SignedInteger(ullInteger, len);
+        if (len <= 4)
+            builder.AppendSIntPar(kLabel<label::value>, static_cast<int>(value), 0);
         else
-            Target().AppendSInt64Par(label::value, SignedInteger(), 0);
+            builder.AppendSInt64Par(kLabel<label::value>, value, 0);
         break;
+    }
     default:
-        if (bytes <= 4)
-            Target().AppendUIntPar(label::value, static_cast<unsigned>(ullInteger), 0);
+        if (len <= 4)
+            builder.AppendUIntPar(kLabel<label::value>, static_cast<unsigned>(ullInteger), 0);
         else
-            Target().AppendUInt64Par(label::value, ullInteger, 0);
+            builder.AppendUInt64Par(kLabel<label::value>, ullInteger, 0);
         break;
     }
     return true;
@@ -227,7 +207,7 @@ bool cSMLP::AppendValue()
 int cSMLP::ReadTimeValue(const Field& field)
 {
     if (ucChoice == 3)
-        return Enter(Tables::kLocalTimestamp, false, aFrames[uiDepth].pTarget);
+        return Enter(Tables::kLocalTimestamp, false, aFrames[uiDepth].bKept, false);
     return ReadNumber(field);
 }
 

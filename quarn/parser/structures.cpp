@@ -1,6 +1,6 @@
 // The structures that several messages share, as tables: times, values with what surrounds them,
 // list entries, and the entries of profiles.
-#include "quarn/parser/engine.h"
+#include "quarn/parser/take.h"
 
 #include <string>
 
@@ -8,13 +8,7 @@ using namespace quarn::detail;
 
 // ---- Times and list types
 
-const cSMLP::Layout cSMLP::Tables::kTime{
-    aTime,
-    2,
-    {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
-    {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
-    {RC_NOT_OPTIONAL, "Time:Optional not supported!, smlp[%d]"}};
-const cSMLP::Field cSMLP::Tables::aTime[] = {
+constexpr cSMLP::Field cSMLP::Tables::aTime[] = {
     Field::Number(TLF_UNSIGNED, 1, 1)
         .Refused({RC_TIME_CHOICE_TYPE, "Time:Choice-Type, smlp[%d]"},
                  {RC_TIME_CHOICE_LENGTH, "Time:Choice-Len, smlp[%d]"})
@@ -26,6 +20,13 @@ const cSMLP::Field cSMLP::Tables::aTime[] = {
                  {RC_TIME_LENGTH, "Time:Len=%d, smlp[%d]"})
         .Kept(label::value, KIND_UINT, Keep::Always),
 };
+const cSMLP::Layout cSMLP::Tables::kTime = Layout{
+    aTime,
+    2,
+    {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
+    {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
+    {RC_NOT_OPTIONAL,
+     "Time:Optional not supported!, smlp[%d]"}}.TakenBy(&cSMLP::TakeFields<aTime>);
 
 int cSMLP::CheckTimeChoice()
 {
@@ -56,13 +57,7 @@ const cSMLP::Field cSMLP::Tables::aLocalTimestamp[] = {
         .Kept(label::seaOffset, KIND_SINT, Keep::Always),
 };
 
-const cSMLP::Layout cSMLP::Tables::kListType{
-    aListType,
-    2,
-    {RC_LIST_TYPE_TYPE, "SML_ListType:Seq-Type!, smlp[%d]"},
-    {RC_LIST_TYPE_COUNT, "SML_ListType:Seq-Cnt!, smlp[%d]"},
-    {}};
-const cSMLP::Field cSMLP::Tables::aListType[] = {
+constexpr cSMLP::Field cSMLP::Tables::aListType[] = {
     Field::Number(TLF_UNSIGNED, 1, 1)
         .Refused({RC_LIST_TYPE_CHOICE_TYPE, "SML_ListType:Choice-Type, smlp[%d]"},
                  {RC_LIST_TYPE_CHOICE_LENGTH, "SML_ListType:Choice-Len, smlp[%d]"})
@@ -70,6 +65,12 @@ const cSMLP::Field cSMLP::Tables::aListType[] = {
         .Then(&cSMLP::CheckListTypeChoice),
     Field::Structure(kTime).Kept(label::SmlTime, KIND_RECORD, Keep::Always),
 };
+const cSMLP::Layout cSMLP::Tables::kListType = Layout{
+    aListType,
+    2,
+    {RC_LIST_TYPE_TYPE, "SML_ListType:Seq-Type!, smlp[%d]"},
+    {RC_LIST_TYPE_COUNT, "SML_ListType:Seq-Cnt!, smlp[%d]"},
+    {}}.TakenBy(&cSMLP::TakeFields<aListType>);
 
 int cSMLP::CheckListTypeChoice()
 {
@@ -109,7 +110,7 @@ struct cSMLP::Shared {
     {
         return Scaler({RC_SCALER_TYPE, kScalerType}, {RC_SCALER_LENGTH, kScalerLen});
     }
-    static constexpr Field Value() { return Field::Of(&cSMLP::ReadValue); }
+    static constexpr Field Value() { return Field::Of(&cSMLP::ReadValue, Shape::Value); }
     static constexpr Field KeptValue()
     {
         return Value().Kept(label::value, KIND_RECORD, Keep::Always);
@@ -131,13 +132,7 @@ struct cSMLP::Shared {
 
 // ---- Get-list response
 
-const cSMLP::Layout cSMLP::Tables::kListEntry{
-    aListEntry,
-    7,
-    {RC_LIST_ENTRY_TYPE, "SML_ListEntry:Seq-Type:0x%02x%02x%02x%02x, smlp[%d]"},
-    {RC_LIST_ENTRY_COUNT, "SML_ListEntry:Seq-Len, smlp[%d]"},
-    {}};
-const cSMLP::Field cSMLP::Tables::aListEntry[] = {
+constexpr cSMLP::Field cSMLP::Tables::aListEntry[] = {
     Shared::ObjName().Kept(label::objName, KIND_UINT64, Keep::IfSet),
     Field::Number(TLF_UNSIGNED, 0, 8)
         .Optional()
@@ -156,17 +151,24 @@ const cSMLP::Field cSMLP::Tables::aListEntry[] = {
     Shared::KeptValue(),
     Shared::ValueSignature(),
 };
+const cSMLP::Layout cSMLP::Tables::kListEntry = Layout{
+    aListEntry,
+    7,
+    {RC_LIST_ENTRY_TYPE, "SML_ListEntry:Seq-Type:0x%02x%02x%02x%02x, smlp[%d]"},
+    {RC_LIST_ENTRY_COUNT, "SML_ListEntry:Seq-Len, smlp[%d]"},
+    {}}.TakenBy(&cSMLP::TakeFields<aListEntry>);
 
-const cSMLP::Layout cSMLP::Tables::kList{aList,
-                                         0,
-                                         {RC_LIST_TYPE, "SML_List:Seq-Type, smlp[%d]"},
-                                         {},
-                                         {},
-                                         nullptr,
-                                         "SML_List: Elem=%d, smlp[%d]"};
-const cSMLP::Field cSMLP::Tables::aList[] = {
+constexpr cSMLP::Field cSMLP::Tables::aList[] = {
     Field::Structure(kListEntry).Kept(label::valListEntry, KIND_RECORD, Keep::Always),
 };
+const cSMLP::Layout cSMLP::Tables::kList = Layout{aList,
+                                                  0,
+                                                  {RC_LIST_TYPE, "SML_List:Seq-Type, smlp[%d]"},
+                                                  {},
+                                                  {},
+                                                  nullptr,
+                                                  "SML_List: Elem=%d, smlp[%d]"}
+                                               .TakenBy(&cSMLP::TakeElements<aList>);
 
 // ---- Profiles
 
@@ -186,50 +188,49 @@ int cSMLP::KeepObjReqEntry()
         }
         return RC_DONE;
     }
-    const std::uint64_t number = NameNumber();
-    Target().AppendUInt64Par(label::object_List_Entry, number, 0);
+    const std::uint64_t number = NameNumber(pucString, uiStringLen);
+    Target().AppendUInt64Par(kLabel<label::object_List_Entry>, number, 0);
     Say(kDetail, "ListOf_ObjReqEntry: ObisNum=0x%04x%08x, smlp[%d]",
         static_cast<unsigned>(number >> 32), static_cast<unsigned>(number & 0xFFFFFFFFU));
     return RC_DONE;
 }
 
-const cSMLP::Layout cSMLP::Tables::kHeaderEntry{
-    aHeaderEntry,
-    3,
-    {RC_HEADER_ENTRY_TYPE, "ProfObjHdEntry:Seq-Type, smlp[%d]"},
-    {RC_HEADER_ENTRY_COUNT, "ProfObjHdEntry:Seq-Len, smlp[%d]"},
-    {}};
-const cSMLP::Field cSMLP::Tables::aHeaderEntry[] = {
+constexpr cSMLP::Field cSMLP::Tables::aHeaderEntry[] = {
     Field::Octets(Field::kNoLimit)
         .Refused({RC_HEADER_OBJ_NAME, "ProfObjHdEntry:TL-Field(objName), smlp[%d]"}, {}),
     Shared::Unit(),
     Shared::Scaler({RC_FIELD_TYPE, "ProfObjHdEntry:TL-Field(scaler), smlp[%d]"},
                    {RC_FIELD_TYPE, "ProfObjHdEntry:TL-Field(scaler), smlp[%d]"}),
 };
+const cSMLP::Layout cSMLP::Tables::kHeaderEntry = Layout{
+    aHeaderEntry,
+    3,
+    {RC_HEADER_ENTRY_TYPE, "ProfObjHdEntry:Seq-Type, smlp[%d]"},
+    {RC_HEADER_ENTRY_COUNT, "ProfObjHdEntry:Seq-Len, smlp[%d]"},
+    {}}.TakenBy(&cSMLP::TakeFields<aHeaderEntry>);
 
-const cSMLP::Layout cSMLP::Tables::kHeaderList{
-    aHeaderList, 0, {RC_HEADER_LIST_TYPE, "ListOf:ProfObjHdEntry:Wrong Type, smlp[%d]"}, {}, {}};
-const cSMLP::Field cSMLP::Tables::aHeaderList[] = {Field::Structure(kHeaderEntry)};
+constexpr cSMLP::Field cSMLP::Tables::aHeaderList[] = {Field::Structure(kHeaderEntry)};
+const cSMLP::Layout cSMLP::Tables::kHeaderList = Layout{
+    aHeaderList,
+    0,
+    {RC_HEADER_LIST_TYPE, "ListOf:ProfObjHdEntry:Wrong Type, smlp[%d]"},
+    {},
+    {}}.TakenBy(&cSMLP::TakeElements<aHeaderList>);
 
-const cSMLP::Layout cSMLP::Tables::kValueEntry{
+constexpr cSMLP::Field cSMLP::Tables::aValueEntry[] = {Shared::Value(), Shared::Signature()};
+const cSMLP::Layout cSMLP::Tables::kValueEntry = Layout{
     aValueEntry,
     2,
     {RC_VALUE_ENTRY_TYPE, "ValueEntry:Seq-Type, smlp[%d]"},
     {RC_VALUE_ENTRY_COUNT, "ValueEntry:Seq-Len, smlp[%d]"},
-    {}};
-const cSMLP::Field cSMLP::Tables::aValueEntry[] = {Shared::Value(), Shared::Signature()};
+    {}}.TakenBy(&cSMLP::TakeFields<aValueEntry>);
 
-const cSMLP::Layout cSMLP::Tables::kValueList{
-    aValueList, 0, {RC_VALUE_LIST_TYPE, "ListOf:ValueEntry:Seq-Type, smlp[%d]"}, {}, {}};
-const cSMLP::Field cSMLP::Tables::aValueList[] = {Field::Structure(kValueEntry)};
+constexpr cSMLP::Field cSMLP::Tables::aValueList[] = {Field::Structure(kValueEntry)};
+const cSMLP::Layout cSMLP::Tables::kValueList =
+    Layout{aValueList, 0, {RC_VALUE_LIST_TYPE, "ListOf:ValueEntry:Seq-Type, smlp[%d]"}, {}, {}}
+        .TakenBy(&cSMLP::TakeElements<aValueList>);
 
-const cSMLP::Layout cSMLP::Tables::kPeriodObjectEntry{
-    aPeriodObjectEntry,
-    4,
-    {RC_PER_OBJ_ENTRY_TYPE, "ProfObjPerEntry:Seq-Type, smlp[%d]"},
-    {RC_PER_OBJ_ENTRY_COUNT, "ProfObjPerEntry:Seq-Len, smlp[%d]"},
-    {}};
-const cSMLP::Field cSMLP::Tables::aPeriodObjectEntry[] = {
+constexpr cSMLP::Field cSMLP::Tables::aPeriodObjectEntry[] = {
     Field::Structure(kTime),
     Field::Number(TLF_UNSIGNED, 0, 8)
         .ReadBy(&cSMLP::ReadUntypedStatus)
@@ -237,22 +238,22 @@ const cSMLP::Field cSMLP::Tables::aPeriodObjectEntry[] = {
     Field::Structure(kValueList),
     Shared::Signature(),
 };
+const cSMLP::Layout cSMLP::Tables::kPeriodObjectEntry = Layout{
+    aPeriodObjectEntry,
+    4,
+    {RC_PER_OBJ_ENTRY_TYPE, "ProfObjPerEntry:Seq-Type, smlp[%d]"},
+    {RC_PER_OBJ_ENTRY_COUNT, "ProfObjPerEntry:Seq-Len, smlp[%d]"},
+    {}}.TakenBy(&cSMLP::TakeFields<aPeriodObjectEntry>);
 
-const cSMLP::Layout cSMLP::Tables::kPeriodObjectList{
+constexpr cSMLP::Field cSMLP::Tables::aPeriodObjectList[] = {Field::Structure(kPeriodObjectEntry)};
+const cSMLP::Layout cSMLP::Tables::kPeriodObjectList = Layout{
     aPeriodObjectList,
     0,
     {RC_PER_OBJ_LIST_TYPE, "ListOf:ProfObjPeriodEntry:Seq-Type, smlp[%d]"},
     {},
-    {}};
-const cSMLP::Field cSMLP::Tables::aPeriodObjectList[] = {Field::Structure(kPeriodObjectEntry)};
+    {}}.TakenBy(&cSMLP::TakeElements<aPeriodObjectList>);
 
-const cSMLP::Layout cSMLP::Tables::kPeriodEntry{
-    aPeriodEntry,
-    5,
-    {RC_PERIOD_ENTRY_TYPE, "PeriodEntry:Seq-Type, smlp[%d]"},
-    {RC_PERIOD_ENTRY_COUNT, "PeriodEntry:Seq-Len, smlp[%d]"},
-    {}};
-const cSMLP::Field cSMLP::Tables::aPeriodEntry[] = {
+constexpr cSMLP::Field cSMLP::Tables::aPeriodEntry[] = {
     Shared::ObjName().Kept(label::objName, KIND_UINT64, Keep::IfSet),
     Shared::Unit().Kept(label::unit, KIND_UINT, Keep::Always),
     Shared::Scaler({RC_SCALER_TYPE, "PeriodEntry:Scaler-Type, smlp[%d]"},
@@ -261,19 +262,21 @@ const cSMLP::Field cSMLP::Tables::aPeriodEntry[] = {
     Shared::KeptValue(),
     Shared::ValueSignature(),
 };
+const cSMLP::Layout cSMLP::Tables::kPeriodEntry = Layout{
+    aPeriodEntry,
+    5,
+    {RC_PERIOD_ENTRY_TYPE, "PeriodEntry:Seq-Type, smlp[%d]"},
+    {RC_PERIOD_ENTRY_COUNT, "PeriodEntry:Seq-Len, smlp[%d]"},
+    {}}.TakenBy(&cSMLP::TakeFields<aPeriodEntry>);
 
-const cSMLP::Layout cSMLP::Tables::kPeriodList{
-    aPeriodList, 0, {RC_PERIOD_LIST_TYPE, "ListOf:PeriodEntry:Seq-Type, smlp[%d]"}, {}, {}};
-const cSMLP::Field cSMLP::Tables::aPeriodList[] = {
+constexpr cSMLP::Field cSMLP::Tables::aPeriodList[] = {
     Field::Structure(kPeriodEntry).Kept(label::SmlPeriodEntry, KIND_RECORD, Keep::Always),
 };
+const cSMLP::Layout cSMLP::Tables::kPeriodList =
+    Layout{aPeriodList, 0, {RC_PERIOD_LIST_TYPE, "ListOf:PeriodEntry:Seq-Type, smlp[%d]"}, {}, {}}
+        .TakenBy(&cSMLP::TakeElements<aPeriodList>);
 
-const cSMLP::Layout cSMLP::Tables::kTupelEntry{aTupelEntry,
-                                               23,
-                                               {RC_PROC_PAR_TYPE, "TupelEntry:Seq-Type, smlp[%d]"},
-                                               {RC_PROC_PAR_COUNT, "TupelEntry:Seq-Len, smlp[%d]"},
-                                               {}};
-const cSMLP::Field cSMLP::Tables::aTupelEntry[] = {
+constexpr cSMLP::Field cSMLP::Tables::aTupelEntry[] = {
     Field::String(SML_MAX_SERVER_ID).Optional(),
     Field::Structure(kTime),
     Field::Number(TLF_UNSIGNED, 0, 8)
@@ -300,3 +303,9 @@ const cSMLP::Field cSMLP::Tables::aTupelEntry[] = {
     Shared::Value(), // R3
     Shared::Signature(),
 };
+const cSMLP::Layout cSMLP::Tables::kTupelEntry = Layout{
+    aTupelEntry,
+    23,
+    {RC_PROC_PAR_TYPE, "TupelEntry:Seq-Type, smlp[%d]"},
+    {RC_PROC_PAR_COUNT, "TupelEntry:Seq-Len, smlp[%d]"},
+    {}}.TakenBy(&cSMLP::TakeFields<aTupelEntry>);

@@ -5,7 +5,7 @@
 // A value longer than one chunk is delivered in packets. Each carries the tree so far, with the
 // chunk as the value of its node; with the last piece everything that was read has been delivered,
 // and the records of all levels begin anew.
-#include "quarn/parser/engine.h"
+#include "quarn/parser/take.h"
 
 #include "quarn/parser/tree_path.h"
 
@@ -40,13 +40,7 @@ const cSMLP::Field cSMLP::Tables::aTreePath[] = {
     Field::String(6).Kept(label::path_Entry, KIND_UINT64, Keep::IfSet),
 };
 
-const cSMLP::Layout cSMLP::Tables::kTree{
-    aTree,
-    3,
-    {RC_TREE_TYPE, "Tree:Seq-Type, smlp[%d]"},
-    {RC_TREE_COUNT, "Tree:Seq-Cnt, smlp[%d]"},
-    {RC_NOT_OPTIONAL, "Tree:Optional not supported!, smlp[%d]"}};
-const cSMLP::Field cSMLP::Tables::aTree[] = {
+constexpr cSMLP::Field cSMLP::Tables::aTree[] = {
     Field::String(6).Kept(label::parName, KIND_UINT64, Keep::IfSet).Then(&cSMLP::TellParName),
     Field::Structure(kProcParValue)
         .Optional()
@@ -58,6 +52,13 @@ const cSMLP::Field cSMLP::Tables::aTree[] = {
         .Kept(label::child_List, KIND_RECORD, Keep::IfSet)
         .Then(&cSMLP::TellChildList),
 };
+const cSMLP::Layout cSMLP::Tables::kTree = Layout{
+    aTree,
+    3,
+    {RC_TREE_TYPE, "Tree:Seq-Type, smlp[%d]"},
+    {RC_TREE_COUNT, "Tree:Seq-Cnt, smlp[%d]"},
+    {RC_NOT_OPTIONAL,
+     "Tree:Optional not supported!, smlp[%d]"}}.TakenBy(&cSMLP::TakeFields<aTree>);
 
 const cSMLP::Layout cSMLP::Tables::kProcParValue{
     aProcParValue,
@@ -136,9 +137,9 @@ int cSMLP::ReadTreeValue(const Field& field)
     case TREE_PERIOD_ENTRY:
         return EnterKept(Tables::kPeriodEntry, field);
     case TREE_TUPEL_ENTRY:
-        return Enter(Tables::kTupelEntry, false, nullptr);
+        return Enter(Tables::kTupelEntry, false, false, false);
     case TREE_TIME:
-        return EnterKept(Tables::kTime, field, label::SmlTime);
+        return EnterKept(Tables::kTime, field, &kLabel<label::SmlTime>);
     case TREE_LIST_ENTRY:
         return EnterKept(Tables::kListEntry, field);
     default:
@@ -157,7 +158,7 @@ int cSMLP::ReadTreeValue(const Field& field)
         Cleanup_TreeRecords();
         bProcParValSet = false;
     } else {
-        bProcParValSet = AppendValue();
+        bProcParValSet = KeepValue(aFrames[uiDepth]);
     }
     return KeepProcParValue();
 }
@@ -200,7 +201,7 @@ int cSMLP::TellChildList()
 // The value of the node being read, with the chunk that has just arrived.
 vorn::cRecord cSMLP::ExtendedValue(bool more) const
 {
-    vorn::cRecord value = aFrames[uiDepth].rec;
+    vorn::cRecord value = builder.Copy(aFrames[uiDepth].uiLevel);
     value.AppendBoolPar(label::extFlag, more, 0);
     value.AppendUIntPar(label::extLen, uiTLF_Count, 0);
     value.AppendDataPar(label::value, pucString, static_cast<int>(uiStringLen), 0);
@@ -211,12 +212,12 @@ vorn::cRecord cSMLP::ExtendedValue(bool more) const
 vorn::cRecord cSMLP::LinkedTree(const vorn::cRecord& procParVal) const
 {
     std::uint32_t depth = uiDepth - 1;
-    vorn::cRecord node = aFrames[depth].rec;
+    vorn::cRecord node = builder.Copy(aFrames[depth].uiLevel);
     node.AppendRecordPar(label::procParVal, procParVal, 0);
     for (; depth > kFirstNode; depth -= 2) {
-        vorn::cRecord list = aFrames[depth - 1].rec;
+        vorn::cRecord list = builder.Copy(aFrames[depth - 1].uiLevel);
         list.AppendRecordPar(label::parTree, node, 0);
-        node = aFrames[depth - 2].rec;
+        node = builder.Copy(aFrames[depth - 2].uiLevel);
         node.AppendRecordPar(label::child_List, list, 0);
     }
     return node;
@@ -224,8 +225,8 @@ vorn::cRecord cSMLP::LinkedTree(const vorn::cRecord& procParVal) const
 
 void cSMLP::Cleanup_TreeRecords() noexcept
 {
+    builder.Clear(aFrames[kFirstNode].uiLevel);
     for (std::uint32_t depth = kFirstNode; depth <= uiDepth; ++depth) {
-        aFrames[depth].rec.Create();
         aFrames[depth].bFilled = false;
         aFrames[depth].bDelivered = true;
     }
@@ -246,18 +247,24 @@ void cSMLP::AppendPacketTree(vorn::cRecord& body)
     recPacketTree.Create();
 }
 
-// The end of a message's tree: what was not delivered in packets goes into the body.
+// The end of a message's tree, its body's last field: what was not delivered in packets goes into
+// the body.
 int cSMLP::KeepTree()
 {
-    if (bResultTree) {
-        Target().AppendRecordPar(label::parTree, recResultTree, 0);
-        bResultTree = false;
-        recResultTree.Create();
-    }
     const Frame& tree = aFrames[uiDepth + 1];
+    if (!bPaket) {
+        if (tree.bFilled)
+            Target().AppendRecordPar(kLabel<label::parTree>, partDone, 0);
+        return RC_DONE;
+    }
+    recBody = Body();
+    if (bResultTree)
+        recBody.AppendRecordPar(label::parTree, recResultTree, 0);
     if (tree.bFilled)
-        Target().AppendRecordPar(label::parTree, tree.rec, 0);
-    if (bPaket)
-        Target().AppendUIntPar(label::extMsgPart, uiPaketNo, 0);
+        recBody.AppendRecordPar(label::parTree, builder.Get(partDone), 0);
+    recBody.AppendUIntPar(label::extMsgPart, uiPaketNo, 0);
+    bBodyDone = true;
+    bResultTree = false;
+    recResultTree.Create();
     return RC_DONE;
 }

@@ -210,6 +210,8 @@ public:
     using Object::Object;
     using Object::operator=;
 
+    void Clear() noexcept { FieldSet::Clear(); }
+
     // Turns a profile-list response into a list response: its server, and of each period entry a
     // list entry with the status and the time of the period. A response that is not valid, or a
     // lack of memory, clears this object, with a trace at level 2.

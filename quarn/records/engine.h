@@ -64,19 +64,15 @@ void AppendPlain(vorn::cRecord& target, const char* label, const T& v)
 }
 
 template <typename T>
-bool ReadValue(const vorn::cRecord& record, const char* label, unsigned depth, T& value)
+bool ReadValue(const vorn::cRecordPar* par, Source& around, T& value)
 {
     if constexpr (kIsPlain<T>) {
-        vorn::cRecordPar par;
-        if (!FindField(record, label, kKindOf<T>, par))
+        if (par == nullptr || !IsOfKind(*par, kKindOf<T>))
             return false;
-        value = PlainOf<T>(par);
+        value = PlainOf<T>(*par);
         return true;
     } else {
-        if constexpr (std::is_same_v<T, cSmlTime>)
-            value.Read(record, label);
-        else
-            Access::Read(value, record, depth);
+        Access::ReadFrom(value, par, around);
         return value.IsValid();
     }
 }
@@ -87,7 +83,7 @@ void WriteValue(vorn::cRecord& target, const char* label, const T& value)
     if constexpr (kIsPlain<T>)
         AppendPlain(target, label, value);
     else if constexpr (std::is_same_v<T, cSmlTime>)
-        value.Write(target, label);
+        Access::WriteAs(value, target, label);
     else
         Access::Write(value, target);
 }
@@ -95,7 +91,10 @@ void WriteValue(vorn::cRecord& target, const char* label, const T& value)
 template <class Core>
 Object<Core>::Object(const vorn::cRecord& record) noexcept
 {
-    if (!Guarded(Core::kClass, [&] { Core::Read(record, 0); }))
+    if (!Guarded(Core::kClass, [&] {
+            Source around(record, 0);
+            Access::Read(*this, around);
+        }))
         Core::Clear();
 }
 
@@ -121,6 +120,7 @@ Object<Core>& Object<Core>::operator=(Object&& other) noexcept
         Core::Clear();
     else if (this != &other)
         Core::operator=(std::move(other));
+    Core::DropUnassigned();
     return *this;
 }
 
@@ -131,6 +131,7 @@ void Object<Core>::Assign(const Object& other)
         Core::Clear();
     else
         Core::CopyFrom(other);
+    Core::DropUnassigned();
 }
 
 template <class Core>
@@ -142,22 +143,31 @@ bool Object<Core>::ToRecord(vorn::cRecord& target) const noexcept
 }
 
 template <class Fields>
-void Structure<Fields>::Read(const vorn::cRecord& record, unsigned depth)
+void Structure<Fields>::ReadFrom(const vorn::cRecordPar* own, Source& around)
 {
     constexpr const Shape& shape = Fields::kShape;
-    vorn::cRecord own;
-    if (shape.where != eFIELDS::DIRECT && FindRecord(record, shape.pcLabel, own))
-        Fields::Read(own, depth);
-    else if (shape.where != eFIELDS::ENCLOSED)
-        Fields::Read(record, depth);
-    else if (shape.missingLevel != kUntraced)
+    vorn::cRecord record;
+    if (IsRecord(own) && own->GetRecord(record)) {
+        Source inside(record, around.uiDepth);
+        Fields::Read(inside);
+    } else if (shape.where != eFIELDS::ENCLOSED) {
+        Fields::Read(around);
+    } else if (shape.missingLevel != kUntraced) {
         Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", shape.pcClass);
+    }
 }
 
 template <class Fields>
 bool Structure<Fields>::Write(vorn::cRecord& target) const
 {
     vorn::cRecord own;
+    return Write(target, own);
+}
+
+template <class Fields>
+bool Structure<Fields>::Write(vorn::cRecord& target, vorn::cRecord& own) const
+{
+    own.Create();
     if (!WriteFields(own))
         return false;
     target.AppendRecordPar(Fields::kShape.pcLabel, own, 0);
@@ -189,12 +199,12 @@ void ListCore<Traits>::CopyFrom(const ListCore& other)
 }
 
 template <class Traits>
-void ListCore<Traits>::Read(const vorn::cRecord& record, unsigned depth)
+void ListCore<Traits>::ReadFrom(const vorn::cRecordPar* own, Source& around)
 {
     constexpr const ListShape& shape = Traits::kShape;
     entries.clear();
     vorn::cRecord list;
-    if (!FindRecord(record, shape.pcLabel, list)) {
+    if (!IsRecord(own) || !own->GetRecord(list)) {
         if (shape.missingLevel != kUntraced)
             Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", shape.pcClass);
         return;
@@ -204,17 +214,18 @@ void ListCore<Traits>::Read(const vorn::cRecord& record, unsigned depth)
         Trace(LibQuarn, kError, "%s: Record %s is empty", shape.pcClass, shape.pcEmptyName);
         return;
     }
-    if (depth + 1 >= SML_MAX_TREE_DEPTH)
+    const unsigned depth = around.uiDepth + 1;
+    if (depth >= SML_MAX_TREE_DEPTH)
         throw TooDeep();
     entries.reserve(static_cast<std::size_t>(left));
-    vorn::cRecordPar par = list.GetFirstPar(shape.pcElementLabel, 0, 0);
-    const char* step = shape.bStepsByLabel ? shape.pcElementLabel : nullptr;
-    do {
-        if (ReadElement(par, depth + 1))
+    const char* const next = shape.bStepsByLabel ? shape.pcElementLabel : nullptr;
+    VisitElements(list, shape.pcElementLabel, next, [&](const vorn::cRecordPar& par) {
+        if (ReadElement(par, depth))
             --left;
         else
             Trace(LibQuarn, kError, "%s: %s", shape.pcClass, shape.pcElementFault);
-    } while (left > 0 && list.SeekNextPar(par, step, 0, 0));
+        return left > 0;
+    });
 }
 
 template <class Traits>
@@ -228,10 +239,11 @@ bool ListCore<Traits>::ReadElement(const vorn::cRecordPar& par, unsigned depth)
         vorn::cRecord record;
         if (!IsOfKind(par, KIND_RECORD) || !par.GetRecord(record))
             return false;
-        entries.emplace_back();
-        Access::Read(entries.back(), record, depth);
-        if (!entries.back().IsValid())
-            entries.back().Clear();
+        Source inside(record, depth);
+        Element& element = entries.emplace_back();
+        Access::Read(element, inside);
+        if (!element.IsValid())
+            element.Clear();
     }
     return true;
 }
@@ -254,16 +266,17 @@ template <class Traits>
 void ListCore<Traits>::WriteElements(vorn::cRecord& list) const
 {
     constexpr const ListShape& shape = Traits::kShape;
-    vorn::cRecord wrapper;
+    vorn::cRecord wrapper; // both are filled again and again: they know what room it takes
+    vorn::cRecord own;
     for (const Element& element : entries) {
         if constexpr (kIsPlain<Element>) {
             AppendPlain(list, shape.pcElementLabel, element);
         } else if constexpr (shape.bWrapped) {
-            Access::Write(element, wrapper);
+            Access::Write(element, wrapper, own);
             list.AppendRecordPar(shape.pcElementLabel, wrapper, 0);
             wrapper.Create();
         } else {
-            Access::Write(element, list);
+            Access::Write(element, list, own);
         }
     }
 }

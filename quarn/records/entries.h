@@ -50,9 +50,9 @@ protected:
     {
         return U::Set(unit) && S::Set(scaler) && V::Set(value);
     }
-    void Read(const vorn::cRecord& record, unsigned depth)
+    void Read(Source& from)
     {
-        Triple::FieldSet::Read(record, depth);
+        Triple::FieldSet::Read(from);
         U::bPresent = S::bPresent = V::bPresent = U::bPresent || S::bPresent || V::bPresent;
     }
 };

@@ -12,7 +12,7 @@
 #define QUARN_RECORDS_FIELD_H
 
 #include "quarn/foundation/export.h"
-#include "quarn/foundation/framework.h"
+#include "quarn/foundation/fields.h"
 #include "quarn/foundation/labels.h"
 #include "quarn/foundation/trace.h"
 
@@ -28,22 +28,45 @@ namespace quarn::detail
 template <typename T>
 inline constexpr bool kIsPlain = std::is_arithmetic_v<T> || std::is_same_v<T, std::string>;
 
+// What an object is read from: a record, and how many lists stand around it.
+struct Source : RecordReader<> {
+    Source(const vorn::cRecord& rec, unsigned depth) : RecordReader(rec), uiDepth(depth) {}
+
+    unsigned uiDepth;
+};
+
 // The members of the record classes that the library keeps to itself. All of them may throw; the
 // public ones are built from them and do not.
-//   Read      fills a cleared object from a record; depth counts the trees around it
-//   Write     appends the object to a record, as a whole or not at all
+//   Read      fills a cleared object from the record around it, and
+//   ReadFrom  from the parameter that stands in that record under the object's label, or null
+//   Write     appends the object to a record, as a whole or not at all; own is a record to use
 //   CopyFrom  makes the object what another one is
 //   Assign    does what operator= does
 struct Access {
     template <typename T>
-    static void Read(T& object, const vorn::cRecord& record, unsigned depth)
+    static void Read(T& object, Source& around)
     {
-        object.Read(record, depth);
+        object.ReadFrom(T::kOwnLabel != nullptr ? around.Find(T::kOwnLabel) : nullptr, around);
+    }
+    template <typename T>
+    static void ReadFrom(T& object, const vorn::cRecordPar* own, Source& around)
+    {
+        object.ReadFrom(own, around);
     }
     template <typename T>
     static bool Write(const T& object, vorn::cRecord& target)
     {
         return object.Write(target);
+    }
+    template <typename T>
+    static bool Write(const T& object, vorn::cRecord& target, vorn::cRecord& own)
+    {
+        return object.Write(target, own);
+    }
+    template <typename T>
+    static bool WriteAs(const T& object, vorn::cRecord& target, const char* label)
+    {
+        return object.Write(target, label);
     }
     template <typename T>
     static bool WriteFields(const T& object, vorn::cRecord& target)
@@ -65,6 +88,11 @@ struct Access {
             to = from;
         else
             to.Assign(from);
+    }
+    template <typename T>
+    static void DropUnassigned(T& object) noexcept
+    {
+        object.DropUnassigned();
     }
     // The named fields of one object, taken over from another that has them too.
     template <class... F, class To, class From>
@@ -129,12 +157,17 @@ bool GetAlternative(const Variant& alternatives, T& out) noexcept
     return v != nullptr && TryAssign(out, *v);
 }
 
-// Reading and writing under a label, for every type that a field may have.
+// Reading from the parameter par of a record, or null, and writing under a label, for every type
+// that a field may have.
 template <typename T>
-bool ReadValue(const vorn::cRecord& record, const char* label, unsigned depth, T& value);
+bool ReadValue(const vorn::cRecordPar* par, Source& around, T& value);
 template <typename T>
 void WriteValue(vorn::cRecord& target, const char* label, const T& value);
-bool HasRecord(const vorn::cRecord& record, const char* label);
+
+inline bool IsRecord(const vorn::cRecordPar* par)
+{
+    return par != nullptr && IsOfKind(*par, KIND_RECORD);
+}
 
 template <typename T, const char* Label>
 class Field
@@ -157,9 +190,10 @@ protected:
         value = T();
         bPresent = false;
     }
-    void Read(const vorn::cRecord& record, unsigned depth)
+    void Read(Source& from) { ReadFrom(from.Find(Label), from); }
+    void ReadFrom(const vorn::cRecordPar* par, Source& around)
     {
-        bPresent = ReadValue(record, Label, depth, value);
+        bPresent = ReadValue(par, around, value);
     }
     void Write(vorn::cRecord& target) const
     {
@@ -201,9 +235,9 @@ protected:
 template <class F>
 struct OrEmpty : F {
 protected:
-    void Read(const vorn::cRecord& record, unsigned depth)
+    void Read(Source& from)
     {
-        F::Read(record, depth);
+        F::Read(from);
         F::bPresent = true;
     }
 };
@@ -212,11 +246,11 @@ protected:
 template <class F, const char* Second>
 struct OrFrom : F {
 protected:
-    void Read(const vorn::cRecord& record, unsigned depth)
+    void Read(Source& from)
     {
-        F::Read(record, depth);
+        F::Read(from);
         if (!F::bPresent)
-            F::bPresent = ReadValue(record, Second, depth, F::value);
+            F::ReadFrom(from.Find(Second), from);
     }
 };
 
@@ -224,10 +258,11 @@ protected:
 template <class F>
 struct IfRecord : F {
 protected:
-    void Read(const vorn::cRecord& record, unsigned depth)
+    void Read(Source& from)
     {
-        if (HasRecord(record, F::kLabel))
-            F::Read(record, depth);
+        const vorn::cRecordPar* const own = from.Find(F::kLabel);
+        if (IsRecord(own))
+            F::ReadFrom(own, from);
     }
 };
 
@@ -235,11 +270,12 @@ protected:
 template <class F>
 struct AsRecord : F {
 protected:
-    void Read(const vorn::cRecord& record, unsigned depth)
+    void Read(Source& from)
     {
-        if (!HasRecord(record, F::kLabel))
+        const vorn::cRecordPar* const own = from.Find(F::kLabel);
+        if (!IsRecord(own))
             return;
-        F::Read(record, depth);
+        F::ReadFrom(own, from);
         F::bPresent = true;
     }
 };
@@ -250,9 +286,10 @@ struct FieldSet : F... {
 protected:
     bool IsComplete() const noexcept { return (... && (!F::kRequired || F::IsPresent())); }
     void Clear() noexcept { (F::Clear(), ...); }
-    void Read(const vorn::cRecord& record, unsigned depth) { (F::Read(record, depth), ...); }
+    void Read(Source& from) { (F::Read(from), ...); }
     void Write(vorn::cRecord& target) const { (F::Write(target), ...); }
     void CopyFrom(const FieldSet& other) { (F::CopyFrom(other), ...); }
+    void DropUnassigned() noexcept {} // what operator= does not take over
 };
 
 } // namespace quarn::detail

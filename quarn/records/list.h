@@ -57,6 +57,7 @@ public:
 
 protected:
     static constexpr const char* kClass = Traits::kShape.pcClass;
+    static constexpr const char* kOwnLabel = Traits::kShape.pcLabel;
     static constexpr bool kCopiedWhenValid = false;
 
     // Adds a copy at the end. False, and nothing added, when no memory is left.
@@ -83,11 +84,12 @@ protected:
         return IsValid();
     }
 
-    void Read(const vorn::cRecord& record, unsigned depth);
+    void ReadFrom(const vorn::cRecordPar* own, Source& around);
     bool ReadElement(const vorn::cRecordPar& par, unsigned depth);
     bool Write(vorn::cRecord& target) const;
     void WriteElements(vorn::cRecord& list) const;
     void CopyFrom(const ListCore& other);
+    void DropUnassigned() noexcept {}
 
     std::vector<Element> entries;
 

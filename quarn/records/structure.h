@@ -13,8 +13,10 @@
 namespace quarn::detail
 {
 
-// A core has kClass (its name in trace lines), kCopiedWhenValid (whether operator= takes over valid
-// objects only, others clearing the target), IsValid, Clear, and Access's Read, Write and CopyFrom.
+// A core has kClass (its name in trace lines), kOwnLabel (of its parameter in the record around it;
+// null: it stands in that very record), kCopiedWhenValid (whether operator= takes over valid
+// objects only, others clearing the target), IsValid, Clear, DropUnassigned (what operator= does
+// not take over), and Access's ReadFrom, Write and CopyFrom.
 template <class Core>
 class QUARN_API Object : public Core
 {
@@ -63,10 +65,13 @@ public:
 
 protected:
     static constexpr const char* kClass = Fields::kShape.pcClass;
+    static constexpr const char* kOwnLabel =
+        Fields::kShape.where == eFIELDS::DIRECT ? nullptr : Fields::kShape.pcLabel;
     static constexpr bool kCopiedWhenValid = Fields::kShape.bCopiedWhenValid;
 
-    void Read(const vorn::cRecord& record, unsigned depth);
+    void ReadFrom(const vorn::cRecordPar* own, Source& around);
     bool Write(vorn::cRecord& target) const;
+    bool Write(vorn::cRecord& target, vorn::cRecord& own) const;
     bool WriteFields(vorn::cRecord& target) const; // without a record around them
 };
 

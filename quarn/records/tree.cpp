@@ -22,33 +22,39 @@ void ProcParValueCore::CopyFrom(const ProcParValueCore& other)
         other.alternatives);
 }
 
-void ProcParValueCore::Read(const vorn::cRecord& record, unsigned depth)
+void ProcParValueCore::ReadFrom(const vorn::cRecordPar* own, Source& around)
 {
-    vorn::cRecord own;
-    if (!FindRecord(record, label::procParVal, own)) {
+    vorn::cRecord record;
+    if (!IsRecord(own) || !own->GetRecord(record)) {
         Trace(LibQuarn, kDetail, "cSmlProcParValue::CTOR: record invalid/empty!");
         return;
     }
+    Source inside(record, around.uiDepth);
     unsigned type = 0;
-    if (!ReadValue(own, label::type, depth, type))
+    if (!ReadValue(inside.Find(label::type), inside, type))
         return;
+    const vorn::cRecordPar* const value = inside.Find(label::value);
+    vorn::cRecord nested;
     if (type == 1) {
-        Access::Read(alternatives.emplace<cSmlValue>(), own, depth);
-        if (!std::get<cSmlValue>(alternatives).IsValid())
+        if (!ReadValue(value, inside, alternatives.emplace<cSmlValue>()))
             Clear();
-        return;
+    } else if (IsRecord(value) && value->GetRecord(nested)) {
+        Source alternative(nested, around.uiDepth);
+        ReadAlternative(type, alternative);
     }
-    vorn::cRecord value;
-    if (type < 2 || type > 5 || !FindRecord(own, label::value, value))
-        return;
+}
+
+// The alternative counts even if it is not valid itself.
+void ProcParValueCore::ReadAlternative(unsigned type, Source& value)
+{
     if (type == 2)
-        Access::Read(alternatives.emplace<cSmlPeriodEntry>(), value, depth);
+        Access::Read(alternatives.emplace<cSmlPeriodEntry>(), value);
     else if (type == 3)
-        Access::Read(alternatives.emplace<cSmlTupelEntry>(), value, depth);
+        Access::Read(alternatives.emplace<cSmlTupelEntry>(), value);
     else if (type == 4)
-        ReadValue(value, label::SmlTime, depth, alternatives.emplace<cSmlTime>());
-    else
-        Access::Read(alternatives.emplace<cSmlListEntry>(), value, depth);
+        ReadValue(value.Find(label::SmlTime), value, alternatives.emplace<cSmlTime>());
+    else if (type == 5)
+        Access::Read(alternatives.emplace<cSmlListEntry>(), value);
 }
 
 bool ProcParValueCore::Write(vorn::cRecord& target) const

@@ -11,7 +11,7 @@ namespace quarn::detail
 class QUARN_API ProcParValueCore
 {
 public:
-    void Clear() noexcept { alternatives.emplace<std::monostate>(); }
+    void Clear() noexcept { alternatives = {}; }
     bool IsValid() const noexcept { return alternatives.index() > 0; }
 
     // Each succeeds for its own alternative only.
@@ -22,24 +22,28 @@ public:
     bool GetParValue(cSmlListEntry& v) const noexcept { return GetAlternative(alternatives, v); }
 
 protected:
+    // In the order of the types 1 to 5: the index is the type.
+    using Alternatives = std::variant<std::monostate, cSmlValue, cSmlPeriodEntry, cSmlTupelEntry,
+                                      cSmlTime, cSmlListEntry>;
+
     static constexpr const char* kClass = "cSmlProcParValue";
+    static constexpr const char* kOwnLabel = label::procParVal;
     static constexpr bool kCopiedWhenValid = false;
 
     template <typename T>
     void Take(const T& v) noexcept
     {
-        Clear();
-        if (v.IsValid() && !TryAssign(alternatives.emplace<T>(), v))
-            Clear();
+        Alternatives taken(std::in_place_type<T>);
+        const bool done = v.IsValid() && TryAssign(*std::get_if<T>(&taken), v);
+        alternatives = done ? std::move(taken) : Alternatives();
     }
-    void Read(const vorn::cRecord& record, unsigned depth);
+    void ReadFrom(const vorn::cRecordPar* own, Source& around);
+    void ReadAlternative(unsigned type, Source& value);
     bool Write(vorn::cRecord& target) const;
     void CopyFrom(const ProcParValueCore& other);
+    void DropUnassigned() noexcept {}
 
-    // In the order of the types 1 to 5: the index is the type.
-    std::variant<std::monostate, cSmlValue, cSmlPeriodEntry, cSmlTupelEntry, cSmlTime,
-                 cSmlListEntry>
-        alternatives;
+    Alternatives alternatives;
 };
 
 } // namespace quarn::detail

@@ -9,15 +9,13 @@ using namespace quarn::detail;
 template class quarn::detail::Object<Structure<ListTypeFields>>;
 template class quarn::detail::Object<ValueCore>;
 
-bool quarn::detail::HasRecord(const vorn::cRecord& record, const char* label)
-{
-    vorn::cRecordPar par;
-    return FindField(record, label, KIND_RECORD, par);
-}
-
 cSmlTime::cSmlTime(const vorn::cRecord& record, const char* label) noexcept
 {
-    if (!Guarded("cSmlTime", [&] { Read(record, label); }))
+    const auto read = [&] {
+        Source around(record, 0);
+        ReadFrom(label != nullptr ? around.Find(label) : nullptr, around);
+    };
+    if (!Guarded("cSmlTime", read))
         Clear();
 }
 
@@ -76,11 +74,13 @@ bool cSmlTime::GetOffsets(short& locOffset, short& seaOffset) const noexcept
     return SeaOffset::IsPresent() && LocOffset::Get(locOffset) && SeaOffset::Get(seaOffset);
 }
 
-void cSmlTime::Read(const vorn::cRecord& record, const char* label)
+void cSmlTime::ReadFrom(const vorn::cRecordPar* own, Source& around)
 {
-    vorn::cRecord own;
-    if (FindRecord(record, label, own))
-        FieldSet::Read(own, 0);
+    vorn::cRecord record;
+    if (!IsRecord(own) || !own->GetRecord(record))
+        return;
+    Source inside(record, around.uiDepth);
+    FieldSet::Read(inside);
 }
 
 bool cSmlTime::Write(vorn::cRecord& target, const char* label) const
@@ -104,9 +104,8 @@ bool cSmlTime::ToRecord(vorn::cRecord& target, const char* label) const noexcept
     return written;
 }
 
-void ListTypeFields::CopyFrom(const ListTypeFields& other)
+void ListTypeFields::DropUnassigned() noexcept
 {
-    FieldSet::CopyFrom(other);
     unsigned type = 0;
     if (GetType(type) && type != 1)
         Time::Clear();
@@ -126,7 +125,7 @@ bool TakeOneOf(const vorn::cRecordPar& par, Alternatives& to)
 
 void ValueCore::Clear() noexcept
 {
-    alternatives.emplace<std::monostate>();
+    alternatives = {};
     bValid = false;
 }
 
@@ -136,21 +135,21 @@ bool ValueCore::GetType(unsigned int& kind) const noexcept
     return true;
 }
 
-void ValueCore::Read(const vorn::cRecord& record, unsigned depth)
+void ValueCore::ReadFrom(const vorn::cRecordPar* own, Source& around)
 {
-    const vorn::cRecordPar par = record.GetFirstPar(label::value, 0, 0);
-    if (!par.IsValid() || par.IsEmpty()) {
+    if (own == nullptr || !own->IsValid() || own->IsEmpty()) {
         Trace(LibQuarn, kDetail, "cSmlValue::CTOR: record invalid/empty!");
         return;
     }
     vorn::cRecord nested;
-    if (par.GetType(1) == KIND_RECORD && par.GetRecord(nested)) {
+    if (IsRecord(own) && own->GetRecord(nested)) {
+        Source inside(nested, around.uiDepth);
         auto& listType = alternatives.emplace<cSmlListType>();
-        Access::Read(listType, nested, depth);
+        Access::Read(listType, inside);
         bValid = listType.IsValid();
     } else {
         bValid = TakeOneOf<bool, std::string, unsigned, unsigned long long, int, long long>(
-            par, alternatives);
+            *own, alternatives);
     }
 }
 
@@ -161,6 +160,12 @@ void ValueCore::CopyFrom(const ValueCore& other)
     else
         alternatives = other.alternatives;
     bValid = other.bValid;
+}
+
+void ValueCore::DropUnassigned() noexcept
+{
+    if (auto* listType = std::get_if<cSmlListType>(&alternatives))
+        Access::DropUnassigned(*listType);
 }
 
 bool ValueCore::Write(vorn::cRecord& target) const

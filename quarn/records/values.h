@@ -51,16 +51,12 @@ private:
     using LocOffset = quarn::detail::Field<short, quarn::detail::label::locOffset>;
     using SeaOffset = quarn::detail::Field<short, quarn::detail::label::seaOffset>;
 
-    void Read(const vorn::cRecord& record, const char* label);
+    void ReadFrom(const vorn::cRecordPar* own, quarn::detail::Source& around);
     bool Write(vorn::cRecord& target, const char* label) const;
     void CopyFrom(const cSmlTime& other) noexcept { *this = other; }
     void Assign(const cSmlTime& other) noexcept { *this = other; }
 
     friend struct quarn::detail::Access;
-    template <typename T>
-    friend bool quarn::detail::ReadValue(const vorn::cRecord&, const char*, unsigned, T&);
-    template <typename T>
-    friend void quarn::detail::WriteValue(vorn::cRecord&, const char*, const T&);
 };
 
 namespace quarn::detail
@@ -83,13 +79,13 @@ protected:
     using Type = Field<unsigned int, label::type>;
     using Time = Field<cSmlTime, label::SmlTime>;
 
-    void CopyFrom(const ListTypeFields& other);
+    void DropUnassigned() noexcept;
 };
 
 } // namespace quarn::detail
 
 // The list type of a value: 1 = time is the only one. Another type is read, and written back, but
-// cannot be set, and loses its time when it is copied.
+// cannot be set, and operator= does not take its time over.
 class QUARN_API cSmlListType : public quarn::detail::Entry<quarn::detail::ListTypeFields>
 {
 public:
@@ -120,6 +116,7 @@ public:
 
 protected:
     static constexpr const char* kClass = "cSmlValue";
+    static constexpr const char* kOwnLabel = label::value;
     static constexpr bool kCopiedWhenValid = true;
 
     template <typename T>
@@ -127,9 +124,10 @@ protected:
     {
         return bValid && GetAlternative(alternatives, out);
     }
-    void Read(const vorn::cRecord& record, unsigned depth);
+    void ReadFrom(const vorn::cRecordPar* own, Source& around);
     bool Write(vorn::cRecord& target) const;
     void CopyFrom(const ValueCore& other);
+    void DropUnassigned() noexcept;
 
     // In the order of the kinds: the index is the kind.
     std::variant<std::monostate, bool, std::string, unsigned int, unsigned long long, int,

@@ -300,8 +300,8 @@ TEST(Encode, BuffersOfEverySize)
 
 TEST(Encode, TreesOfAnyDepth)
 {
-    const int most = static_cast<int>(SML_ENCODE_TREE_LEVELS);
-    for (const int levels : {1, 2, 64, most, most + 1, 10000}) {
+    const int most = static_cast<int>(SML_MAX_TREE_DEPTH);
+    for (const int levels : {1, 2, most, most + 1, 10000}) {
         EncoderTrace trace(2);
         std::string chain; // the innermost node has a name only
         cRecord tree = Rec("parName=U2");
@@ -320,7 +320,7 @@ TEST(Encode, TreesOfAnyDepth)
                   Hexed(kHeaderHex + "72 630501 73 0241" + kPathHex + chain))
             << levels;
         EXPECT_EQ(trace.Lines(),
-                  levels <= most ? "" : "2 Rec2Tree: child_List: more than 128 levels");
+                  levels <= most ? "" : "2 Rec2Tree: child_List: more than 64 levels");
     }
 }
 

@@ -4,7 +4,9 @@
 #include "quarn/foundation/trace.h"
 #include "tests/support/trace_capture.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <random>
 
 namespace
 {
@@ -40,6 +42,41 @@ TEST(Foundation, AFieldCountsOnlyInItsOwnKind)
     }
     vorn::cRecordPar par;
     EXPECT_FALSE(FindField(record, "absent", KIND_UINT, par));
+}
+
+// The numbers of the fields found, asked for in this order, and of the elements visited.
+template <bool kInPlace>
+std::string ReadAll(const vorn::cRecord& record, const std::vector<std::string>& labels)
+{
+    std::string found;
+    RecordReader<vorn::cRecord, kInPlace> reader(record);
+    for (const std::string& label : labels) {
+        const vorn::cRecordPar* const par = reader.Find(label.c_str());
+        found += par != nullptr ? std::to_string(par->GetUInt()) + ' ' : "- ";
+    }
+    for (const char* next : {static_cast<const char*>(nullptr), labels[1].c_str()}) {
+        const auto visit = [&](const vorn::cRecordPar& par) {
+            found += std::to_string(par.GetUInt()) + '.';
+            return par.GetUInt() != 7;
+        };
+        VisitElements(record, labels[0].c_str(), next, visit, std::bool_constant<kInPlace>());
+    }
+    return found;
+}
+
+// Whether parameters are read in place or by lookups, and in whatever order they stand.
+TEST(Foundation, RecordsAreReadAlikeBothWays)
+{
+    std::vector<std::string> labels = {"a", "ab", "b", "c", "d"};
+    std::mt19937 random(1);
+    for (int run = 0; run < 2000; ++run) {
+        vorn::cRecord record;
+        for (unsigned i = 0; i < 1 + random() % 9; ++i)
+            record.AppendUIntPar(labels[random() % 5].c_str(), i, 0);
+        std::shuffle(labels.begin(), labels.end(), random);
+        ASSERT_EQ(ReadAll<true>(record, labels), ReadAll<false>(record, labels))
+            << record.ToString();
+    }
 }
 
 TEST(Foundation, UnitsAreReadyBeforeAHostsStatics)

@@ -1,9 +1,9 @@
 // The lists, by one table: elements taken, passed over, yielded, written and copied, and every
 // trace line with its level.
-#include "record_text.h"
+#include "written.h"
 
 using test::Lines;
-using test::Record;
+using test::Rec;
 
 namespace
 {
@@ -58,22 +58,22 @@ struct Row {
 
 #define WRONG " invalid/empty/wrong type"
 #define NONE "[2]: class invalid/no entries"
-#define ENTRY "{ objName=U# unit=u30 scaler=i-1 value=u# } "
-#define VALUE "value_List_Entry{ value_List_Entry{ value=u# } } "
+#define ENTRY "={objName=U# unit=u30 scaler=i-1 value=u#} "
+#define VALUE "value_List_Entry={value_List_Entry={value=u#}} "
 // clang-format off
 const Row kRows[] = {
     {"cSmlList", "valList", "valListEntry", "valListEntry" ENTRY, "<valList>",
      "valListEntry" WRONG, NONE, kWalk<cSmlList>, 0, 16, true},
-    {"cSmlPeriodList", "period_List", "SmlPeriodEntry", "SmlPeriodEntry{ SmlPeriodEntry" ENTRY "} ",
+    {"cSmlPeriodList", "period_List", "SmlPeriodEntry", "SmlPeriodEntry={SmlPeriodEntry" ENTRY "} ",
      "<period_List>", "period_List_Entry" WRONG, NONE, kWalk<cSmlPeriodList>, 0, 16, false},
     {"cSmlValueList", "value_List", "value_List_Entry", VALUE, "<valList>",
      "value_List_Entry" WRONG, NONE, kWalk<cSmlValueList>, 0, 16, true},
     {"cSmlHeaderList", "header_List", "pObjHdEntry",
-     "pObjHdEntry{ pObjHdEntry{ objName=U# unit=u30 scaler=i0 } } ", "<valList>",
+     "pObjHdEntry={pObjHdEntry={objName=U# unit=u30 scaler=i0}} ", "<valList>",
      "valListEntry" WRONG, NONE, kWalk<cSmlHeaderList>, 0, 16, true},
     {"cSmlProfObjPeriodList", "period_List", "pObjPerEntry",
-     "pObjPerEntry{ pObjPerEntry{ valTime{ type=u1 value=u# } status=U# value_List{ " VALUE
-     "} } } ", "period_List",
+     "pObjPerEntry={pObjPerEntry={valTime={type=u1 value=u#} status=U# value_List={" VALUE
+     "}}} ", "period_List",
      "pObjPerEntry" WRONG, NONE, kWalk<cSmlProfObjPeriodList>, 0, 16, true},
     {"cSmlTreePath", "parTreePath", "path_Entry", "path_Entry=U# ", "<parTreePath>",
      "path_Entry" WRONG, "[2]: class invalid", Walk<&cSmlTreePath::SetPathEntry,
@@ -81,7 +81,7 @@ const Row kRows[] = {
     {"cSmlObjList", "object_List", "object_List_Entry", "object_List_Entry=U# ", "<object_List>",
      "object_List_Entry" WRONG, "[8]: class invalid/empty", kWalk<cSmlObjList>, 0, 0, true},
     {"cSmlChildList", "child_List", "parTree",
-     "parTree{ parName=U# procParVal{ type=u1 value=u# } } ", "<child_List>",
+     "parTree={parName=U# procParVal={type=u1 value=u#}} ", "<child_List>",
      "tree_Entry invalid/empty", NONE, Walk<&cSmlChildList::SetTreeEntry,
      &cSmlChildList::GetTreeEntry, &cSmlChildList::GetTreeCount, cSmlChildList>, -1, 16, true},
 };
@@ -100,12 +100,12 @@ void Check(const Row& row, const std::string& input, const std::string& numbers,
            const std::string& line = "", std::size_t times = 1)
 {
     SCOPED_TRACE(std::string(row.name) + " from " + input);
-    std::string elements = std::string(row.label) + "{ ";
+    std::string elements = std::string(row.label) + "={";
     for (const char number : numbers)
         elements += Element(row, number);
-    const vorn::cRecord expected = numbers.empty() ? vorn::cRecord() : Record(elements + '}');
+    const vorn::cRecord expected = numbers.empty() ? vorn::cRecord() : Rec(elements + '}');
     test::TraceCapture traces(LibQuarn, 16);
-    const Outcome o = row.run(Record(input));
+    const Outcome o = row.run(Rec(input));
     const int count = static_cast<int>(numbers.size());
     EXPECT_EQ(o.valid, count > 0);
     EXPECT_EQ(o.hasCount, count > 0);
@@ -126,7 +126,7 @@ void Check(const Row& row, const std::string& input, const std::string& numbers,
 TEST(Lists, Elements)
 {
     for (const Row& row : kRows) {
-        const std::string open = std::string(row.label) + "{ ",
+        const std::string open = std::string(row.label) + "={",
                           fault = std::string(": ") + row.fault;
         const std::string one = Element(row, '1'), two = Element(row, '2'),
                           three = Element(row, '3');
@@ -136,7 +136,7 @@ TEST(Lists, Elements)
         Check(row, open + one + wrong + three + '}', "13", 2, fault);
         Check(row, open + wrong + wrong + '}', "", 2, fault, 2);
         Check(row, open + one + "other=b1 " + two + '}', "12", row.takesStrangers ? 2 : 0, fault);
-        Check(row, open + "other=b1 }", "", 2,
+        Check(row, open + "other=b1}", "", 2,
               std::string(": Record ") + row.emptyName + " is empty");
         Check(row, "", "", row.missingLevel, missing);
         Check(row, std::string(row.label) + "=u1", "", row.missingLevel, missing);
@@ -151,30 +151,30 @@ TEST(Lists, ElementsInAnotherShape)
         const char* output;
     } rows[] = {
         // what is not valid is counted, and held as a cleared element
-        {kWalk<cSmlList>, "valList{ valListEntry{ unit=u1 } valListEntry{ objName=U1 value=u1 } }",
-         "valList{ valListEntry{ objName=U1 value=u1 } }"},
+        {kWalk<cSmlList>, "valList={valListEntry={unit=u1} valListEntry={objName=U1 value=u1}}",
+         "valList={valListEntry={objName=U1 value=u1}}"},
         {kWalk<cSmlHeaderList>,
-         "header_List{ pObjHdEntry{ objName=U1 unit=u1 scaler=i1 } pObjHdEntry{ } }",
-         "header_List{ pObjHdEntry{ } pObjHdEntry{ } }"},
+         "header_List={pObjHdEntry={objName=U1 unit=u1 scaler=i1} pObjHdEntry={}}",
+         "header_List={pObjHdEntry={} pObjHdEntry={}}"},
         {kWalk<cSmlProfObjPeriodList>,
-         "period_List{ pObjPerEntry{ pObjPerEntry{ status=U1 } } pObjPerEntry{ } }",
-         "period_List{ pObjPerEntry{ pObjPerEntry{ } } pObjPerEntry{ pObjPerEntry{ } } }"},
+         "period_List={pObjPerEntry={pObjPerEntry={status=U1}} pObjPerEntry={}}",
+         "period_List={pObjPerEntry={pObjPerEntry={}} pObjPerEntry={pObjPerEntry={}}}"},
         {kWalk<cSmlPeriodList>,
-         "period_List{ SmlPeriodEntry{ objName=U1 unit=u30 scaler=i-1 value=u5 } SmlPeriodEntry{ } "
+         "period_List={SmlPeriodEntry={objName=U1 unit=u30 scaler=i-1 value=u5} SmlPeriodEntry={} "
          "}",
-         "period_List{ SmlPeriodEntry{ SmlPeriodEntry{ objName=U1 unit=u30 scaler=i-1 value=u5 } } "
-         "SmlPeriodEntry{ } }"},
+         "period_List={SmlPeriodEntry={SmlPeriodEntry={objName=U1 unit=u30 scaler=i-1 value=u5}} "
+         "SmlPeriodEntry={}}"},
     };
     test::TraceCapture quiet(LibQuarn, 0);
     for (const auto& row : rows) {
-        const Outcome o = row.run(Record(row.input));
+        const Outcome o = row.run(Rec(row.input));
         EXPECT_EQ(o.count, 2);
-        EXPECT_EQ(o.written, Record(row.output));
+        EXPECT_EQ(o.written, Rec(row.output));
         EXPECT_EQ(o.rebuilt, o.written);
     }
     cSmlProfObjPeriodList list;
-    list.SetListEntry(cSmlProfObjPeriodEntry(Record("pObjPerEntry{ status=U1 }")));
-    EXPECT_EQ(test::Written(list), Record("period_List{ pObjPerEntry{ pObjPerEntry{ } } }"));
+    list.SetListEntry(cSmlProfObjPeriodEntry(Rec("pObjPerEntry={status=U1}")));
+    EXPECT_EQ(test::Written(list), Rec("period_List={pObjPerEntry={pObjPerEntry={}}}"));
 }
 
 } // namespace

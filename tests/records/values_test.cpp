@@ -1,8 +1,8 @@
 // Time, value, the value of a tree's node, and how deep trees go.
-#include "record_text.h"
+#include "written.h"
 
 using test::Lines;
-using test::Record;
+using test::Rec;
 using test::Written;
 
 namespace
@@ -40,7 +40,7 @@ TEST(Time, FromRecords)
     for (const auto& row : rows) {
         SCOPED_TRACE(row.record);
         test::TraceCapture traces(LibQuarn);
-        const cSmlTime time(Record("t{ " + row.record + " }"), "t");
+        const cSmlTime time(Rec("t={" + row.record + "}"), "t");
         cSmlTime assigned;
         assigned.SetTime(3, 9, 9, 9);
         assigned = time;
@@ -51,11 +51,11 @@ TEST(Time, FromRecords)
         EXPECT_EQ(written,
                   row.written.empty()
                       ? vorn::cRecord()
-                      : Record("t{ " + (row.written == "=" ? row.record : row.written) + " }"));
+                      : Rec("t={" + (row.written == "=" ? row.record : row.written) + "}"));
         EXPECT_EQ(traces.Has("LibQuarn[2]: cSmlTime::ToRecord: class invalid"),
                   row.written.empty());
     }
-    EXPECT_EQ(Text(cSmlTime(Record("t=u1"), "t")), "invalid");
+    EXPECT_EQ(Text(cSmlTime(Rec("t=u1"), "t")), "invalid");
 }
 
 TEST(Time, Set)
@@ -87,16 +87,16 @@ TEST(Value, Kinds)
         {"value=U18446744073709551615", 4, true},
         {"value=i-5", 5, true},
         {"value=I-9223372036854775808", 6, true},
-        {"value{ smlList{ type=u1 SmlTime{ type=u1 value=u5 } } }", 7, true},
-        {"value{ smlList{ type=u2 SmlTime{ type=u1 value=u5 } } }", 7, true},
-        {"value{ smlList{ type=u1 } }", 7, false},
+        {"value={smlList={type=u1 SmlTime={type=u1 value=u5}}}", 7, true},
+        {"value={smlList={type=u2 SmlTime={type=u1 value=u5}}}", 7, true},
+        {"value={smlList={type=u1}}", 7, false},
         {"other=u1", 0, false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.record);
         test::TraceCapture traces(LibQuarn, 16);
-        const cSmlValue value(Record(row.record));
-        cSmlValue assigned(Record("value=u1")), moved(Record("value=u1"));
+        const cSmlValue value(Rec(row.record));
+        cSmlValue assigned(Rec("value=u1")), moved(Rec("value=u1"));
         assigned = value;
         moved = cSmlValue(value);
         EXPECT_EQ(moved.IsValid(), row.valid);
@@ -105,7 +105,7 @@ TEST(Value, Kinds)
         EXPECT_EQ(kind, row.kind);
         EXPECT_EQ(ofAssigned, row.valid ? row.kind : 0);
         EXPECT_EQ(assigned.IsValid(), row.valid);
-        EXPECT_EQ(Written(value), row.valid ? Record(row.record) : vorn::cRecord());
+        EXPECT_EQ(Written(value), row.valid ? Rec(row.record) : vorn::cRecord());
         Lines lines;
         if (row.kind == 0)
             lines.push_back("LibQuarn[16]: cSmlValue::CTOR: record invalid/empty!");
@@ -145,25 +145,25 @@ TEST(ProcParValue, Alternatives)
         bool whole;                  // the alternative is valid too
     } rows[] = {
         {"type=u1 value=u5", "=", true},
-        {"type=u2 value{ SmlPeriodEntry{ " + entry + "} }", "=", true},
-        {"type=u2 value{ " + entry + "}", "type=u2 value{ SmlPeriodEntry{ " + entry + "} }", true},
-        {"type=u3 value{ }", "=", false},
-        {"type=u4 value{ SmlTime{ type=u1 value=u5 } }", "=", true},
-        {"type=u5 value{ objName=U1 status=U2 value=u5 }", "=", true},
-        {"type=u5 value{ status=U2 }", "type=u5 value{ }", false},
+        {"type=u2 value={SmlPeriodEntry={" + entry + "}}", "=", true},
+        {"type=u2 value={" + entry + "}", "type=u2 value={SmlPeriodEntry={" + entry + "}}", true},
+        {"type=u3 value={}", "=", false},
+        {"type=u4 value={SmlTime={type=u1 value=u5}}", "=", true},
+        {"type=u5 value={objName=U1 status=U2 value=u5}", "=", true},
+        {"type=u5 value={status=U2}", "type=u5 value={}", false},
         {"type=u1", "", false},
         {"type=u4 value=u5", "", false},
-        {"type=u6 value{ }", "", false},
+        {"type=u6 value={}", "", false},
         {"type=i1 value=u5", "", false},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.record);
         test::TraceCapture quiet(LibQuarn, 0);
-        const cSmlProcParValue value(Record("procParVal{ " + row.record + " }"));
+        const cSmlProcParValue value(Rec("procParVal={" + row.record + "}"));
         const vorn::cRecord expected =
             row.written.empty()
                 ? vorn::cRecord()
-                : Record("procParVal{ " + (row.written == "=" ? row.record : row.written) + " }");
+                : Rec("procParVal={" + (row.written == "=" ? row.record : row.written) + "}");
         EXPECT_EQ(Written(value), expected);
         cSmlProcParValue made;
         const int got = Remake<cSmlValue>(made, value) + Remake<cSmlPeriodEntry>(made, value) +
@@ -176,8 +176,8 @@ TEST(ProcParValue, Alternatives)
         EXPECT_FALSE(made.IsValid());
     }
     test::TraceCapture traces(LibQuarn, 16);
-    Written(cSmlProcParValue(Record("procParVal=u1")));
-    Written(cSmlProcParValue(Record("procParVal{ type=u3 value{ } }")));
+    Written(cSmlProcParValue(Rec("procParVal=u1")));
+    Written(cSmlProcParValue(Rec("procParVal={type=u3 value={}}")));
     EXPECT_EQ(traces.Lines(), (Lines{"LibQuarn[16]: cSmlProcParValue::CTOR: record invalid/empty!",
                                      "LibQuarn[2]: cSmlProcParValue::ToRecord: class invalid",
                                      "LibQuarn[16]: cSmlTupelEntry::CTOR: record invalid/empty!",
@@ -187,9 +187,9 @@ TEST(ProcParValue, Alternatives)
 // A tree of so many levels.
 vorn::cRecord TreeOf(unsigned levels)
 {
-    vorn::cRecord tree = Record("parName=U1 procParVal{ type=u1 value=u5 }");
+    vorn::cRecord tree = Rec("parName=U1 procParVal={type=u1 value=u5}");
     for (; levels > 1; --levels) {
-        vorn::cRecord parent = Record("parName=U1"), children;
+        vorn::cRecord parent = Rec("parName=U1"), children;
         children.AppendRecordPar("parTree", tree, 0);
         parent.AppendRecordPar("child_List", children, 0);
         tree = parent;
@@ -200,10 +200,10 @@ vorn::cRecord TreeOf(unsigned levels)
 TEST(Tree, Validity)
 {
     test::TraceCapture quiet(LibQuarn, 0);
-    for (const char* valid : {"parName=U1 procParVal{ }", "parName=U1 child_List{ parTree=u1 }",
-                              "parTree{ parName=U1 child_List{ } }"})
-        EXPECT_TRUE(cSmlTree(Record(valid)).IsValid()) << valid;
-    EXPECT_FALSE(cSmlTree(Record("parName=U1")).IsValid());
+    for (const char* valid : {"parName=U1 procParVal={}", "parName=U1 child_List={parTree=u1}",
+                              "parTree={parName=U1 child_List={}}"})
+        EXPECT_TRUE(cSmlTree(Rec(valid)).IsValid()) << valid;
+    EXPECT_FALSE(cSmlTree(Rec("parName=U1")).IsValid());
 }
 
 TEST(Tree, Depth)
@@ -211,13 +211,13 @@ TEST(Tree, Depth)
     for (const unsigned levels : {1U, 3U, SML_MAX_TREE_DEPTH, SML_MAX_TREE_DEPTH + 1, 10000U}) {
         SCOPED_TRACE(levels);
         const bool fits = levels <= SML_MAX_TREE_DEPTH;
-        vorn::cRecord body = Record("serverId=x53 attentionNo=U1"), message;
+        vorn::cRecord body = Rec("serverId=x53 attentionNo=U1"), message;
         body.AppendRecordPar("parTree", TreeOf(levels), 0);
         message.AppendRecordPar("SmlAttentionRes", body, 0);
         test::TraceCapture traces(LibQuarn);
         const cSmlAttentionRes attention(message);
         EXPECT_EQ(attention.IsValid(), fits);
-        EXPECT_EQ(Written(attention), fits ? message : Record("SmlAttentionRes{ }"));
+        EXPECT_EQ(Written(attention), fits ? message : Rec("SmlAttentionRes={}"));
         EXPECT_EQ(traces.Has("LibQuarn[2]: cSmlAttentionRes: trees nested too deep"), !fits);
     }
 }

@@ -2,6 +2,8 @@
 // the parser cannot do without, or will not take, it refuses.
 #include "tests/roundtrip/generator.h"
 
+#include <gtest/gtest.h>
+
 namespace
 {
 

@@ -39,14 +39,14 @@ TEST(Crc16, KnownValues)
 TEST(Crc16, EveryLengthAndSplit)
 {
     std::mt19937 random(1);
-    std::string bytes(300, '\0');
+    std::string bytes(900, '\0'); // long enough for every way of computing it
     for (char& c : bytes)
         c = static_cast<char>(random());
     unsigned short byByte = vorn::initCRC16();
     for (std::size_t size = 0; size <= bytes.size(); ++size) {
         const unsigned short expected = Reference(bytes, size);
         ASSERT_EQ(byByte, expected) << size;
-        for (std::size_t split = 0; split <= size; ++split) {
+        for (std::size_t split = 0; split <= size; split += 7) {
             const unsigned short head =
                 vorn::createCRC16(bytes.data(), static_cast<int>(split), vorn::initCRC16());
             ASSERT_EQ(Complement(vorn::createCRC16(

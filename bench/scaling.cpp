@@ -1,0 +1,73 @@
+// Whether time grows as the input does: with the entries of a list, with the messages of a file,
+// and with the size of a message that is delivered in packets.
+#include "bench/content.h"
+#include "tests/support/message.h"
+
+#include <benchmark/benchmark.h>
+
+namespace
+{
+
+using bench::Records;
+
+std::string ListTl(std::int64_t count)
+{
+    std::string tl;
+    for (int shift = 20; shift >= 0; shift -= 4) {
+        const std::int64_t nibble = count >> shift & 0x0F;
+        if (tl.empty() && count >> shift == 0)
+            continue;
+        tl += static_cast<char>((tl.empty() ? 0x70 : 0x00) | (shift != 0 ? 0x80 : 0) | nibble);
+    }
+    return tl;
+}
+
+// A list response of that many entries of 24 bytes.
+std::string ListMessage(std::int64_t entries)
+{
+    const std::string entry =
+        test::Hex("77 07 01 00 02 08 00 FF 01 01 62 1E 52 FF 69 00 00 00 00 00 00 10 92 01");
+    std::string message =
+        test::Head("0701") + test::Hex("77 01 04 AA BB CC 01 01") + ListTl(entries);
+    for (std::int64_t i = 0; i < entries; ++i)
+        message += entry;
+    return test::Finish(message + test::Hex("01 01"));
+}
+
+void ParseOrSkip(benchmark::State& state, const std::string& file, int messages)
+{
+    vorn::cRecord in = bench::WholeFile(file);
+    cSMLP parser(1);
+    for (auto _ : state) {
+        Records records;
+        int count = 0;
+        const int result = parser.SmlParser(in, records, count);
+        if (result != SMLP_FILE_COMPLETE || (messages != 0 && count != messages))
+            state.SkipWithError("not parsed");
+    }
+}
+
+void ParseEntries(benchmark::State& state)
+{
+    const std::string file = test::OpenRes() + ListMessage(state.range(0)) + test::CloseRes();
+    ParseOrSkip(state, file, 0);
+}
+BENCHMARK(ParseEntries)->Arg(10)->Arg(100)->Arg(1000)->Arg(10000);
+
+void ParsePackets(benchmark::State& state)
+{
+    const std::string message = ListMessage(state.range(0) * 1000000 / 24);
+    ParseOrSkip(state, test::OpenRes() + message + test::CloseRes(), 0);
+}
+BENCHMARK(ParsePackets)->Arg(1)->Arg(10);
+
+void ParseMessages(benchmark::State& state)
+{
+    std::string file = test::OpenRes();
+    for (std::int64_t i = 0; i < state.range(0); ++i)
+        file += ListMessage(6);
+    ParseOrSkip(state, file + test::CloseRes(), static_cast<int>(state.range(0)) + 2);
+}
+BENCHMARK(ParseMessages)->Arg(100)->Arg(10000);
+
+} // namespace

@@ -1,0 +1,120 @@
+// See builder.h. The parameters of a record are written where they stay, into the arena, behind the
+// head of its node; a record that outgrows its place moves to one twice as large.
+#include "vorn/builder.h"
+
+#include "vorn/node.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vorn
+{
+
+using detail::Arena;
+using detail::Block;
+using detail::Node;
+
+cRecordBuilder::~cRecordBuilder() { Create(); }
+
+void cRecordBuilder::Create() noexcept
+{
+    aLevels.clear();
+    if (pArena != nullptr)
+        std::exchange(pArena, nullptr)->DropRef();
+}
+
+// Room for a record that has count parameters and no room for one more.
+std::size_t cRecordBuilder::Capacity(std::size_t count, std::size_t expected) noexcept
+{
+    if (count == 0 && expected != 0)
+        return std::min(expected, kMostExpected);
+    const std::size_t grown = std::max(kFirstCapacity, 2 * count);
+    return expected > count ? std::min(grown, expected) : grown;
+}
+
+void cRecordBuilder::Grow(Level& level)
+{
+    const auto count = static_cast<std::size_t>(level.pNext - level.pFirst);
+    const std::size_t capacity = Capacity(count, level.uiExpected);
+    Arena& arena = TheArena();
+    auto* const node = new (arena.Take(Node::Size(capacity))) Node(arena, 0);
+    cRecordPar* const pars = node->Pars();
+    for (std::size_t i = 0; i < count; ++i)
+        new (pars + i) cRecordPar(level.pFirst[i], cRecordPar::Uncounted());
+    level.pNode = node;
+    level.pFirst = pars;
+    level.pNext = pars + count;
+    level.pEnd = pars + capacity;
+}
+
+Arena& cRecordBuilder::TheArena()
+{
+    if (pArena == nullptr)
+        pArena = Arena::New();
+    return *pArena;
+}
+
+void cRecordBuilder::AppendDataPar(const cParName& name, const void* p, int size, int)
+{
+    const std::size_t bytes = p != nullptr && size > 0 ? static_cast<std::size_t>(size) : 0;
+    if (bytes <= cMemBuffer::kInPlace) {
+        Append(name, p, bytes);
+        return;
+    }
+    Arena& arena = TheArena();
+    auto* const block = new (arena.Take(sizeof(Block) + bytes)) Block;
+    block->pArena = &arena;
+    std::memcpy(block->Bytes(), p, bytes);
+    Append(name, block, bytes);
+}
+
+void cRecordBuilder::AppendRecordPar(const cParName& name, cPart part, int)
+{
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &part.pNode, sizeof part.pNode);
+    Append(name, TYPE_RECORD, bits);
+}
+
+cRecordBuilder::cPart cRecordBuilder::Close() noexcept
+{
+    const Level& level = aLevels.back();
+    cPart part;
+    if (level.pNext != level.pFirst) {
+        part.pNode = level.pNode;
+        part.pNode->uiCount = static_cast<std::uint32_t>(level.pNext - level.pFirst);
+        pArena->GiveBack(level.pNext, level.pEnd);
+    }
+    aLevels.pop_back();
+    return part;
+}
+
+void cRecordBuilder::Drop() noexcept { aLevels.pop_back(); }
+
+void cRecordBuilder::Clear(std::size_t level) noexcept
+{
+    for (; level < aLevels.size(); ++level)
+        aLevels[level].pNext = aLevels[level].pFirst;
+}
+
+cRecord cRecordBuilder::Copy(std::size_t level) const
+{
+    const Level& open = aLevels[level];
+    cRecord copy;
+    if (open.pNext == open.pFirst)
+        return copy;
+    copy.pNode = Node::New(static_cast<std::size_t>(open.pNext - open.pFirst));
+    for (const cRecordPar* par = open.pFirst; par != open.pNext; ++par, ++copy.pNode->uiCount)
+        new (copy.pNode->Pars() + copy.pNode->uiCount) cRecordPar(*par);
+    return copy;
+}
+
+cRecord cRecordBuilder::Get(cPart part) const noexcept
+{
+    cRecord record;
+    record.pNode = part.pNode;
+    if (part.pNode != nullptr)
+        part.pNode->AddRef();
+    return record;
+}
+
+} // namespace vorn
