@@ -191,8 +191,8 @@ void AddSimulate(CLI::App& app, int& status)
                      "\n"
                      "Examples:\n"
                      "  quarn simulate --count 1000 --faults 0.05 | quarn check\n"
-                     "  quarn simulate --listen 4059 --count 3 --interval 0.2 &\n"
-                     "  sleep 1; quarn decode tcp:127.0.0.1:4059");
+                     "  quarn simulate --listen 4059 --count 3 & sleep 1; quarn decode "
+                     "tcp:127.0.0.1:4059");
     simulate->callback([options, &status] { status = Simulate(*options); });
 }
 

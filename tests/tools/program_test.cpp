@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
 
 namespace
 {
@@ -156,31 +155,6 @@ TEST(Program, StatusAndOutput)
             EXPECT_EQ(quarn.err, "") << row.pcName;
         }
     }
-}
-
-// Every command shows examples in its help, and each of them runs.
-TEST(Program, ExamplesOfTheHelp)
-{
-    const std::string folder = TempPath("examples");
-    std::filesystem::create_directory(folder);
-    std::filesystem::create_directory_symlink(QUARN_EXAMPLES, folder + "/examples");
-    std::filesystem::create_symlink(QUARN_PROGRAM, folder + "/quarn");
-    for (const char* command : {"", "decode", "encode", "frame", "unframe", "check", "simulate"}) {
-        Program quarn(*command != '\0' ? std::vector<std::string>{command, "--help"}
-                                       : std::vector<std::string>{"--help"});
-        EXPECT_EQ(quarn.Finish(), 0);
-        std::istringstream help(quarn.out.substr(quarn.out.rfind("Example")));
-        std::string script = "cd " + folder + " && exec >said 2>told && PATH=.:$PATH && ";
-        std::string line;
-        for (std::getline(help, line); std::getline(help, line) && line.rfind("  ", 0) == 0;) {
-            EXPECT_NE(line.find("quarn "), std::string::npos) << line;
-            script += line + "\n";
-        }
-        const int status = std::system((script + "[ $? -le 1 ] && wait").c_str());
-        EXPECT_EQ(status, 0) << command << script << test::ReadFile(folder + "/told");
-        EXPECT_EQ(test::ReadFile(folder + "/told").find("not found"), std::string::npos);
-    }
-    std::filesystem::remove_all(folder);
 }
 
 // Colours, a bar for a long file and a table that is drawn over itself: on a terminal alone.

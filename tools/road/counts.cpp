@@ -8,7 +8,7 @@ namespace tool
 
 void WriteCount(cOutput& out, std::string_view name, std::uint64_t count)
 {
-    constexpr std::size_t kNameWidth = 64;
+    constexpr std::size_t kNameWidth = 48;
     constexpr std::size_t kNumberWidth = 12;
     out.Append(name);
     out.Pad(name.size() < kNameWidth ? kNameWidth - name.size() : 1);
