@@ -8,6 +8,7 @@
 // be held (16 MiB of text), all are withheld. Raw input has no frame checksum: nothing is held
 // back. Records are complete and therefore printed as they come, good or not.
 #include "tools/command.h"
+#include "tools/explain/explain.h"
 #include "tools/input/intake.h"
 #include "tools/input/pump.h"
 #include "tools/output/format.h"
@@ -41,6 +42,8 @@ struct DecodeOptions {
     std::vector<std::string> corrections;
     bool bKeepBad = false;
     bool bWatch = false;
+    bool bExplain = false;
+    std::string page;
 };
 
 // What the user wants to see.
@@ -193,6 +196,8 @@ Filter MakeFilter(const DecodeOptions& options)
 
 int RunDecode(const DecodeOptions& options)
 {
+    if (options.bExplain || !options.page.empty())
+        return Explain(options.inputs, options.eInput, options.page);
     cOutput out(STDOUT_FILENO);
     cReport report;
     const auto* name =
@@ -229,6 +234,24 @@ std::string CheckCorrection(const std::string& text)
     return ParseCorrection(text, correction)
                ? ""
                : "'" + text + "' is not like 1-0:16.7.0=unsigned, 0a01/*=sign8";
+}
+
+// An explanation shows everything: what selects and shapes readings is no part of it.
+void AddExplainOptions(CLI::App& decode, DecodeOptions& options)
+{
+    CLI::Option* const explain =
+        decode.add_flag("--explain", options.bExplain,
+                        "Print what every byte of the input is, and where and why it is damaged");
+    CLI::Option* const html =
+        decode
+            .add_option("--html", options.page,
+                        "Explain on a page written to FILE, bytes and meaning side by side")
+            ->type_name("FILE");
+    for (const char* other :
+         {"--format", "--obis", "--server", "--correct", "--watch", "--keep-bad"}) {
+        explain->excludes(decode.get_option(other));
+        html->excludes(decode.get_option(other));
+    }
 }
 
 } // namespace
@@ -276,11 +299,13 @@ void AddDecode(CLI::App& app, int& status)
         ->excludes(format);
     decode->add_flag("--keep-bad", options->bKeepBad,
                      "Print also readings of damaged frames and refused messages");
+    AddExplainOptions(*decode, *options);
     decode->footer("Examples:\n"
                    "  quarn decode --format text examples/household.bin\n"
                    "  quarn decode --obis 1.8.0 --obis 16.7.0 < examples/household.bin\n"
                    "  quarn decode --correct 16.7.0=unsigned examples/household.bin\n"
-                   "  quarn simulate --count 20 --interval 0.1 | quarn decode --watch");
+                   "  quarn simulate --count 20 --interval 0.1 | quarn decode --watch\n"
+                   "  quarn decode --explain examples/household.bin");
     decode->callback([options, &status] { status = RunDecode(*options); });
 }
 

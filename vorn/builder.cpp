@@ -14,6 +14,23 @@ using detail::Arena;
 using detail::Block;
 using detail::Node;
 
+namespace
+{
+
+constexpr std::size_t kFirstCapacity = 4;
+constexpr std::size_t kMostExpected = 4096; // beyond, room grows as it is needed
+
+// Room for a record that has count parameters and no room for one more.
+std::size_t Capacity(std::size_t count, std::size_t expected) noexcept
+{
+    if (count == 0 && expected != 0)
+        return std::min(expected, kMostExpected);
+    const std::size_t grown = std::max(kFirstCapacity, 2 * count);
+    return expected > count ? std::min(grown, expected) : grown;
+}
+
+} // namespace
+
 cRecordBuilder::~cRecordBuilder() { Create(); }
 
 void cRecordBuilder::Create() noexcept
@@ -21,15 +38,6 @@ void cRecordBuilder::Create() noexcept
     aLevels.clear();
     if (pArena != nullptr)
         std::exchange(pArena, nullptr)->DropRef();
-}
-
-// Room for a record that has count parameters and no room for one more.
-std::size_t cRecordBuilder::Capacity(std::size_t count, std::size_t expected) noexcept
-{
-    if (count == 0 && expected != 0)
-        return std::min(expected, kMostExpected);
-    const std::size_t grown = std::max(kFirstCapacity, 2 * count);
-    return expected > count ? std::min(grown, expected) : grown;
 }
 
 void cRecordBuilder::Grow(Level& level)

@@ -104,9 +104,6 @@ private:
         std::size_t uiExpected = 0;
     };
 
-    static constexpr std::size_t kFirstCapacity = 4;
-    static constexpr std::size_t kMostExpected = 4096; // beyond, room grows as it is needed
-
     template <typename... Value>
     void Append(const cParName& name, Value... value)
     {
@@ -117,7 +114,6 @@ private:
         new (level.pNext) cRecordPar(name, value..., position);
         ++level.pNext;
     }
-    static std::size_t Capacity(std::size_t count, std::size_t expected) noexcept;
     void Grow(Level& level);
     detail::Arena& TheArena();
 
