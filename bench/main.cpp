@@ -1,6 +1,6 @@
 // The yardstick: measures our work and its anchors in one run, on one thread, and prints the table
-// of goals; then what is counted and not timed. All options of Google Benchmark work; its own lines
-// go to stderr, the table to stdout.
+// of goals; then, unless options choose otherwise, what is counted and not timed. All options of
+// Google Benchmark work; its own lines go to stderr, the table to stdout.
 #include "bench/content.h"
 #include "bench/goals.h"
 
@@ -106,6 +106,7 @@ int main(int argc, char** argv)
     Reporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     bench::PrintRatios(reporter.times);
-    PrintCounts();
+    if (argc == 1)
+        PrintCounts();
     return 0;
 }

@@ -95,7 +95,8 @@ private:
     Choices choices;
 };
 
-// The parser's last record of the message, behind an open message unless it is one itself.
+// The parser's record of the message, behind an open message unless it is one itself; of no
+// parameters when it is refused or only a packet of it is read.
 cRecord Parsed(const Sent& sent)
 {
     static const std::string open =
@@ -103,8 +104,11 @@ cRecord Parsed(const Sent& sent)
     Parser parser;
     const bool isOpen = sent.kind->identifier >> 8 == 1;
     parser.FeedFile(isOpen ? sent.Bytes() : open + sent.Bytes(), {});
-    const bool any = parser.records.size() > (isOpen ? 0U : 1U);
-    return any && parser.results[0] >= 0 ? parser.records.rbegin()->second : cRecord();
+    if (parser.records.size() <= (isOpen ? 0U : 1U) || parser.results[0] < 0)
+        return {};
+    const cRecord last = parser.records.rbegin()->second;
+    const int cast = last.GetFirstParByPath("SmlStatus.Cast", ".", 0, 0).GetSInt();
+    return cast >= 0 || sent.kind->identifier == SML_CLOSE_REQ ? last : cRecord();
 }
 
 void Encode(Sent& sent)

@@ -36,11 +36,30 @@ Object ReadEntries(const vorn::cRecord& body, const Field& field, const char* la
         }
         auto entry = std::make_unique<Entry>();
         convert(rec, *entry);
+        if (entry->Get_Value() == nullptr)
+            return; // its receiver would refuse the message for it
         if (list->Add(entry.get()) != SML_LIST_OK)
             throw std::bad_alloc();
         static_cast<void>(entry.release());
     });
     return list;
+}
+
+// Where the record holds entries alone.
+bool WriteEntries(const vorn::cRecordPar& par, const char* label,
+                  bool (*write)(const vorn::cRecord&, cBuffer&), cBuffer& buf)
+{
+    vorn::cRecord entries;
+    par.GetRecord(entries);
+    const int n = entries.GetParCount(nullptr, 0, 0);
+    ToBin_as_ListCount(static_cast<unsigned short>(n), &buf);
+    int left = n;
+    VisitElements(entries, label, label, [&](const vorn::cRecordPar& entry) {
+        vorn::cRecord rec;
+        left -= RecordOf(entry, rec) && write(rec, buf) ? 1 : 0;
+        return true;
+    });
+    return left == 0;
 }
 
 } // namespace
@@ -81,6 +100,16 @@ Object ReadObjectList(const vorn::cRecord& body, const Field& field)
     auto list = MakeList(n);
     ConvertObjectList(objects, *list, n);
     return list;
+}
+
+bool WritePeriodList(const vorn::cRecordPar& par, cBuffer& buf)
+{
+    return WriteEntries(par, label::SmlPeriodEntry, WritePeriodEntry, buf);
+}
+
+bool WriteValueList(const vorn::cRecordPar& par, cBuffer& buf)
+{
+    return WriteEntries(par, label::valListEntry, WriteListEntry, buf);
 }
 
 Object ReadPeriodList(const vorn::cRecord& body, const Field& field)

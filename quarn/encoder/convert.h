@@ -6,9 +6,11 @@
 
 #include "quarn/encoder/structures.h"
 #include "quarn/foundation/fields.h"
+#include "quarn/foundation/tl.h"
 #include "quarn/foundation/trace.h"
 
 #include <cstddef>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -17,13 +19,24 @@ namespace quarn::detail::encoder
 
 using Object = std::unique_ptr<Sml_Type>;
 
-// A field: its label, what reads it, and the trace line for a record without it. A reader always
-// gives an object, absent when the field is, unless the slot is to stay empty.
-struct Field {
-    using Reader = Object (*)(const vorn::cRecord& rec, const Field& field);
+struct Field;
 
+// What becomes of a field, in two ways that yield the same bytes. The long way makes an object,
+// absent when the field is, unless the slot is to stay empty; it goes along with everything. The
+// short way writes the field at once and makes no object that outlives it; it gives up, with false,
+// where the long way would trace a line or leave something out, and then nothing of what it has
+// written is used.
+struct Conversion {
+    Object (*pRead)(const vorn::cRecord& rec, const Field& field);
+    bool (*pWrite)(const vorn::cRecordPar& par, cBuffer& buf) = nullptr; // null: gives up
+    int iKind = 0;          // of par; 0: any that is there
+    bool bRequired = false; // the short way gives up without par
+};
+
+// A field: its label, what reads it, and the trace line for a record without it.
+struct Field {
     const char* pcLabel;
-    Reader pRead;
+    Conversion how;
     const char* pcMissing = nullptr; // none: absent without a word
     vorn::eLEVEL eMissing = kError;
 };
@@ -37,46 +50,119 @@ inline void TraceMissing(const Field& field)
 // Objects of parameters that are of the right kind. A time counts members that it lacks as 0.
 std::unique_ptr<Sml_OctetString> MakeOctets(const vorn::cRecordPar& par);
 std::unique_ptr<Sml_Signature> MakeSignature(const vorn::cRecordPar& par);
-std::unique_ptr<Sml_OctetString> MakeName(const vorn::cRecordPar& par);
-std::unique_ptr<Sml_Time> MakeTime(const vorn::cRecordPar& par);
+Sml_Time MakeTime(const vorn::cRecordPar& par);
 // A time of that type and value, with the offsets of the record time when it is a local timestamp.
-std::unique_ptr<Sml_Time> TimeOf(const vorn::cRecord& time, unsigned type, unsigned value);
+Sml_Time TimeOf(const vorn::cRecord& time, unsigned type, unsigned value);
+
+inline Sml_OctetString MakeName(const vorn::cRecordPar& par)
+{
+    return Sml_OctetString(static_cast<long long>(par.GetUInt64()));
+}
 
 template <typename ScalarClass, auto kGet>
-std::unique_ptr<ScalarClass> MakeScalar(const vorn::cRecordPar& par)
+ScalarClass MakeScalar(const vorn::cRecordPar& par)
 {
-    return std::make_unique<ScalarClass>(
-        static_cast<typename ScalarClass::Value>((par.*kGet)())); // low bits
+    return ScalarClass(static_cast<typename ScalarClass::Value>((par.*kGet)())); // low bits
+}
+
+// The same object on the heap.
+template <typename Made>
+std::unique_ptr<Made> OnHeap(Made (*make)(const vorn::cRecordPar&), const vorn::cRecordPar& par)
+{
+    return std::unique_ptr<Made>(new Made(make(par)));
+}
+template <typename Made>
+std::unique_ptr<Made> OnHeap(std::unique_ptr<Made> (*make)(const vorn::cRecordPar&),
+                             const vorn::cRecordPar& par)
+{
+    return make(par);
 }
 
 template <eKIND kKind, auto kMake>
 Object Read(const vorn::cRecord& rec, const Field& field)
 {
-    using Made = typename decltype(kMake(std::declval<const vorn::cRecordPar&>()))::element_type;
+    using Made = typename decltype(OnHeap(kMake, std::declval<vorn::cRecordPar>()))::element_type;
     const vorn::cRecordPar par = rec.GetFirstPar(field.pcLabel, 0, 0);
     if (IsOfKind(par, kKind))
-        return kMake(par);
+        return OnHeap(kMake, par);
     TraceMissing(field);
     return std::make_unique<Made>();
 }
 
-constexpr Field::Reader kOctets = Read<KIND_DATA, MakeOctets>;
-constexpr Field::Reader kSignature = Read<KIND_DATA, MakeSignature>;
-constexpr Field::Reader kName = Read<KIND_UINT64, MakeName>;
-constexpr Field::Reader kTime = Read<KIND_RECORD, MakeTime>;
-constexpr Field::Reader kBool = Read<KIND_BOOL, MakeScalar<Sml_Bool, &vorn::cRecordPar::GetBool>>;
-constexpr Field::Reader kInteger8 =
-    Read<KIND_SINT, MakeScalar<Sml_Integer8, &vorn::cRecordPar::GetSInt>>;
-constexpr Field::Reader kUnsigned8 =
-    Read<KIND_UINT, MakeScalar<Sml_Unsigned8, &vorn::cRecordPar::GetUInt>>;
-constexpr Field::Reader kUnsigned32 =
-    Read<KIND_UINT, MakeScalar<Sml_Unsigned32, &vorn::cRecordPar::GetUInt>>;
-constexpr Field::Reader kUnsigned64 =
-    Read<KIND_UINT64, MakeScalar<Sml_Unsigned64, &vorn::cRecordPar::GetUInt64>>;
+template <auto kMake>
+bool Write(const vorn::cRecordPar& par, cBuffer& buf)
+{
+    kMake(par).ToBin(&buf);
+    return true;
+}
+bool WriteOctets(const vorn::cRecordPar& par, cBuffer& buf);
+bool WriteName(const vorn::cRecordPar& par, cBuffer& buf);
+
+template <eKIND kKind, auto kMake>
+constexpr Conversion kPlain = {Read<kKind, kMake>, Write<kMake>, kKind};
+template <eKIND kKind, typename ScalarClass, auto kGet>
+constexpr Conversion kScalar = kPlain<kKind, MakeScalar<ScalarClass, kGet>>;
+
+using Par = vorn::cRecordPar;
+constexpr Conversion kOctets = {Read<KIND_DATA, MakeOctets>, WriteOctets, KIND_DATA};
+constexpr Conversion kSignature = {Read<KIND_DATA, MakeSignature>, WriteOctets, KIND_DATA};
+constexpr Conversion kName = {Read<KIND_UINT64, MakeName>, WriteName, KIND_UINT64};
+constexpr Conversion kTime = kPlain<KIND_RECORD, MakeTime>;
+constexpr Conversion kBool = kScalar<KIND_BOOL, Sml_Bool, &Par::GetBool>;
+constexpr Conversion kInteger8 = kScalar<KIND_SINT, Sml_Integer8, &Par::GetSInt>;
+constexpr Conversion kUnsigned8 = kScalar<KIND_UINT, Sml_Unsigned8, &Par::GetUInt>;
+constexpr Conversion kUnsigned32 = kScalar<KIND_UINT, Sml_Unsigned32, &Par::GetUInt>;
+constexpr Conversion kUnsigned64 = kScalar<KIND_UINT64, Sml_Unsigned64, &Par::GetUInt64>;
+
+// The fields of a record the short way, in the order of the table.
+struct FieldTable {
+    template <std::size_t N>
+    constexpr FieldTable(const Field (&fields)[N]) : pFirst(fields), uiCount(N)
+    {
+    }
+    const Field* begin() const noexcept { return pFirst; }
+    const Field* end() const noexcept { return pFirst + uiCount; }
+
+    const Field* pFirst;
+    unsigned uiCount;
+};
+
+// Room for any field but a byte string: nine bytes of an integer, fifteen of a time.
+constexpr long kRoomForField = 16;
+
+inline bool WriteField(const vorn::cRecordPar* par, const Field& field, cBuffer& buf)
+{
+    if (buf.Free() < kRoomForField)
+        return false;
+    const bool isThere = par != nullptr && !par->IsEmpty() &&
+                         (field.how.iKind == 0 || par->GetType(1) == field.how.iKind);
+    if (isThere)
+        return field.how.pWrite != nullptr && field.how.pWrite(*par, buf);
+    if (field.how.bRequired || (field.pcMissing != nullptr && Traces(LibSmle, field.eMissing)))
+        return false;
+    buf.PutQuick(static_cast<char>(kOptionAbsent));
+    return true;
+}
+
+bool WriteFields(const vorn::cRecord& rec, const FieldTable& fields, cBuffer& buf);
+
+// The same, compiled for one table: for what a message has many of.
+template <const auto& kFields, std::size_t... I>
+bool WriteEach(const vorn::cRecord& rec, cBuffer& buf, std::index_sequence<I...>)
+{
+    RecordReader<> reader(rec);
+    return (WriteField(reader.Find(kFields[I].pcLabel), kFields[I], buf) && ...);
+}
+template <const auto& kFields>
+bool WriteEach(const vorn::cRecord& rec, cBuffer& buf)
+{
+    return WriteEach<kFields>(rec, buf, std::make_index_sequence<std::size(kFields)>());
+}
 
 // A value of any kind that SML has; null for another kind, traced as unknown, and for a list type
 // that is refused. With dump, the record of a list type is first traced at level 8.
 Object MakeValue(const vorn::cRecordPar& par, const char* unknown, const char* dump = nullptr);
+bool WriteValue(const vorn::cRecordPar& par, cBuffer& buf); // gives up for a list type
 
 // Visits n parameters: the first of that label and then whatever follows.
 template <typename Visit>
@@ -101,6 +187,7 @@ std::unique_ptr<Sml_ListOf> MakeList(int n); // dynamic, of n empty slots
 // The list owns the element, or it dies here when the list has no such slot.
 void Place(Sml_ListOf& list, Object element, int slot);
 
+extern const Field kMsgHeader[3];
 int ConvertMsgHeader(const vorn::cRecord& rec, Sml_OctetString& transactionId,
                      Sml_Unsigned8& groupNo, Sml_Unsigned8& abortOnError);
 int CountPathEntries(const vorn::cRecord& rec);
@@ -110,7 +197,9 @@ int ConvertChildList(const vorn::cRecord& rec, Sml_ListOf& list, int n, unsigned
 int ConvertProcParValue(const vorn::cRecord& rec, Sml_ProcParValue& ppv);
 int ConvertListType(const vorn::cRecord& rec, Sml_ListType& lt);
 int ConvertPeriodEntry(const vorn::cRecord& rec, Sml_PeriodEntry& pe);
+bool WritePeriodEntry(const vorn::cRecord& rec, cBuffer& buf);
 int ConvertListEntry(const vorn::cRecord& rec, Sml_ListEntry& le);
+bool WriteListEntry(const vorn::cRecord& rec, cBuffer& buf);
 int ConvertObjectList(const vorn::cRecord& rec, Sml_ListOf& list, int n);
 
 } // namespace quarn::detail::encoder

@@ -19,6 +19,9 @@ Object ReadValue(const vorn::cRecord& rec, const Field& field, const char* unkno
     return nullptr;
 }
 
+template <Object (*kRead)(const vorn::cRecord&, const Field&)>
+constexpr Conversion kValue = {kRead, WriteValue, 0, true};
+
 Object ReadPeriodValue(const vorn::cRecord& rec, const Field& field)
 {
     return ReadValue(rec, field, "Rec2PerEntry: <value> of unknown Type",
@@ -34,7 +37,7 @@ constexpr Field kPeriodEntry[] = {
     {label::objName, kName, "Rec2PerEntry: <objName> is missing/wrong!"},
     {label::unit, kUnsigned8, "Rec2PerEntry: <unit> is missing/wrong!"},
     {label::scaler, kInteger8, "Rec2PerEntry: <scaler> is missing/wrong!"},
-    {label::value, ReadPeriodValue, "Rec2PerEntry: <value> is missing/wrong!"},
+    {label::value, kValue<ReadPeriodValue>, "Rec2PerEntry: <value> is missing/wrong!"},
     {label::valueSignature, kSignature},
 };
 
@@ -44,7 +47,7 @@ constexpr Field kListEntry[] = {
     {label::valTime, kTime},
     {label::unit, kUnsigned8},
     {label::scaler, kInteger8},
-    {label::value, ReadListValue, "Rec2ListEntry: <value> is missing/wrong!"},
+    {label::value, kValue<ReadListValue>, "Rec2ListEntry: <value> is missing/wrong!"},
     {label::valueSignature, kSignature},
 };
 
@@ -54,7 +57,7 @@ int FillEntry(const vorn::cRecord& rec, ListStructure& entry, const Field (&fiel
     entry.SetDynamicFlag(true);
     unsigned slot = 0;
     for (const Field& field : fields) {
-        if (Object object = field.pRead(rec, field)) {
+        if (Object object = field.how.pRead(rec, field)) {
             if (entry.SetListElement(object.get(), slot) != SML_LIST_OK)
                 throw std::bad_alloc(); // the entry has no slots
             static_cast<void>(object.release());
@@ -78,12 +81,24 @@ int ConvertListEntry(const vorn::cRecord& rec, Sml_ListEntry& le)
     return FillEntry(rec, le, kListEntry);
 }
 
+bool WritePeriodEntry(const vorn::cRecord& rec, cBuffer& buf)
+{
+    ToBin_as_ListCount(5, &buf);
+    return rec.GetParCount(label::SmlPeriodEntry, 0, 0) == 0 && WriteEach<kPeriodEntry>(rec, buf);
+}
+
+bool WriteListEntry(const vorn::cRecord& rec, cBuffer& buf)
+{
+    ToBin_as_ListCount(7, &buf);
+    return WriteEach<kListEntry>(rec, buf);
+}
+
 int ConvertObjectList(const vorn::cRecord& rec, Sml_ListOf& list, int n)
 {
     int slot = 0;
     Walk(rec, label::object_List_Entry, n, [&](const vorn::cRecordPar& par) {
         if (IsOfKind(par, KIND_UINT64))
-            Place(list, MakeName(par), slot++);
+            Place(list, OnHeap(MakeName, par), slot++);
         else
             Trace(LibSmle, kError, "Rec2SmlObjectList: Entry missing/wrong");
     });

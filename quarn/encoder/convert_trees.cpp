@@ -60,8 +60,9 @@ Object MakeTimeAlternative(const vorn::cRecordPar& par)
     }
     const unsigned type =
         AnyUInt(time, label::type, "Rec2ProcParVal: <SmlTime>:Type invalid/empty");
-    return TimeOf(time, type,
-                  AnyUInt(time, label::value, "Rec2ProcParVal: <SmlTime>:Value invalid/empty"));
+    const unsigned seconds =
+        AnyUInt(time, label::value, "Rec2ProcParVal: <SmlTime>:Value invalid/empty");
+    return Object(new Sml_Time(TimeOf(time, type, seconds)));
 }
 
 Object MakeListAlternative(const vorn::cRecordPar& par)
@@ -120,7 +121,7 @@ int ConvertTree(const vorn::cRecord& rec, Sml_Tree& tree, unsigned level)
 
     vorn::cRecordPar name;
     if (FindField(fields, label::parName, KIND_UINT64, name))
-        Give(tree, &Sml_Tree::Set_ParName, MakeName(name));
+        Give(tree, &Sml_Tree::Set_ParName, OnHeap(MakeName, name));
     else
         Trace(LibSmle, kError, "Rec2Tree: <parName> missing/wrong");
 

@@ -1,6 +1,7 @@
 // Objects of single parameters: strings, names, times, values, list types, and the header of a
 // message.
 #include "quarn/encoder/convert.h"
+#include "quarn/encoder/tl_field.h"
 #include "quarn/foundation/labels.h"
 
 #include <new>
@@ -30,14 +31,13 @@ void RequireStored(const Sml_OctetString& string, int size)
         throw std::bad_alloc();
 }
 
-void ReadNumber(const vorn::cRecord& rec, const char* label, Sml_Unsigned8& out,
-                const char* missing)
+void ReadNumber(const vorn::cRecord& rec, const Field& field, Sml_Unsigned8& out)
 {
     vorn::cRecordPar par;
-    if (FindField(rec, label, KIND_UINT, par))
+    if (FindField(rec, field.pcLabel, KIND_UINT, par))
         out.SetValue(static_cast<unsigned char>(par.GetUInt()));
     else
-        Trace(LibSmle, kError, missing);
+        TraceMissing(field);
 }
 
 } // namespace
@@ -56,59 +56,121 @@ std::unique_ptr<Sml_Signature> MakeSignature(const vorn::cRecordPar& par)
     return signature;
 }
 
-std::unique_ptr<Sml_OctetString> MakeName(const vorn::cRecordPar& par)
+bool WriteOctets(const vorn::cRecordPar& par, cBuffer& buf)
 {
-    return std::make_unique<Sml_OctetString>(static_cast<long long>(par.GetUInt64()));
+    const int size = par.GetSize();
+    if (size < 1 || size > Sml_OctetString::kMaxPiece) {
+        ToBin_As_Option(&buf);
+        return true;
+    }
+    if (buf.Free() < size + kRoomForField)
+        return false;
+    PutOctets(buf, par.GetData(), size, size);
+    return true;
 }
 
-std::unique_ptr<Sml_Time> TimeOf(const vorn::cRecord& time, unsigned type, unsigned value)
+bool WriteName(const vorn::cRecordPar& par, cBuffer& buf)
+{
+    PutInteger(kTlOctetString, 6, par.GetUInt64(), buf); // six octets are written like a number
+    return true;
+}
+
+Sml_Time TimeOf(const vorn::cRecord& time, unsigned type, unsigned value)
 {
     if (type > SML_TIME_LOCAL_TIMESTAMP)
         type = 0;
     const bool local = type == SML_TIME_LOCAL_TIMESTAMP;
-    return std::make_unique<Sml_Time>(static_cast<unsigned char>(type), value,
-                                      local ? OffsetOrZero(time, label::locOffset) : short{0},
-                                      local ? OffsetOrZero(time, label::seaOffset) : short{0});
+    return Sml_Time(static_cast<unsigned char>(type), value,
+                    local ? OffsetOrZero(time, label::locOffset) : short{0},
+                    local ? OffsetOrZero(time, label::seaOffset) : short{0});
 }
 
-std::unique_ptr<Sml_Time> MakeTime(const vorn::cRecordPar& par)
+Sml_Time MakeTime(const vorn::cRecordPar& par)
 {
     vorn::cRecord time;
     par.GetRecord(time);
     return TimeOf(time, UIntOrZero(time, label::type), UIntOrZero(time, label::value));
 }
 
+namespace
+{
+
+template <auto kMake>
+struct Maker {
+    decltype(auto) operator()(const vorn::cRecordPar& par) const { return kMake(par); }
+};
+
+// Gives use what makes the value's object; false for a kind that is no plain value.
+template <typename Use>
+bool UseMaker(int kind, Use use)
+{
+    switch (kind) {
+    case KIND_SINT:
+        return use(Maker<MakeScalar<Sml_Integer32, &Par::GetSInt>>());
+    case KIND_UINT:
+        return use(Maker<MakeScalar<Sml_Unsigned32, &Par::GetUInt>>());
+    case KIND_SINT64:
+        return use(Maker<MakeScalar<Sml_Integer64, &Par::GetSInt64>>());
+    case KIND_UINT64:
+        return use(Maker<MakeScalar<Sml_Unsigned64, &Par::GetUInt64>>());
+    case KIND_BOOL:
+        return use(Maker<MakeScalar<Sml_Bool, &Par::GetBool>>());
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
 Object MakeValue(const vorn::cRecordPar& par, const char* unknown, const char* dump)
 {
-    using Par = vorn::cRecordPar;
-    switch (par.GetType(1)) {
-    case KIND_SINT:
-        return MakeScalar<Sml_Integer32, &Par::GetSInt>(par);
-    case KIND_UINT:
-        return MakeScalar<Sml_Unsigned32, &Par::GetUInt>(par);
-    case KIND_SINT64:
-        return MakeScalar<Sml_Integer64, &Par::GetSInt64>(par);
-    case KIND_UINT64:
-        return MakeScalar<Sml_Unsigned64, &Par::GetUInt64>(par);
-    case KIND_BOOL:
-        return MakeScalar<Sml_Bool, &Par::GetBool>(par);
-    case KIND_DATA:
+    const int kind = par.GetType(1);
+    Object scalar;
+    const auto onHeap = [&](auto make) {
+        scalar.reset(new auto(make(par)));
+        return true;
+    };
+    if (UseMaker(kind, onHeap))
+        return scalar;
+    if (kind == KIND_DATA)
         return MakeOctets(par);
-    case KIND_RECORD: {
-        vorn::cRecord rec;
-        par.GetRecord(rec);
-        if (dump != nullptr)
-            TraceRecord(kProgress, dump, rec);
-        auto listType = std::make_unique<Sml_ListType>();
-        if (ConvertListType(rec, *listType) == 0)
-            return nullptr;
-        return listType;
-    }
-    default:
+    vorn::cRecord rec;
+    if (!RecordOf(par, rec)) {
         Trace(LibSmle, kError, unknown);
         return nullptr;
     }
+    if (dump != nullptr)
+        TraceRecord(kProgress, dump, rec);
+    auto listType = std::make_unique<Sml_ListType>();
+    return ConvertListType(rec, *listType) != 0 ? std::move(listType) : nullptr;
 }
+
+bool WriteValue(const vorn::cRecordPar& par, cBuffer& buf)
+{
+    const int kind = par.GetType(1);
+    if (kind == KIND_DATA)
+        return WriteOctets(par, buf);
+    return UseMaker(kind, [&](auto make) {
+        make(par).ToBin(&buf);
+        return true;
+    });
+}
+
+bool WriteFields(const vorn::cRecord& rec, const FieldTable& fields, cBuffer& buf)
+{
+    RecordReader<> reader(rec);
+    for (const Field& field : fields) {
+        if (!WriteField(reader.Find(field.pcLabel), field, buf))
+            return false;
+    }
+    return true;
+}
+
+const Field kMsgHeader[3] = {
+    {label::transactionId, kOctets, "Rec2Hd: transactionId is missing/wrong!"},
+    {label::groupNo, kUnsigned8, "Rec2Hd: groupNo is missing/wrong!"},
+    {label::abortOnError, kUnsigned8, "Rec2Hd: abortOnError is missing/wrong!"},
+};
 
 int ConvertMsgHeader(const vorn::cRecord& rec, Sml_OctetString& transactionId,
                      Sml_Unsigned8& groupNo, Sml_Unsigned8& abortOnError)
@@ -118,10 +180,10 @@ int ConvertMsgHeader(const vorn::cRecord& rec, Sml_OctetString& transactionId,
         transactionId.SetValue(par.GetData(), par.GetSize(), -1);
         RequireStored(transactionId, par.GetSize());
     } else {
-        Trace(LibSmle, kError, "Rec2Hd: transactionId is missing/wrong!");
+        TraceMissing(kMsgHeader[0]);
     }
-    ReadNumber(rec, label::groupNo, groupNo, "Rec2Hd: groupNo is missing/wrong!");
-    ReadNumber(rec, label::abortOnError, abortOnError, "Rec2Hd: abortOnError is missing/wrong!");
+    ReadNumber(rec, kMsgHeader[1], groupNo);
+    ReadNumber(rec, kMsgHeader[2], abortOnError);
     return 1;
 }
 
@@ -145,7 +207,7 @@ int ConvertListType(const vorn::cRecord& rec, Sml_ListType& lt)
     }
     static constexpr Field kSmlTime = {label::SmlTime, kTime,
                                        "Rec2ListType: parTime invalid/empty"};
-    lt.Set(1, kSmlTime.pRead(smlList, kSmlTime).release());
+    lt.Set(1, kSmlTime.how.pRead(smlList, kSmlTime).release());
     return 1;
 }
 

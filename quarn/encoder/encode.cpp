@@ -22,16 +22,6 @@ constexpr unsigned kWithin = BUF_FLAG_SML;
 
 constexpr std::size_t kMaxFields = 9;
 
-struct FieldTable {
-    template <std::size_t N>
-    constexpr FieldTable(const Field (&fields)[N]) : pFirst(fields), uiCount(N)
-    {
-        static_assert(N <= kMaxFields, "an array of the engine holds every message's fields");
-    }
-    const Field* pFirst;
-    unsigned uiCount;
-};
-
 struct Message {
     const char* pcProgress;
     unsigned uiTag;
@@ -48,7 +38,7 @@ void EncodeFields(const Message& kind, const vorn::cRecord& bodyRec, const vorn:
     Sml_Message_Body body(kind.uiTag, kind.fields.uiCount);
     for (unsigned i = 0; i < kind.fields.uiCount; ++i) {
         const Field& field = kind.fields.pFirst[i];
-        objects[i] = field.pRead(bodyRec, field);
+        objects[i] = field.how.pRead(bodyRec, field);
         if (body.SetListElement(objects[i].get(), i) != SML_LIST_OK)
             throw std::bad_alloc(); // the body has no slots
     }
@@ -62,12 +52,35 @@ void EncodeFields(const Message& kind, const vorn::cRecord& bodyRec, const vorn:
     EncodeMessage(message, result, kind.uiFlags, kind.lSize);
 }
 
+// The short way: straight from the records into a buffer, where all of them is plain and fits.
+constexpr long kShortWay = 4000;
+
+bool WriteMessage(const Message& kind, const vorn::cRecord& bodyRec, const vorn::cRecord& headerRec,
+                  vorn::cRecord& result)
+{
+    if (kind.lSize > kShortWay)
+        return false;
+    char storage[kShortWay];
+    cBuffer buf(storage, kind.lSize, 0, 0);
+    ToBin_as_ListCount(6, &buf);
+    if (!WriteFields(headerRec, kMsgHeader, buf))
+        return false;
+    ToBin_as_Choice32(kind.uiTag, &buf);
+    ToBin_as_ListCount(static_cast<unsigned short>(kind.fields.uiCount), &buf);
+    if (!WriteFields(bodyRec, kind.fields, buf) || buf.Free() < kRoomForTail)
+        return false;
+    PutTail(buf);
+    SetResult(result, kind.uiFlags, buf);
+    return true;
+}
+
 int Encode(const Message& kind, const vorn::cRecord& bodyRec, const vorn::cRecord& headerRec,
            vorn::cRecord& result) noexcept
 {
     Trace(LibSmle, kProgress, kind.pcProgress);
     try {
-        EncodeFields(kind, bodyRec, headerRec, result);
+        if (!WriteMessage(kind, bodyRec, headerRec, result))
+            EncodeFields(kind, bodyRec, headerRec, result);
         return SML_ENCODE_OK;
     } catch (...) {
         Trace(LibSmle, kError, "Encode %s: out of memory", kind.pcName);
@@ -102,23 +115,23 @@ constexpr Field kAttentionResponse[] = {
     {label::serverId, kOctets, "AttentionRes: serverId missing", kDetail},
     {label::attentionNo, kName, "AttentionRes: attentionNo missing", kDetail},
     {label::attentionMsg, kOctets},
-    {label::parTree, ReadTree},
+    {label::parTree, kTree},
 };
 
 constexpr Field kGetProcParRequest[] = {
-    {label::serverId, kOctets},         {label::username, kOctets},  {label::password, kOctets},
-    {label::parTreePath, ReadTreePath}, {label::attribute, kOctets},
+    {label::serverId, kOctets},      {label::username, kOctets},  {label::password, kOctets},
+    {label::parTreePath, kTreePath}, {label::attribute, kOctets},
 };
 
 constexpr Field kGetProcParResponse[] = {
     {label::serverId, kOctets, "GetProcPar.Res: serverId missing"},
-    {label::parTreePath, ReadTreePath},
-    {label::parTree, ReadTree},
+    {label::parTreePath, kTreePath},
+    {label::parTree, kTree},
 };
 
 constexpr Field kSetProcParRequest[] = {
-    {label::serverId, kOctets},         {label::username, kOctets}, {label::password, kOctets},
-    {label::parTreePath, ReadTreePath}, {label::parTree, ReadTree},
+    {label::serverId, kOctets},      {label::username, kOctets}, {label::password, kOctets},
+    {label::parTreePath, kTreePath}, {label::parTree, kTree},
 };
 
 constexpr Field kGetProfileRequest[] = {
@@ -128,19 +141,19 @@ constexpr Field kGetProfileRequest[] = {
     {label::withRawdata, kBool},
     {label::beginTime, kTime, "GetProfileReq: beginTime is missing/wrong"},
     {label::endTime, kTime, "GetProfileReq: endTime is missing/wrong"},
-    {label::parTreePath, ReadTreePath},
-    {label::object_List, ReadObjectList, "GetProfileReq: object_List empty", kDetail},
-    {label::parTree, ReadTree},
+    {label::parTreePath, kTreePath},
+    {label::object_List, kObjectList, "GetProfileReq: object_List empty", kDetail},
+    {label::parTree, kTree},
 };
 
 constexpr Field kGetProfileListResponse[] = {
     {label::serverId, kOctets},
     {label::actTime, kTime, "GetProfileListResp: actTime is missing/wrong"},
     {label::regPeriod, kUnsigned32},
-    {label::parTreePath, ReadTreePath},
+    {label::parTreePath, kTreePath},
     {label::valTime, kTime, "GetProfileListResp: valTime is missing/wrong"},
     {label::status, kUnsigned64, "GetProfileListResp: status is missing/wrong"},
-    {label::period_List, ReadPeriodList, "GetProfileListResp: periodList is missing/wrong"},
+    {label::period_List, kPeriodList, "GetProfileListResp: periodList is missing/wrong"},
     {label::RawData, kOctets},
     {label::periodSignature, kSignature},
 };
@@ -155,7 +168,7 @@ constexpr Field kGetListResponse[] = {
     {label::serverId, kOctets, "GetListRes: ServerId is missing!"},
     {label::listName, kName},
     {label::actSensorTime, kTime},
-    {label::valList, ReadValueList, "GetListRes: valList is missing/wrong"},
+    {label::valList, kValueList, "GetListRes: valList is missing/wrong"},
     {label::listSignature, kSignature},
     {label::actGatewayTime, kTime},
 };

@@ -16,9 +16,11 @@
 // A field that is missing, or of another kind than its layout says, is written as not set (01), and
 // the message is produced all the same; LibSmle traces at level 2 or 16 what the receiver will miss
 // (a level of 8 adds a line for each message). So are byte strings of no bytes or of more than
-// 1200. Two things make a message that its receiver will refuse, since it then announces more
-// elements than it carries: an entry of a list or a period list without a usable "value", and a
-// tree path, an object list or a child list with elements of the wrong kind.
+// 1200. An element of "valList" or "period_List" that is no record, or has no usable "value", is
+// left out of the list and its count, with its trace line. One thing makes a message that its
+// receiver will refuse, since it then announces more elements than it carries: a tree path, an
+// object list or a child list with elements of the wrong kind, or an entry without a usable "value"
+// as the value of a tree.
 //
 // Sizes: a message is built in a buffer of 500 bytes (open, close, attention), 1000 (requests),
 // 4000 (list and profile list responses) or 10000 (get-process-parameter response,

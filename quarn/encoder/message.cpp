@@ -37,11 +37,7 @@ Sml_Message::~Sml_Message() = default;
 void Sml_Message::ToBin(cBuffer* buf)
 {
     list.ToBin(buf);
-    const unsigned crc =
-        vorn::createCRC16(buf->ReadPtr(), static_cast<int>(buf->Left()), vorn::initCRC16());
-    const unsigned lowByteFirst = (crc & 0xFFU) << 8 | crc >> 8;
-    Sml_Unsigned16(static_cast<unsigned short>(lowByteFirst)).ToBin(buf);
-    Sml_EndOfSmlMessage().ToBin(buf);
+    quarn::detail::encoder::PutTail(*buf);
     buf->ReadRewind();
 }
 
@@ -63,6 +59,20 @@ void EncodeMessage(Sml_Message& msg, vorn::cRecord& result, unsigned int flags, 
 {
     EncodingBuffer buf(size);
     msg.ToBin(&buf);
+    SetResult(result, flags, buf);
+}
+
+void PutTail(cBuffer& buf)
+{
+    const unsigned crc =
+        vorn::createCRC16(buf.ReadPtr(), static_cast<int>(buf.Left()), vorn::initCRC16());
+    const unsigned lowByteFirst = (crc & 0xFFU) << 8 | crc >> 8;
+    Sml_Unsigned16(static_cast<unsigned short>(lowByteFirst)).ToBin(&buf);
+    Sml_EndOfSmlMessage().ToBin(&buf);
+}
+
+void SetResult(vorn::cRecord& result, unsigned flags, const cBuffer& buf)
+{
     vorn::cRecord encoded;
     encoded.AppendUIntPar(label::SmltFlags, flags, 0);
     encoded.AppendDataPar(label::SmlMsgRawData, buf.ReadPtr(), static_cast<int>(buf.Left()), 0);

@@ -58,6 +58,12 @@ namespace quarn::detail::encoder
 // The same, with result untouched and std::bad_alloc thrown when memory runs out.
 void EncodeMessage(Sml_Message& msg, vorn::cRecord& result, unsigned int flags, long size);
 
+// What both ways of encoding end with: the CRC field and the end byte behind what buf holds, and
+// the result record of its bytes, untouched when std::bad_alloc is thrown.
+constexpr long kRoomForTail = 4;
+void PutTail(cBuffer& buf);
+void SetResult(vorn::cRecord& result, unsigned flags, const cBuffer& buf);
+
 } // namespace quarn::detail::encoder
 
 #endif

@@ -26,6 +26,25 @@ inline void PutTl(cBuffer& buf, unsigned type, int bytes, std::uint32_t length)
     buf.Put(field, bytes);
 }
 
+// A field of one TL byte and the low bytes of value, most significant first. REQUIRES: bytes is 1
+// to 8, buf.Free() > bytes.
+inline void PutInteger(unsigned type, int bytes, unsigned long long value, cBuffer& buf)
+{
+    buf.PutQuick(static_cast<char>(type | static_cast<unsigned>(bytes + 1)));
+    for (int shift = 8 * (bytes - 1); shift >= 0; shift -= 8)
+        buf.PutQuick(static_cast<char>(value >> shift & 0xFFU));
+}
+
+// An octet string's TL field for announced bytes, and size bytes of data. REQUIRES: room for both.
+inline void PutOctets(cBuffer& buf, const char* data, int size, int announced)
+{
+    int n = 1;
+    while (n < kMaxTlBytes && announced > (1 << (4 * n)) - 1 - n)
+        ++n;
+    PutTl(buf, kTlOctetString, n, static_cast<std::uint32_t>(announced + n));
+    buf.Put(data, size);
+}
+
 } // namespace quarn::detail::encoder
 
 #endif

@@ -10,25 +10,16 @@ namespace
 
 using namespace quarn::detail;
 
-// bytes: the width of the value, 1 to 8.
-void PutInteger(unsigned type, int bytes, unsigned long long value, cBuffer* buf)
-{
-    if (buf->Free() < bytes + 1)
-        return;
-    char field[9] = {static_cast<char>(type | static_cast<unsigned>(bytes + 1))};
-    for (int i = bytes; i > 0; --i, value >>= 8)
-        field[i] = static_cast<char>(value & 0xFFU);
-    buf->Put(field, bytes + 1);
-}
-
 void PutUnsigned(int bytes, unsigned long long value, cBuffer* buf)
 {
-    PutInteger(kTlUnsigned, bytes, value, buf);
+    if (buf->Free() > bytes)
+        encoder::PutInteger(kTlUnsigned, bytes, value, *buf);
 }
 
 void PutSigned(int bytes, long long value, cBuffer* buf)
 {
-    PutInteger(kTlInteger, bytes, static_cast<unsigned long long>(value), buf);
+    if (buf->Free() > bytes)
+        encoder::PutInteger(kTlInteger, bytes, static_cast<unsigned long long>(value), *buf);
 }
 
 // The fewest bytes of 1, 2, 3, 4, 6 and 8 that hold a magnitude and leave spareBits unused.

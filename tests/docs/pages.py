@@ -52,7 +52,7 @@ class Page:
         self.path, self.options = path, options
         self.name = os.path.relpath(path, options.root)
         self.folder = tempfile.mkdtemp()
-        self.failures = []
+        self.failures, self.includes, self.blocks = [], [], []
         shutil.copytree(os.path.join(options.root, "examples"), os.path.join(self.folder, "examples"))
         os.mkdir(os.path.join(self.folder, "build"))
         os.symlink(options.build, os.path.join(self.folder, "build", "release"))
@@ -74,22 +74,22 @@ class Page:
         return done.returncode, done.stdout
 
     def cpp(self, line, body):
-        """Compiles the block; the page's line numbers stand in what the compiler says."""
-        includes = "".join(re.findall(r"^#include.*\n", body, re.M))
-        place = f'#line {line + 1} "{self.name}"\n'
-        whole = re.search(r"^\{", body, re.M)
-        if whole:
-            source = CONTEXT + place + body
-        else:
-            body = re.sub(r"^#include.*$", "", body, flags=re.M)
-            source = CONTEXT + includes + FUNCTION % (place + body)
-        path = os.path.join(self.folder, "block.cpp")
-        with open(path, "w", encoding="utf-8") as out:
-            out.write(source)
+        """Puts the block into the page's one program, where the page's own line numbers count."""
+        self.includes += re.findall(r"^#include.*\n", body, re.M)
+        body = f'#line {line + 1} "{self.name}"\n' + re.sub(r"^#include.*$", "", body, flags=re.M)
+        if not re.search(r"^\{", body, re.M):
+            body = FUNCTION % body
+        self.blocks.append(f"namespace block{line}\n{{\n{body}\n}}\n")
+
+    def compile(self):
+        if not self.blocks:
+            return
+        with open(os.path.join(self.folder, "blocks.cpp"), "w", encoding="utf-8") as out:
+            out.write(CONTEXT + "".join(self.includes + self.blocks))
         status, output = self.run("$CXX -std=c++17 -fsyntax-only -Wall -Wextra -Werror "
-                                  "$(pkg-config --cflags quarn) block.cpp")
+                                  "$(pkg-config --cflags quarn) blocks.cpp")
         if status:
-            self.fail(line, output)
+            self.fail(1, output)
 
     def bytes(self, line, body):
         text = "".join(re.sub(r";.*", "", l) for l in body.split("\n"))
@@ -148,6 +148,7 @@ class Page:
                 self.fail(line, f"a block of an unknown kind: '{language}'")
             updated += body
         updated += text[end:]
+        self.compile()
         self.links(BLOCK.sub("", text))
         shutil.rmtree(self.folder)
         if self.options.update and updated != text:

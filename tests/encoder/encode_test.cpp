@@ -176,10 +176,10 @@ TEST(Encode, BufferSizes)
 {
     EncoderTrace trace(0);
     for (const MessageRow& row : kMessages) {
-        std::string ballast = row.encode == Encode_GetList_Response ? "valList={" : "parTreePath={";
-        for (std::size_t i = 0; row.size >= 4000 && i < row.size / 8 + 10; ++i)
-            ballast +=
-                row.encode == Encode_GetList_Response ? "valListEntry={} " : "path_Entry=U1 ";
+        const bool isList = row.encode == Encode_GetList_Response;
+        std::string ballast = isList ? "valList={" : "parTreePath={";
+        for (std::size_t i = 0; row.size >= 4000 && i < row.size / (isList ? 10 : 8) + 10; ++i)
+            ballast += isList ? "valListEntry={value=u1} " : "path_Entry=U1 ";
         const std::size_t others = Encoded(row.encode, Rec(ballast)).size() / 2;
         for (const std::size_t excess : {0U, 1U}) {
             const std::string field(row.size + excess - (others - 1 + 3 + 4), '\x55');
@@ -213,9 +213,18 @@ const DetailRow kDetails[] = {
      kTimes + "period_List={SmlPeriodEntry=u1}", "6200 70 01 01",
      "2 GetProfileListResp: Problem with PeriodEntry"},
     {"values that are none", Encode_GetList_Response,
-     "serverId=x41 valList={valListEntry=u1 " + kEntry + "valListEntry=u2}",
-     "01 71" + kEntryHex + "01 01",
-     "2 GetListRes: Problem with valList_Entry|2 GetListRes: Problem with valList_Entry"},
+     "serverId=x41 valList={valListEntry=u1 " + kEntry + "valListEntry={objName=U1} " + kEntry +
+         "valListEntry={objName=U1 value={}}}",
+     "01 72" + kEntryHex + kEntryHex + "01 01",
+     "2 GetListRes: Problem with valList_Entry|2 Rec2ListEntry: <value> is missing/wrong!|"
+     "2 Rec2ListType: RecParVal invalid/empty|2 RecParVal= {}\n"},
+    {"a list between other things", Encode_GetList_Response,
+     "serverId=x41 valList={other=u1 " + kEntry + "x={value=u1} " + kEntry + "}",
+     "01 72" + kEntryHex + "7701010101016201 01" + "01 01",
+     "2 Rec2ListEntry: <objName> is missing/wrong!"},
+    {"a period without value", Encode_GetProfileList_Response,
+     kTimes + "period_List={SmlPeriodEntry={objName=U1 unit=u1 scaler=i0}}", "6200 70 01 01",
+     "2 Rec2PerEntry: <value> is missing/wrong!"},
     {"no objects, and a time without type", Profile<0x400>,
      kPath + "beginTime" + kTime + "endTime={value=u1} object_List={}",
      kTimeHex + "01" + kPathHex + "01 01", "2 GetProfileReq: object_List-count = 0"},

@@ -93,7 +93,16 @@ protected:
 TEST_F(OutOfMemory, EncodeFunctions)
 {
     const cRecord former = Rec("old=u1");
-    cRecord header = Rec("transactionId" + kLong + "groupNo=u0 abortOnError=u0");
+    // Without a number in the header no message is written without making objects first.
+    cRecord header = Rec("transactionId" + kLong + "groupNo=u0");
+    cRecord plain = Rec("transactionId" + kLong + "groupNo=u0 abortOnError=u0");
+    cRecord close;
+    FailInTurn([&] {
+        cRecord result = former;
+        const int rc = Encode_Close_Request(close, plain, result);
+        EXPECT_EQ(result.GetParCount("old", 0, 0), rc == SML_ENCODE_NO_MEMORY ? 1 : 0);
+        return rc == SML_ENCODE_OK;
+    });
     for (const std::string& value : {"type=u1 value=" + kListType, "type=u2 value" + kEntry,
                                      "type=u4 value={SmlTime" + kTime + "}",
                                      "type=u4 value" + kEntry, "type=u5 value" + kEntry}) {

@@ -259,6 +259,7 @@ struct Kind {
     std::vector<Rule> fields;
 };
 
+// clang-format off
 inline const std::vector<Kind>& Kinds()
 {
     static const Rule kServer{"serverId", Octets, 32, true}, kAnyServer{"serverId", Octets, 32};
@@ -266,85 +267,44 @@ inline const std::vector<Kind>& Kinds()
     static const Rule kUser{"username", Octets, 64}, kPassword{"password", Octets, 64};
     static const Rule kFile{"reqFileId", Octets, 64, true}, kCodepage{"codepage", Codepage};
     static const Rule kPath{"parTreePath", Names, 0, false, "path_Entry"};
+    static const Rule kObjects{"object_List", Names, 0, false, "object_List_Entry"};
     static const Rule kTree{"parTree", Tree, 0, true}, kAnyTree{"parTree", Tree};
+    static const Rule kPeriods{"period_List", Entries<kPeriodEntry>, 0, true, "SmlPeriodEntry"};
+    static const Rule kEntries{"valList", Entries<kListEntry>, 0, true, "valListEntry"};
     static const std::vector<Rule> kProfile = {
-        kAnyServer,
-        kUser,
-        kPassword,
-        {"beginTime", Time},
-        {"endTime", Time},
-        kPath,
-        {"object_List", Names, 0, false, "object_List_Entry"},
+        kAnyServer, kUser, kPassword, {"beginTime", Time}, {"endTime", Time}, kPath, kObjects,
         kAnyTree};
     static const std::vector<Rule> kClose = {{"globalSignature", Octets, 256}};
     static const std::vector<Kind> kinds = {
-        {"SmlOpenReq",
-         0x0100,
-         Encode_Open_Request,
-         500,
+        {"SmlOpenReq", 0x0100, Encode_Open_Request, 500,
          {kCodepage, kClient, kFile, kAnyServer, kUser, kPassword, {"smlVersion", UInt, 1}}},
-        {"SmlOpenRes",
-         0x0101,
-         Encode_Open_Response,
-         500,
-         {{"codepage", Octets, 64},
-          kAnyClient,
-          kFile,
-          kServer,
-          {"refTime", Time},
+        {"SmlOpenRes", 0x0101, Encode_Open_Response, 500,
+         {{"codepage", Octets, 64}, kAnyClient, kFile, kServer, {"refTime", Time},
           {"smlVersion", UInt, 8}}},
         {"SmlCloseReq", 0x0200, Encode_Close_Request, 500, kClose},
         {"SmlCloseRes", 0x0201, Encode_Close_Response, 500, kClose},
         {"SmlGetProfileReq", 0x0300, EncodeProfile<0x300>, 1000, kProfile},
         {"SmlGetProfileReq", 0x0400, EncodeProfile<0x400>, 1000, kProfile},
-        {"SmlGetProfListRes",
-         0x0401,
-         Encode_GetProfileList_Response,
-         4000,
-         {kServer,
-          {"actTime", Time},
-          {"regPeriod", UInt, 32},
-          kPath,
-          {"valTime", Time},
-          {"status", UInt64, 64, true},
-          {"period_List", Entries<kPeriodEntry>, 0, true, "SmlPeriodEntry"},
-          {"RawData", Octets, 1200},
+        {"SmlGetProfListRes", 0x0401, Encode_GetProfileList_Response, 4000,
+         {kServer, {"actTime", Time}, {"regPeriod", UInt, 32}, kPath, {"valTime", Time},
+          {"status", UInt64, 64, true}, kPeriods, {"RawData", Octets, 1200},
           {"periodSignature", Octets, 256}}},
-        {"SmlGetProcParReq",
-         0x0500,
-         Encode_GetProcPar_Request,
-         1000,
+        {"SmlGetProcParReq", 0x0500, Encode_GetProcPar_Request, 1000,
          {kAnyServer, kUser, kPassword, kPath}},
         {"SmlGetProcParRes", 0x0501, Encode_GetProcPar_Response, 10000, {kServer, kPath, kTree}},
-        {"SmlSetProcParReq",
-         0x0600,
-         Encode_SetProcPar_Request,
-         10000,
+        {"SmlSetProcParReq", 0x0600, Encode_SetProcPar_Request, 10000,
          {kAnyServer, kUser, kPassword, kPath, kTree}},
-        {"SmlGetListReq",
-         0x0700,
-         Encode_GetList_Request,
-         1000,
+        {"SmlGetListReq", 0x0700, Encode_GetList_Request, 1000,
          {kClient, kAnyServer, kUser, kPassword, {"listName", UInt64, 48}}},
-        {"SmlGetListRes",
-         0x0701,
-         Encode_GetList_Response,
-         4000,
-         {kAnyClient,
-          kServer,
-          {"listName", UInt64, 48},
-          {"actSensorTime", Time},
-          {"valList", Entries<kListEntry>, 0, true, "valListEntry"},
-          {"listSignature", Octets, 256},
-          {"actGatewayTime", Time}}},
-        {"SmlAttentionRes",
-         0xFF01,
-         Encode_Attention_Response,
-         500,
+        {"SmlGetListRes", 0x0701, Encode_GetList_Response, 4000,
+         {kAnyClient, kServer, {"listName", UInt64, 48}, {"actSensorTime", Time}, kEntries,
+          {"listSignature", Octets, 256}, {"actGatewayTime", Time}}},
+        {"SmlAttentionRes", 0xFF01, Encode_Attention_Response, 500,
          {kServer, {"attentionNo", UInt64, 48, true}, {"attentionMsg", Octets, 128}, kAnyTree}},
     };
     return kinds;
 }
+// clang-format on
 
 struct Sent {
     const Kind* kind;

@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 #include <random>
-#include <regex>
 #include <string>
 #include <unistd.h>
 
@@ -126,10 +125,10 @@ TEST(Explain, CoversAnyBytes)
     const auto below = [&random](std::size_t n) { return random() % n; };
     const std::string special = Hex("1B1B1B1B1A0101010100FF7677728F81F1");
     for (const std::string& input : Inputs()) {
-        for (int round = 0; round < 60; ++round) {
+        for (int round = 0; round < 40; ++round) {
             std::string bytes = input.substr(0, 700 + below(800));
             if (round % 3 == 0) // the same without frames, mostly
-                bytes.erase(0, std::min(bytes.size() - 1, bytes.find("\x76") % bytes.size()));
+                bytes.erase(0, std::min(bytes.size() - 1, bytes.find('v') % bytes.size()));
             for (std::size_t i = below(8); i != 0; --i) {
                 const std::size_t at = below(bytes.size());
                 switch (below(4)) {
@@ -325,7 +324,9 @@ TEST(Explain, ColoursChangeNoText)
         ::close(fds[0]);
     }
     EXPECT_NE(text[0], text[1]);
-    EXPECT_EQ(text[0], std::regex_replace(text[1], std::regex("\x1B\\[[0-9;]*m"), ""));
+    for (std::size_t at = 0; (at = text[1].find('\x1B')) != std::string::npos;)
+        text[1].erase(at, text[1].find('m', at) + 1 - at);
+    EXPECT_EQ(text[0], text[1]);
 }
 
 } // namespace

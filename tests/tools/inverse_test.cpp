@@ -159,7 +159,7 @@ TEST(Inverse, Refusals)
         {"array for an object", R"({"record":[]})", "'record' cannot be an array"},
         {"unit of 9 bits", list(R"({"objName":1,"unit":256,"value":1})"), "'valList' cannot be"},
         {"name of 7 bytes", list(R"({"objName":281474976710656,"value":1})"), "'valList' cannot"},
-        {"no value", list(R"({"objName":1})"), "what it makes cannot be read"},
+        {"no value", list(R"({"objName":1})"), "'valList' cannot be"},
         {"too long", list(longList), "what it makes cannot be read"},
         {"a field twice",
          Line("513", R"("SmlCloseRes":{"globalSignature":"01",)"

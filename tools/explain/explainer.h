@@ -35,7 +35,7 @@ public:
     void Finish() override { writer.Finish(); }
 
 protected:
-    void OnInput(std::string_view bytes) override;
+    void OnInput(std::string_view piece) override;
     void OnFrameStart(const Frame& frame, std::uint64_t offset) override;
     void OnPayload(const Frame& frame, std::string_view) override { current = frame; }
     void OnFrameEnd(const Frame& frame) override;

@@ -93,7 +93,7 @@ private:
         const std::string_view bytes = std::string_view(item.bytes).substr(at, kRow);
         char offset[24];
         std::snprintf(offset, sizeof offset, "%8llx ",
-                      static_cast<unsigned long long>(item.ullOffset + at));
+                      static_cast<unsigned long long>(item.ullOffset) + at);
         Put(kRed, item.damage.empty() ? "" : "! ");
         out.Pad(item.damage.empty() ? 2 : 0);
         Put(kDim, offset);

@@ -83,7 +83,7 @@ std::string ScaledText(bool isSigned, std::string_view bytes, const Scale& scale
 
 std::string NumberText(eFIELD kind, unsigned type, std::string_view bytes, const Scale& scale)
 {
-    const std::string number = ScaledText(type == TYPE_SIGNED, bytes, Scale());
+    std::string number = ScaledText(type == TYPE_SIGNED, bytes, Scale());
     switch (kind) {
     case eFIELD::VALUE:
         return ScaledText(type == TYPE_SIGNED, bytes, scale);

@@ -75,10 +75,10 @@ class cWalker
 {
 public:
     cWalker(Layout& frame, const std::vector<Verdict>& judged, const WalkOptions& walkOptions)
-        : layout(frame), payload(frame.payload), verdicts(judged), options(walkOptions)
+        : layout(frame), payload(frame.payload), verdicts(judged), options(walkOptions),
+          uiAt(walkOptions.uiStart)
     {
         walked.uiMessage = options.uiMessage;
-        uiAt = options.uiStart;
     }
 
     Walked Run()
@@ -390,7 +390,7 @@ private:
     const std::vector<Verdict>& verdicts;
     const WalkOptions& options;
     Walked walked;
-    std::size_t uiAt = 0;        // in the payload
+    std::size_t uiAt;            // in the payload
     std::size_t uiTransport = 0; // of the layout's other bytes that have been added
     bool bCut = false;           // the walk ended where the data did
     unsigned uiTag = 0;          // of the message
