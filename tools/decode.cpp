@@ -8,6 +8,7 @@
 // be held (16 MiB of text), all are withheld. Raw input has no frame checksum: nothing is held
 // back. Records are complete and therefore printed as they come, good or not.
 #include "tools/command.h"
+#include "tools/explain/explain.h"
 #include "tools/input/intake.h"
 #include "tools/input/pump.h"
 #include "tools/output/format.h"
@@ -37,6 +38,8 @@ struct DecodeOptions {
     std::vector<std::string> obis;
     std::string server;
     bool bKeepBad = false;
+    bool bExplain = false;
+    std::string page;
 };
 
 // What the user wants to see.
@@ -176,6 +179,8 @@ Filter MakeFilter(const DecodeOptions& options)
 
 int RunDecode(const DecodeOptions& options)
 {
+    if (options.bExplain || !options.page.empty())
+        return Explain(options.inputs, options.eInput, options.page);
     cOutput out(STDOUT_FILENO);
     cReport report;
     const auto* name =
@@ -201,6 +206,23 @@ std::string CheckHex(const std::string& text)
     return hex.Read(text, bytes) && !hex.HasHalfByte() && !bytes.empty()
                ? ""
                : "'" + text + "' is no hex text like 0a01";
+}
+
+// An explanation shows everything: what selects and shapes readings is no part of it.
+void AddExplainOptions(CLI::App& decode, DecodeOptions& options)
+{
+    CLI::Option* const explain =
+        decode.add_flag("--explain", options.bExplain,
+                        "Print what every byte of the input is, and where and why it is damaged");
+    CLI::Option* const html =
+        decode
+            .add_option("--html", options.page,
+                        "Explain on a page written to FILE, bytes and meaning side by side")
+            ->type_name("FILE");
+    for (const char* other : {"--format", "--obis", "--server", "--keep-bad"}) {
+        explain->excludes(decode.get_option(other));
+        html->excludes(decode.get_option(other));
+    }
 }
 
 } // namespace
@@ -235,9 +257,11 @@ void AddDecode(CLI::App& app, int& status)
         ->type_name("HEX");
     decode->add_flag("--keep-bad", options->bKeepBad,
                      "Print also readings of damaged frames and refused messages");
+    AddExplainOptions(*decode, *options);
     decode->footer("Examples:\n"
                    "  quarn decode --format text examples/household.bin\n"
-                   "  quarn decode --obis 1.8.0 --obis 16.7.0 < examples/household.bin");
+                   "  quarn decode --obis 1.8.0 --obis 16.7.0 < examples/household.bin\n"
+                   "  quarn decode --explain examples/household.bin");
     decode->callback([options, &status] { status = RunDecode(*options); });
 }
 

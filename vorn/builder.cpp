@@ -14,6 +14,23 @@ using detail::Arena;
 using detail::Block;
 using detail::Node;
 
+namespace
+{
+
+constexpr std::size_t kFirstCapacity = 4;
+constexpr std::size_t kMostExpected = 4096; // beyond, room grows as it is needed
+
+// Room for a record that has count parameters and no room for one more.
+std::size_t Capacity(std::size_t count, std::size_t expected) noexcept
+{
+    if (count == 0 && expected != 0)
+        return std::min(expected, kMostExpected);
+    const std::size_t grown = std::max(kFirstCapacity, 2 * count);
+    return expected > count ? std::min(grown, expected) : grown;
+}
+
+} // namespace
+
 cRecordBuilder::~cRecordBuilder() { Create(); }
 
 void cRecordBuilder::Create() noexcept
@@ -26,8 +43,7 @@ void cRecordBuilder::Create() noexcept
 void cRecordBuilder::Grow(Level& level)
 {
     const auto count = static_cast<std::size_t>(level.pNext - level.pFirst);
-    const std::size_t capacity =
-        std::max({kFirstCapacity, std::min(level.uiExpected, kMostExpected), 2 * count});
+    const std::size_t capacity = Capacity(count, level.uiExpected);
     Arena& arena = TheArena();
     auto* const node = new (arena.Take(Node::Size(capacity))) Node(arena, 0);
     cRecordPar* const pars = node->Pars();

@@ -104,9 +104,6 @@ private:
         std::size_t uiExpected = 0;
     };
 
-    static constexpr std::size_t kFirstCapacity = 4;
-    static constexpr std::size_t kMostExpected = 1024; // beyond, room grows as it is needed
-
     template <typename... Value>
     void Append(const cParName& name, Value... value)
     {

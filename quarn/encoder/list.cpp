@@ -4,10 +4,41 @@
 
 #include "quarn/encoder/tl_field.h"
 #include "quarn/encoder/tl_writers.h"
+#include "quarn/foundation/limits.h"
+#include "quarn/foundation/trace.h"
 
 #include <cstdint>
 #include <functional>
 #include <new>
+#include <utility>
+
+using quarn::detail::kError;
+using quarn::detail::Trace;
+
+namespace
+{
+
+// A tree of SML_MAX_TREE_DEPTH levels, of two lists each, and what stands around and inside it.
+constexpr unsigned kMostNested = 2 * SML_MAX_TREE_DEPTH + 8;
+
+// Lives while a list is being written; knows how many such lists there are in this thread.
+class Writing
+{
+public:
+    Writing() noexcept { ++uiNested; }
+    ~Writing() { --uiNested; }
+    Writing(const Writing&) = delete;
+    Writing& operator=(const Writing&) = delete;
+
+    bool IsTooDeep() const noexcept { return uiNested > kMostNested; }
+
+private:
+    static thread_local unsigned uiNested;
+};
+
+thread_local unsigned Writing::uiNested = 0;
+
+} // namespace
 
 Sml_ListObject::~Sml_ListObject() = default;
 
@@ -28,18 +59,39 @@ Sml_ListOf::Sml_ListOf(int n, bool dynamic) noexcept : Sml_ListOf()
 
 Sml_ListOf::~Sml_ListOf()
 {
-    Sml_ListObject* last = nullptr; // the chain turned round
+    Sml_ListOf* list = this;
+    for (list->pHead = list->TakeReversed(); list != nullptr;) {
+        Sml_ListObject* const node = list->pHead;
+        if (node == nullptr) {
+            list = std::exchange(list->pOuter, nullptr);
+            continue;
+        }
+        // The element's own list is emptied first, so that its deletion goes no deeper.
+        Sml_Type* const element = list->bDynamic ? node->pElement : nullptr;
+        Sml_ListOf* const inner = element != nullptr ? element->Parts() : nullptr;
+        if (inner != nullptr && inner->pHead != nullptr) {
+            inner->pHead = inner->TakeReversed();
+            inner->pOuter = list;
+            list = inner;
+        } else {
+            list->pHead = node->pNext;
+            list->DeleteNode(node);
+        }
+    }
+}
+
+Sml_ListObject* Sml_ListOf::TakeReversed() noexcept
+{
+    Sml_ListObject* last = nullptr;
     while (pHead != nullptr) {
         Sml_ListObject* const next = pHead->pNext;
         pHead->pNext = last;
         last = pHead;
         pHead = next;
     }
-    while (last != nullptr) {
-        Sml_ListObject* const node = last;
-        last = last->pNext;
-        DeleteNode(node);
-    }
+    pTail = pCursor = nullptr;
+    iCount = 0;
+    return last;
 }
 
 void Sml_ListOf::DeleteNode(Sml_ListObject* node) noexcept
@@ -116,8 +168,16 @@ void Sml_ListOf::ToBin(cBuffer* buf)
 {
     if (!bToCode) {
         ToBin_As_Option(buf);
-        return;
+    } else if (const Writing writing; writing.IsTooDeep()) {
+        Trace(LibSmle, kError, "Sml_ListOf::ToBin: nested too deep");
+        ToBin_As_Option(buf);
+    } else {
+        WriteElements(buf);
     }
+}
+
+void Sml_ListOf::WriteElements(cBuffer* buf)
+{
     const int n = Calculate_TLFCount_ListOf(iCount);
     if (buf->Free() >= n)
         quarn::detail::encoder::PutTl(*buf, quarn::detail::kTlList, n,

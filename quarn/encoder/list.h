@@ -46,11 +46,14 @@ public:
     Sml_ListOf() noexcept; // present, no slots, not dynamic
     // n empty slots, made in one piece; none when memory runs out.
     Sml_ListOf(int n, bool dynamic) noexcept;
-    ~Sml_ListOf() override; // deletes the elements of a dynamic list, last slot first
+    // Deletes the elements of a dynamic list, last slot first. However deep lists are nested, that
+    // takes no more stack.
+    ~Sml_ListOf() override;
 
     // Writes the number of slots and then the elements. Where a slot is empty, a list of the type
     // SML_TYPE_TREE writes 01 and any other list nothing, so that it then announces more elements
-    // than it carries.
+    // than it carries. A list nested deeper than a tree of SML_MAX_TREE_DEPTH levels has lists is
+    // written as 01, with a trace line at level 2.
     void ToBin(cBuffer* buf) override;
 
     // A new last slot with e, which may be null. SML_LIST_OK or SML_LIST_NO_MEMORY.
@@ -67,6 +70,9 @@ public:
     bool GetDynamicFlag() const noexcept { return bDynamic; }
 
 private:
+    Sml_ListOf* Parts() noexcept override { return this; }
+    void WriteElements(cBuffer* buf);
+    Sml_ListObject* TakeReversed() noexcept;      // the chain, last slot first; none is left
     Sml_ListObject* NodeAt(int i) const noexcept; // REQUIRES: 0 <= i < iCount
     void Append(Sml_ListObject* node) noexcept;
     void DeleteNode(Sml_ListObject* node) noexcept;
@@ -78,6 +84,7 @@ private:
     Sml_ListObject* pTail = nullptr;
     int iCount = 0;
     bool bDynamic = false;
+    Sml_ListOf* pOuter = nullptr; // of a list that dies with the one around it
     // Where NodeAt found its last slot: the next walk starts there when it can.
     mutable Sml_ListObject* pCursor = nullptr;
     mutable int iCursor = 0;

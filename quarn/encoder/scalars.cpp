@@ -5,6 +5,8 @@
 #include "quarn/foundation/tl.h"
 
 Sml_Type::~Sml_Type() = default;
+
+Sml_ListOf* Sml_Type::Parts() noexcept { return nullptr; }
 Sml_Value::~Sml_Value() = default;
 Sml_EndOfSmlMessage::~Sml_EndOfSmlMessage() = default;
 Sml_Integer8::~Sml_Integer8() = default;

@@ -35,6 +35,8 @@ enum eSML_TYPE : int {
     SML_TYPE_NONE = 999
 };
 
+class Sml_ListOf;
+
 class QUARN_API Sml_Type
 {
 public:
@@ -55,6 +57,12 @@ public:
 protected:
     bool bToCode = true;
     int iTypeId = SML_TYPE_NONE;
+
+private:
+    friend class Sml_ListOf;
+
+    // The list of what this object consists of; null: none.
+    virtual Sml_ListOf* Parts() noexcept;
 };
 
 // What may stand where SML has a value.

@@ -10,8 +10,8 @@
 // slot. One that is not dynamic leaves them to whoever made them. Setters return SML_LIST_OK or
 // SML_LIST_BAD_INDEX (the slots could not be allocated; the object stays the caller's).
 //
-// Trees nest by their child lists, and writing and deleting them recurses once per level: a host
-// that builds trees by hand bounds their depth for its stack, as Record_2_SmlTree does.
+// Trees nest by their child lists. Deleting them takes no stack for it; writing stops at
+// SML_MAX_TREE_DEPTH levels, see Sml_ListOf::ToBin.
 #ifndef QUARN_ENCODER_STRUCTURES_H
 #define QUARN_ENCODER_STRUCTURES_H
 
@@ -44,6 +44,9 @@ protected:
     ListStructure(unsigned typeId, unsigned n) noexcept;
 
     Sml_ListOf list;
+
+private:
+    Sml_ListOf* Parts() noexcept override { return &list; }
 };
 
 } // namespace quarn::detail

@@ -50,6 +50,14 @@ bool HasName(const Par& par, const char* label)
     return *name == *label && std::strcmp(name, label) == 0;
 }
 
+// The same for a label that is known when compiling: a comparison of a few words.
+template <const auto& Label, class Par>
+bool HasName(const Par& par)
+{
+    static_assert(sizeof(Label) <= kReadableName);
+    return std::memcmp(par.GetName(), Label, sizeof(Label)) == 0;
+}
+
 // Finds the fields of one record. A field that is asked for when those in front of it have been is
 // found without a search. What Find returns is valid until the next call and as long as the record
 // lives unchanged.
@@ -67,11 +75,24 @@ public:
 
     // The first parameter of that name; null when there is none. REQUIRES: no name is asked for a
     // second time.
+    template <const auto& Label>
+    const vorn::cRecordPar* Find()
+    {
+        return Find([](const auto& par) { return HasName<Label>(par); }, Label);
+    }
     const vorn::cRecordPar* Find(const char* label)
     {
+        return Find([label](const auto& par) { return HasName(par, label); }, label);
+    }
+
+private:
+    template <typename Is>
+    const vorn::cRecordPar* Find(Is is, const char* label)
+    {
         if constexpr (kInPlace) {
+            static_cast<void>(label);
             for (const vorn::cRecordPar* par = next; par != end; ++par) {
-                if (HasName(*par, label)) {
+                if (is(*par)) {
                     next += par == next ? 1 : 0; // so all before next have been asked for
                     return par;
                 }
@@ -83,7 +104,6 @@ public:
         }
     }
 
-private:
     const Record& record;
     const vorn::cRecordPar* next = nullptr;
     const vorn::cRecordPar* end = nullptr;

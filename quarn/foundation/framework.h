@@ -13,6 +13,7 @@
 #include "vorn/vorn.h"
 #endif
 
+#include <cstddef>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -88,8 +89,10 @@ static_assert(
     kYields<unsigned short, decltype(vorn::createCRC16("", 0, std::declval<unsigned short>()))>);
 
 // Beyond the contract: whether records show their parameters in place, as begin() and end(), with
-// GetName() of each. The library reads such records without copying parameters, others through the
-// operations above, with the same result.
+// GetName() of each, of which kReadableName bytes can be read whatever the name's length. The
+// library reads such records without copying parameters, others through the operations above, with
+// the same result.
+inline constexpr std::size_t kReadableName = 26;
 template <class Record, typename = void>
 inline constexpr bool kShowsParameters = false;
 template <class Record>

@@ -180,9 +180,14 @@ struct cSMLP::Bodies : BodyFields {
     template <const auto& Fields>
     static constexpr Layout Body(const char* prefix)
     {
-        return Layout{Fields, std::size(Fields), {RC_BODY_TYPE, kType}, {RC_BODY_COUNT, kCount}, {},
-                      prefix}
-            .TakenBy(&cSMLP::TakeFields<Fields>);
+        return {Fields, std::size(Fields), {RC_BODY_TYPE, kType}, {RC_BODY_COUNT, kCount}, {},
+                prefix};
+    }
+    // Of the messages that come in numbers: with the short way.
+    template <const auto& Fields>
+    static constexpr Layout TakenBody(const char* prefix)
+    {
+        return Body<Fields>(prefix).TakenBy(&cSMLP::TakeFields<Fields>);
     }
 
     struct Entry {
@@ -193,19 +198,19 @@ struct cSMLP::Bodies : BodyFields {
 };
 
 const cSMLP::Bodies::Entry cSMLP::Bodies::kAll[] = {
-    {SML_GET_LIST_RES, Body<aGetListRes>("GetListResp")},
-    {SML_OPEN_REQ, Body<aOpenReq>("OpenReq")},
-    {SML_OPEN_RES, Body<aOpenRes>("OpenResp")},
-    {SML_CLOSE_REQ, Body<aClose>("CloseReq")},
-    {SML_CLOSE_RES, Body<aClose>("CloseResp")},
+    {SML_GET_LIST_RES, TakenBody<aGetListRes>("GetListResp")},
+    {SML_OPEN_REQ, TakenBody<aOpenReq>("OpenReq")},
+    {SML_OPEN_RES, TakenBody<aOpenRes>("OpenResp")},
+    {SML_CLOSE_REQ, TakenBody<aClose>("CloseReq")},
+    {SML_CLOSE_RES, TakenBody<aClose>("CloseResp")},
     {SML_GET_PROFILE_PACK_REQ, Body<aGetProfileReq>("GetProfileReq")},
     {SML_GET_PROFILE_PACK_RES, Body<aGetProfPackRes>("GetProfPackResp")},
     {SML_GET_PROFILE_LIST_REQ, Body<aGetProfileReq>("GetProfileReq")},
-    {SML_GET_PROFILE_LIST_RES, Body<aGetProfListRes>("GetProfListResp")},
+    {SML_GET_PROFILE_LIST_RES, TakenBody<aGetProfListRes>("GetProfListResp")},
     {SML_GET_PROC_PAR_REQ, Body<aGetProcParReq>("GetProcParReq")},
     {SML_GET_PROC_PAR_RES, Body<aGetProcParRes>("GetProcParResp")},
     {SML_SET_PROC_PAR_REQ, Body<aSetProcParReq>("SetProcParReq")},
-    {SML_GET_LIST_REQ, Body<aGetListReq>("GetListReq")},
+    {SML_GET_LIST_REQ, TakenBody<aGetListReq>("GetListReq")},
     {SML_ATTENTION_RES, Body<aAttentionRes>("AttentionResp")},
 };
 

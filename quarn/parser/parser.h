@@ -39,8 +39,9 @@
 // "extLen" and that packet's piece as "value", beside "extMsgPart", the packet's number. The last
 // piece has "extFlag" false; it comes with the next record, where what the tree held behind it
 // follows as a second "parTree", whose nodes above the long value's have no name. A message longer
-// than SML_MAX_MESSAGE is refused. Records take memory in proportion to the message: up to some 70
-// bytes for each byte of a list of nothing but one-byte elements.
+// than SML_MAX_MESSAGE is refused. Records take memory in proportion to the message: up to some 200
+// bytes for each byte of a list of nothing but one-byte elements. A message's record is one piece
+// of memory: whoever keeps a part of it keeps it all.
 //
 // When input is bad, "Error" in "SmlStatus" (enum eSML_STATUS) names the attention response that
 // the host should send; a trace line of LibSmlp at level 2 says what was wrong. An error ends the
@@ -311,8 +312,8 @@ private:
     std::uint32_t uiCacheCnt = 0;    // bytes read of the TL field or chunk in progress
     std::uint32_t uiCacheLen = 0;    // bytes outstanding
     std::uint16_t usCacheState = 0;  // 0 idle, 1 a primitive stopped for lack of input or room
-    std::uint16_t usFieldState = 0;  // of the field in progress: 0 its TL field
     std::uint32_t uiOctStrState = 0; // chunks: 0 none, 1 first, 2 further, 3 last delivered
+    std::uint16_t usFieldState = 0;  // of the field in progress: 0 its TL field
     std::array<unsigned char, 8> aucTLFCache{};
 
     // Structures in progress: message, message body and body, then at most a tree's nodes and child

@@ -20,13 +20,12 @@ constexpr cSMLP::Field cSMLP::Tables::aTime[] = {
                  {RC_TIME_LENGTH, "Time:Len=%d, smlp[%d]"})
         .Kept(label::value, KIND_UINT, Keep::Always),
 };
-const cSMLP::Layout cSMLP::Tables::kTime = Layout{
-    aTime,
-    2,
-    {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
-    {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
-    {RC_NOT_OPTIONAL,
-     "Time:Optional not supported!, smlp[%d]"}}.TakenBy(&cSMLP::TakeFields<aTime>);
+const cSMLP::Layout cSMLP::Tables::kTime =
+    Layout{aTime,
+           2,
+           {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
+           {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
+           {RC_NOT_OPTIONAL, "Time:Optional not supported!, smlp[%d]"}};
 
 int cSMLP::CheckTimeChoice()
 {
@@ -65,12 +64,12 @@ constexpr cSMLP::Field cSMLP::Tables::aListType[] = {
         .Then(&cSMLP::CheckListTypeChoice),
     Field::Structure(kTime).Kept(label::SmlTime, KIND_RECORD, Keep::Always),
 };
-const cSMLP::Layout cSMLP::Tables::kListType = Layout{
-    aListType,
-    2,
-    {RC_LIST_TYPE_TYPE, "SML_ListType:Seq-Type!, smlp[%d]"},
-    {RC_LIST_TYPE_COUNT, "SML_ListType:Seq-Cnt!, smlp[%d]"},
-    {}}.TakenBy(&cSMLP::TakeFields<aListType>);
+const cSMLP::Layout cSMLP::Tables::kListType =
+    Layout{aListType,
+           2,
+           {RC_LIST_TYPE_TYPE, "SML_ListType:Seq-Type!, smlp[%d]"},
+           {RC_LIST_TYPE_COUNT, "SML_ListType:Seq-Cnt!, smlp[%d]"},
+           {}};
 
 int cSMLP::CheckListTypeChoice()
 {
@@ -202,33 +201,28 @@ constexpr cSMLP::Field cSMLP::Tables::aHeaderEntry[] = {
     Shared::Scaler({RC_FIELD_TYPE, "ProfObjHdEntry:TL-Field(scaler), smlp[%d]"},
                    {RC_FIELD_TYPE, "ProfObjHdEntry:TL-Field(scaler), smlp[%d]"}),
 };
-const cSMLP::Layout cSMLP::Tables::kHeaderEntry = Layout{
-    aHeaderEntry,
-    3,
-    {RC_HEADER_ENTRY_TYPE, "ProfObjHdEntry:Seq-Type, smlp[%d]"},
-    {RC_HEADER_ENTRY_COUNT, "ProfObjHdEntry:Seq-Len, smlp[%d]"},
-    {}}.TakenBy(&cSMLP::TakeFields<aHeaderEntry>);
+const cSMLP::Layout cSMLP::Tables::kHeaderEntry =
+    Layout{aHeaderEntry,
+           3,
+           {RC_HEADER_ENTRY_TYPE, "ProfObjHdEntry:Seq-Type, smlp[%d]"},
+           {RC_HEADER_ENTRY_COUNT, "ProfObjHdEntry:Seq-Len, smlp[%d]"},
+           {}};
 
 constexpr cSMLP::Field cSMLP::Tables::aHeaderList[] = {Field::Structure(kHeaderEntry)};
 const cSMLP::Layout cSMLP::Tables::kHeaderList = Layout{
-    aHeaderList,
-    0,
-    {RC_HEADER_LIST_TYPE, "ListOf:ProfObjHdEntry:Wrong Type, smlp[%d]"},
-    {},
-    {}}.TakenBy(&cSMLP::TakeElements<aHeaderList>);
+    aHeaderList, 0, {RC_HEADER_LIST_TYPE, "ListOf:ProfObjHdEntry:Wrong Type, smlp[%d]"}, {}, {}};
 
 constexpr cSMLP::Field cSMLP::Tables::aValueEntry[] = {Shared::Value(), Shared::Signature()};
-const cSMLP::Layout cSMLP::Tables::kValueEntry = Layout{
-    aValueEntry,
-    2,
-    {RC_VALUE_ENTRY_TYPE, "ValueEntry:Seq-Type, smlp[%d]"},
-    {RC_VALUE_ENTRY_COUNT, "ValueEntry:Seq-Len, smlp[%d]"},
-    {}}.TakenBy(&cSMLP::TakeFields<aValueEntry>);
+const cSMLP::Layout cSMLP::Tables::kValueEntry =
+    Layout{aValueEntry,
+           2,
+           {RC_VALUE_ENTRY_TYPE, "ValueEntry:Seq-Type, smlp[%d]"},
+           {RC_VALUE_ENTRY_COUNT, "ValueEntry:Seq-Len, smlp[%d]"},
+           {}};
 
 constexpr cSMLP::Field cSMLP::Tables::aValueList[] = {Field::Structure(kValueEntry)};
 const cSMLP::Layout cSMLP::Tables::kValueList =
-    Layout{aValueList, 0, {RC_VALUE_LIST_TYPE, "ListOf:ValueEntry:Seq-Type, smlp[%d]"}, {}, {}}
-        .TakenBy(&cSMLP::TakeElements<aValueList>);
+    Layout{aValueList, 0, {RC_VALUE_LIST_TYPE, "ListOf:ValueEntry:Seq-Type, smlp[%d]"}, {}, {}};
 
 constexpr cSMLP::Field cSMLP::Tables::aPeriodObjectEntry[] = {
     Field::Structure(kTime),
@@ -238,20 +232,20 @@ constexpr cSMLP::Field cSMLP::Tables::aPeriodObjectEntry[] = {
     Field::Structure(kValueList),
     Shared::Signature(),
 };
-const cSMLP::Layout cSMLP::Tables::kPeriodObjectEntry = Layout{
-    aPeriodObjectEntry,
-    4,
-    {RC_PER_OBJ_ENTRY_TYPE, "ProfObjPerEntry:Seq-Type, smlp[%d]"},
-    {RC_PER_OBJ_ENTRY_COUNT, "ProfObjPerEntry:Seq-Len, smlp[%d]"},
-    {}}.TakenBy(&cSMLP::TakeFields<aPeriodObjectEntry>);
+const cSMLP::Layout cSMLP::Tables::kPeriodObjectEntry =
+    Layout{aPeriodObjectEntry,
+           4,
+           {RC_PER_OBJ_ENTRY_TYPE, "ProfObjPerEntry:Seq-Type, smlp[%d]"},
+           {RC_PER_OBJ_ENTRY_COUNT, "ProfObjPerEntry:Seq-Len, smlp[%d]"},
+           {}};
 
 constexpr cSMLP::Field cSMLP::Tables::aPeriodObjectList[] = {Field::Structure(kPeriodObjectEntry)};
-const cSMLP::Layout cSMLP::Tables::kPeriodObjectList = Layout{
-    aPeriodObjectList,
-    0,
-    {RC_PER_OBJ_LIST_TYPE, "ListOf:ProfObjPeriodEntry:Seq-Type, smlp[%d]"},
-    {},
-    {}}.TakenBy(&cSMLP::TakeElements<aPeriodObjectList>);
+const cSMLP::Layout cSMLP::Tables::kPeriodObjectList =
+    Layout{aPeriodObjectList,
+           0,
+           {RC_PER_OBJ_LIST_TYPE, "ListOf:ProfObjPeriodEntry:Seq-Type, smlp[%d]"},
+           {},
+           {}};
 
 constexpr cSMLP::Field cSMLP::Tables::aPeriodEntry[] = {
     Shared::ObjName().Kept(label::objName, KIND_UINT64, Keep::IfSet),
@@ -303,9 +297,9 @@ constexpr cSMLP::Field cSMLP::Tables::aTupelEntry[] = {
     Shared::Value(), // R3
     Shared::Signature(),
 };
-const cSMLP::Layout cSMLP::Tables::kTupelEntry = Layout{
-    aTupelEntry,
-    23,
-    {RC_PROC_PAR_TYPE, "TupelEntry:Seq-Type, smlp[%d]"},
-    {RC_PROC_PAR_COUNT, "TupelEntry:Seq-Len, smlp[%d]"},
-    {}}.TakenBy(&cSMLP::TakeFields<aTupelEntry>);
+const cSMLP::Layout cSMLP::Tables::kTupelEntry =
+    Layout{aTupelEntry,
+           23,
+           {RC_PROC_PAR_TYPE, "TupelEntry:Seq-Type, smlp[%d]"},
+           {RC_PROC_PAR_COUNT, "TupelEntry:Seq-Len, smlp[%d]"},
+           {}};

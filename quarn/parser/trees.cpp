@@ -5,7 +5,7 @@
 // A value longer than one chunk is delivered in packets. Each carries the tree so far, with the
 // chunk as the value of its node; with the last piece everything that was read has been delivered,
 // and the records of all levels begin anew.
-#include "quarn/parser/take.h"
+#include "quarn/parser/engine.h"
 
 #include "quarn/parser/tree_path.h"
 
@@ -52,13 +52,12 @@ constexpr cSMLP::Field cSMLP::Tables::aTree[] = {
         .Kept(label::child_List, KIND_RECORD, Keep::IfSet)
         .Then(&cSMLP::TellChildList),
 };
-const cSMLP::Layout cSMLP::Tables::kTree = Layout{
-    aTree,
-    3,
-    {RC_TREE_TYPE, "Tree:Seq-Type, smlp[%d]"},
-    {RC_TREE_COUNT, "Tree:Seq-Cnt, smlp[%d]"},
-    {RC_NOT_OPTIONAL,
-     "Tree:Optional not supported!, smlp[%d]"}}.TakenBy(&cSMLP::TakeFields<aTree>);
+const cSMLP::Layout cSMLP::Tables::kTree =
+    Layout{aTree,
+           3,
+           {RC_TREE_TYPE, "Tree:Seq-Type, smlp[%d]"},
+           {RC_TREE_COUNT, "Tree:Seq-Cnt, smlp[%d]"},
+           {RC_NOT_OPTIONAL, "Tree:Optional not supported!, smlp[%d]"}};
 
 const cSMLP::Layout cSMLP::Tables::kProcParValue{
     aProcParValue,

@@ -58,7 +58,7 @@ namespace quarn::detail
 {
 
 // A record of a message: enclosed under its label, copied and written whole in any case.
-constexpr Shape BodyShape(const char* name, const char* bodyLabel,
+constexpr Shape BodyShape(const char* name, const Label& bodyLabel,
                           vorn::eLEVEL missingLevel = kError)
 {
     return {name, bodyLabel, eFIELDS::ENCLOSED, missingLevel, false, false};

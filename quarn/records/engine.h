@@ -46,8 +46,8 @@ T PlainOf(const vorn::cRecordPar& par)
         return T(static_cast<const char*>(par.GetData()), static_cast<std::size_t>(par.GetSize()));
 }
 
-template <typename T>
-void AppendPlain(vorn::cRecord& target, const char* label, const T& v)
+template <class Target, typename T> // a record or a builder
+void AppendPlain(Target& target, const Label& label, const T& v)
 {
     if constexpr (kKindOf<T> == KIND_BOOL)
         target.AppendBoolPar(label, v, 0);
@@ -78,14 +78,14 @@ bool ReadValue(const vorn::cRecordPar* par, Source& around, T& value)
 }
 
 template <typename T>
-void WriteValue(vorn::cRecord& target, const char* label, const T& value)
+void WriteValue(RecordBuilder& to, const Label& label, const T& value)
 {
     if constexpr (kIsPlain<T>)
-        AppendPlain(target, label, value);
+        AppendPlain(to, label, value);
     else if constexpr (std::is_same_v<T, cSmlTime>)
-        Access::WriteAs(value, target, label);
+        Access::WriteAs(value, to, label);
     else
-        Access::Write(value, target);
+        Access::Write(value, to);
 }
 
 template <class Core>
@@ -138,7 +138,7 @@ template <class Core>
 bool Object<Core>::ToRecord(vorn::cRecord& target) const noexcept
 {
     bool written = false;
-    Guarded(Core::kClass, [&] { written = Core::Write(target); });
+    Guarded(Core::kClass, [&] { written = Access::Write(*this, target); });
     return written;
 }
 
@@ -158,30 +158,14 @@ void Structure<Fields>::ReadFrom(const vorn::cRecordPar* own, Source& around)
 }
 
 template <class Fields>
-bool Structure<Fields>::Write(vorn::cRecord& target) const
-{
-    vorn::cRecord own;
-    return Write(target, own);
-}
-
-template <class Fields>
-bool Structure<Fields>::Write(vorn::cRecord& target, vorn::cRecord& own) const
-{
-    own.Create();
-    if (!WriteFields(own))
-        return false;
-    target.AppendRecordPar(Fields::kShape.pcLabel, own, 0);
-    return true;
-}
-
-template <class Fields>
-bool Structure<Fields>::WriteFields(vorn::cRecord& target) const
+bool Structure<Fields>::WriteInto(RecordBuilder& own) const
 {
     if (Fields::kShape.bWrittenWhenValid && !IsValid()) {
         Trace(LibQuarn, kError, "%s::ToRecord: class invalid", kClass);
         return false;
     }
-    Fields::Write(target);
+    own.Expect(Fields::kCount);
+    Fields::Write(own);
     return true;
 }
 
@@ -209,7 +193,7 @@ void ListCore<Traits>::ReadFrom(const vorn::cRecordPar* own, Source& around)
             Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", shape.pcClass);
         return;
     }
-    int left = list.GetParCount(shape.pcElementLabel, 0, 0);
+    int left = list.GetParCount(shape.element, 0, 0);
     if (left < 1) {
         Trace(LibQuarn, kError, "%s: Record %s is empty", shape.pcClass, shape.pcEmptyName);
         return;
@@ -218,8 +202,9 @@ void ListCore<Traits>::ReadFrom(const vorn::cRecordPar* own, Source& around)
     if (depth >= SML_MAX_TREE_DEPTH)
         throw TooDeep();
     entries.reserve(static_cast<std::size_t>(left));
-    const char* const next = shape.bStepsByLabel ? shape.pcElementLabel : nullptr;
-    VisitElements(list, shape.pcElementLabel, next, [&](const vorn::cRecordPar& par) {
+    const char* const label = shape.element;
+    const char* const next = shape.bStepsByLabel ? label : nullptr;
+    VisitElements(list, label, next, [&](const vorn::cRecordPar& par) {
         if (ReadElement(par, depth))
             --left;
         else
@@ -249,36 +234,26 @@ bool ListCore<Traits>::ReadElement(const vorn::cRecordPar& par, unsigned depth)
 }
 
 template <class Traits>
-bool ListCore<Traits>::Write(vorn::cRecord& target) const
+bool ListCore<Traits>::WriteInto(RecordBuilder& list) const
 {
     constexpr const ListShape& shape = Traits::kShape;
     if (!IsValid()) {
         Trace(LibQuarn, shape.invalidLevel, "%s::ToRecord: %s", shape.pcClass, shape.pcInvalid);
         return false;
     }
-    vorn::cRecord list;
-    WriteElements(list);
-    target.AppendRecordPar(shape.pcLabel, list, 0);
-    return true;
-}
-
-template <class Traits>
-void ListCore<Traits>::WriteElements(vorn::cRecord& list) const
-{
-    constexpr const ListShape& shape = Traits::kShape;
-    vorn::cRecord wrapper; // both are filled again and again: they know what room it takes
-    vorn::cRecord own;
+    list.Expect(entries.size());
     for (const Element& element : entries) {
         if constexpr (kIsPlain<Element>) {
-            AppendPlain(list, shape.pcElementLabel, element);
+            AppendPlain(list, shape.element, element);
         } else if constexpr (shape.bWrapped) {
-            Access::Write(element, wrapper, own);
-            list.AppendRecordPar(shape.pcElementLabel, wrapper, 0);
-            wrapper.Create();
+            list.Open();
+            Access::Write(element, list);
+            list.AppendRecordPar(shape.element, list.Close(), 0);
         } else {
-            Access::Write(element, list, own);
+            Access::Write(element, list);
         }
     }
+    return true;
 }
 
 } // namespace quarn::detail

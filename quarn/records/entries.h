@@ -31,7 +31,7 @@ QUARN_SETTER(Status, SetStatus)
 QUARN_SETTER(ValTime, SetValTime)
 
 // A unit, a scaler and a value that are present together: as soon as one of them is.
-template <const char* UnitLabel, const char* ScalerLabel, const char* ValueLabel>
+template <const auto& UnitLabel, const auto& ScalerLabel, const auto& ValueLabel>
 struct Triple : FieldSet<Field<unsigned int, UnitLabel>, Field<int, ScalerLabel>,
                          Field<long long, ValueLabel>> {
 protected:
@@ -63,7 +63,7 @@ namespace quarn::detail
 {
 
 // An entry inside a list: read from the record under its label, written when it is valid.
-constexpr Shape EntryShape(const char* name, const char* ownLabel, eFIELDS where,
+constexpr Shape EntryShape(const char* name, const Label& ownLabel, eFIELDS where,
                            vorn::eLEVEL missingLevel = kUntraced)
 {
     return {name, ownLabel, where, missingLevel, true, true};

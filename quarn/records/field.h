@@ -14,6 +14,7 @@
 #include "quarn/foundation/export.h"
 #include "quarn/foundation/fields.h"
 #include "quarn/foundation/labels.h"
+#include "quarn/foundation/record_builder.h"
 #include "quarn/foundation/trace.h"
 
 #include <exception>
@@ -39,39 +40,55 @@ struct Source : RecordReader<> {
 // public ones are built from them and do not.
 //   Read      fills a cleared object from the record around it, and
 //   ReadFrom  from the parameter that stands in that record under the object's label, or null
-//   Write     appends the object to a record, as a whole or not at all; own is a record to use
+//   Write     appends the object to a record, as a whole or not at all, or
+//   WriteAs   under another label than its own
+//   WriteInto fills the open record with what stands under the object's label
 //   CopyFrom  makes the object what another one is
 //   Assign    does what operator= does
 struct Access {
     template <typename T>
     static void Read(T& object, Source& around)
     {
-        object.ReadFrom(T::kOwnLabel != nullptr ? around.Find(T::kOwnLabel) : nullptr, around);
+        object.ReadFrom(T::kIsAround ? nullptr : around.Find(T::kOwnLabel), around);
     }
     template <typename T>
     static void ReadFrom(T& object, const vorn::cRecordPar* own, Source& around)
     {
         object.ReadFrom(own, around);
     }
-    template <typename T>
-    static bool Write(const T& object, vorn::cRecord& target)
+    template <typename T, class Target> // a record or a builder
+    static bool Write(const T& object, Target& to)
     {
-        return object.Write(target);
-    }
-    template <typename T>
-    static bool Write(const T& object, vorn::cRecord& target, vorn::cRecord& own)
-    {
-        return object.Write(target, own);
+        if constexpr (T::kIsParameter)
+            return object.WriteInto(to);
+        else
+            return WriteAs(object, to, T::kOwnLabel);
     }
     template <typename T>
     static bool WriteAs(const T& object, vorn::cRecord& target, const char* label)
     {
-        return object.Write(target, label);
+        RecordBuilder to;
+        to.Open();
+        if (!object.WriteInto(to))
+            return false;
+        target.AppendRecordPar(label, to.Get(to.Close()), 0);
+        return true;
     }
     template <typename T>
-    static bool WriteFields(const T& object, vorn::cRecord& target)
+    static bool WriteAs(const T& object, RecordBuilder& to, const Label& label)
     {
-        return object.WriteFields(target);
+        to.Open();
+        const bool written = object.WriteInto(to);
+        if (written)
+            to.AppendRecordPar(label, to.Close(), 0);
+        else
+            to.Drop();
+        return written;
+    }
+    template <typename T>
+    static bool WriteInto(const T& object, RecordBuilder& own)
+    {
+        return object.WriteInto(own);
     }
     template <typename T>
     static void Copy(T& to, const T& from)
@@ -162,19 +179,18 @@ bool GetAlternative(const Variant& alternatives, T& out) noexcept
 template <typename T>
 bool ReadValue(const vorn::cRecordPar* par, Source& around, T& value);
 template <typename T>
-void WriteValue(vorn::cRecord& target, const char* label, const T& value);
+void WriteValue(RecordBuilder& to, const Label& label, const T& value);
 
 inline bool IsRecord(const vorn::cRecordPar* par)
 {
     return par != nullptr && IsOfKind(*par, KIND_RECORD);
 }
 
-template <typename T, const char* Label>
+template <typename T, const auto& Text>
 class Field
 {
 protected:
     static constexpr bool kRequired = false;
-    static constexpr const char* kLabel = Label;
 
     bool Get(T& out) const noexcept { return bPresent && TryAssign(out, value); }
     bool Set(const T& v) noexcept
@@ -190,15 +206,16 @@ protected:
         value = T();
         bPresent = false;
     }
-    void Read(Source& from) { ReadFrom(from.Find(Label), from); }
+    static const vorn::cRecordPar* Find(Source& from) { return from.Find<Text>(); }
+    void Read(Source& from) { ReadFrom(Find(from), from); }
     void ReadFrom(const vorn::cRecordPar* par, Source& around)
     {
         bPresent = ReadValue(par, around, value);
     }
-    void Write(vorn::cRecord& target) const
+    void Write(RecordBuilder& to) const
     {
         if (bPresent)
-            WriteValue(target, Label, value);
+            WriteValue(to, kLabel<Text>, value);
     }
     void CopyFrom(const Field& other)
     {
@@ -243,14 +260,14 @@ protected:
 };
 
 // A field that may also stand under a second label. It is written under the first.
-template <class F, const char* Second>
+template <class F, const auto& Second>
 struct OrFrom : F {
 protected:
     void Read(Source& from)
     {
         F::Read(from);
         if (!F::bPresent)
-            F::ReadFrom(from.Find(Second), from);
+            F::ReadFrom(from.Find<Second>(), from);
     }
 };
 
@@ -260,7 +277,7 @@ struct IfRecord : F {
 protected:
     void Read(Source& from)
     {
-        const vorn::cRecordPar* const own = from.Find(F::kLabel);
+        const vorn::cRecordPar* const own = F::Find(from);
         if (IsRecord(own))
             F::ReadFrom(own, from);
     }
@@ -272,7 +289,7 @@ struct AsRecord : F {
 protected:
     void Read(Source& from)
     {
-        const vorn::cRecordPar* const own = from.Find(F::kLabel);
+        const vorn::cRecordPar* const own = F::Find(from);
         if (!IsRecord(own))
             return;
         F::ReadFrom(own, from);
@@ -287,7 +304,8 @@ protected:
     bool IsComplete() const noexcept { return (... && (!F::kRequired || F::IsPresent())); }
     void Clear() noexcept { (F::Clear(), ...); }
     void Read(Source& from) { (F::Read(from), ...); }
-    void Write(vorn::cRecord& target) const { (F::Write(target), ...); }
+    static constexpr std::size_t kCount = sizeof...(F);
+    void Write(RecordBuilder& to) const { (F::Write(to), ...); }
     void CopyFrom(const FieldSet& other) { (F::CopyFrom(other), ...); }
     void DropUnassigned() noexcept {} // what operator= does not take over
 };

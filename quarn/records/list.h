@@ -14,8 +14,8 @@ namespace quarn::detail
 
 struct ListShape {
     const char* pcClass;        // as trace lines name it
-    const char* pcLabel;        // of the list's record
-    const char* pcElementLabel; // of each element in it
+    Label own;                  // of the list's record
+    Label element;              // of each element in it
     const char* pcEmptyName;    // what the line on an empty list record names
     const char* pcElementFault; // the line on a parameter that is no element
     bool bWrapped;              // an element's own record is written inside another of that label
@@ -26,7 +26,7 @@ struct ListShape {
 };
 
 // A list whose elements are written directly into its record.
-constexpr ListShape Direct(const char* name, const char* listLabel, const char* elementLabel,
+constexpr ListShape Direct(const char* name, const Label& listLabel, const Label& elementLabel,
                            const char* emptyName, const char* elementFault,
                            const char* invalid = "class invalid/no entries",
                            vorn::eLEVEL invalidLevel = kError, vorn::eLEVEL missingLevel = kDetail)
@@ -35,7 +35,7 @@ constexpr ListShape Direct(const char* name, const char* listLabel, const char* 
             false, false,     invalid,      invalidLevel, missingLevel};
 }
 // One whose elements' records are wrapped once more.
-constexpr ListShape Wrapped(const char* name, const char* listLabel, const char* elementLabel,
+constexpr ListShape Wrapped(const char* name, const Label& listLabel, const Label& elementLabel,
                             const char* emptyName, const char* elementFault,
                             bool stepsByLabel = false)
 {
@@ -57,7 +57,9 @@ public:
 
 protected:
     static constexpr const char* kClass = Traits::kShape.pcClass;
-    static constexpr const char* kOwnLabel = Traits::kShape.pcLabel;
+    static constexpr const Label& kOwnLabel = Traits::kShape.own;
+    static constexpr bool kIsAround = false;
+    static constexpr bool kIsParameter = false;
     static constexpr bool kCopiedWhenValid = false;
 
     // Adds a copy at the end. False, and nothing added, when no memory is left.
@@ -86,8 +88,7 @@ protected:
 
     void ReadFrom(const vorn::cRecordPar* own, Source& around);
     bool ReadElement(const vorn::cRecordPar& par, unsigned depth);
-    bool Write(vorn::cRecord& target) const;
-    void WriteElements(vorn::cRecord& list) const;
+    bool WriteInto(RecordBuilder& list) const;
     void CopyFrom(const ListCore& other);
     void DropUnassigned() noexcept {}
 

@@ -13,10 +13,11 @@
 namespace quarn::detail
 {
 
-// A core has kClass (its name in trace lines), kOwnLabel (of its parameter in the record around it;
-// null: it stands in that very record), kCopiedWhenValid (whether operator= takes over valid
-// objects only, others clearing the target), IsValid, Clear, DropUnassigned (what operator= does
-// not take over), and Access's ReadFrom, Write and CopyFrom.
+// A core has kClass (its name in trace lines), kOwnLabel (of its parameter in the record around
+// it), kIsAround (whether it is read from that very record), kIsParameter (whether it writes that
+// parameter itself, and not a record under the label), kCopiedWhenValid (whether operator= takes
+// over valid objects only, others clearing the target), IsValid, Clear, DropUnassigned (what
+// operator= does not take over), and Access's ReadFrom, WriteInto and CopyFrom.
 template <class Core>
 class QUARN_API Object : public Core
 {
@@ -48,7 +49,7 @@ enum class eFIELDS {
 
 struct Shape {
     const char* pcClass;       // as trace lines name it
-    const char* pcLabel;       // of the record that holds the fields
+    Label own;                 // of the record that holds the fields
     eFIELDS where;             // the fields are read from
     vorn::eLEVEL missingLevel; // of the line that says that there is no such record; 0: no line
     bool bCopiedWhenValid;     // see kCopiedWhenValid above
@@ -65,14 +66,15 @@ public:
 
 protected:
     static constexpr const char* kClass = Fields::kShape.pcClass;
-    static constexpr const char* kOwnLabel =
-        Fields::kShape.where == eFIELDS::DIRECT ? nullptr : Fields::kShape.pcLabel;
+    static constexpr const Label& kOwnLabel = Fields::kShape.own;
+    static constexpr bool kIsAround = Fields::kShape.where == eFIELDS::DIRECT;
+    static constexpr bool kIsParameter = false;
     static constexpr bool kCopiedWhenValid = Fields::kShape.bCopiedWhenValid;
 
     void ReadFrom(const vorn::cRecordPar* own, Source& around);
-    bool Write(vorn::cRecord& target) const;
-    bool Write(vorn::cRecord& target, vorn::cRecord& own) const;
-    bool WriteFields(vorn::cRecord& target) const; // without a record around them
+    bool WriteInto(RecordBuilder& own) const;
+
+    friend struct Access;
 };
 
 // A message, its header or its status.

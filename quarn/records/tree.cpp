@@ -31,9 +31,9 @@ void ProcParValueCore::ReadFrom(const vorn::cRecordPar* own, Source& around)
     }
     Source inside(record, around.uiDepth);
     unsigned type = 0;
-    if (!ReadValue(inside.Find(label::type), inside, type))
+    if (!ReadValue(inside.Find<label::type>(), inside, type))
         return;
-    const vorn::cRecordPar* const value = inside.Find(label::value);
+    const vorn::cRecordPar* const value = inside.Find<label::value>();
     vorn::cRecord nested;
     if (type == 1) {
         if (!ReadValue(value, inside, alternatives.emplace<cSmlValue>()))
@@ -52,33 +52,31 @@ void ProcParValueCore::ReadAlternative(unsigned type, Source& value)
     else if (type == 3)
         Access::Read(alternatives.emplace<cSmlTupelEntry>(), value);
     else if (type == 4)
-        ReadValue(value.Find(label::SmlTime), value, alternatives.emplace<cSmlTime>());
+        ReadValue(value.Find<label::SmlTime>(), value, alternatives.emplace<cSmlTime>());
     else if (type == 5)
         Access::Read(alternatives.emplace<cSmlListEntry>(), value);
 }
 
-bool ProcParValueCore::Write(vorn::cRecord& target) const
+bool ProcParValueCore::WriteInto(RecordBuilder& own) const
 {
     if (!IsValid()) {
         Trace(LibQuarn, kError, "cSmlProcParValue::ToRecord: class invalid");
         return false;
     }
-    vorn::cRecord own;
-    own.AppendUIntPar(label::type, static_cast<unsigned>(alternatives.index()), 0);
-    vorn::cRecord value;
+    own.AppendUIntPar(kLabel<label::type>, static_cast<unsigned>(alternatives.index()), 0);
     if (const auto* v = std::get_if<cSmlValue>(&alternatives)) {
         Access::Write(*v, own);
-    } else {
-        if (const auto* period = std::get_if<cSmlPeriodEntry>(&alternatives))
-            Access::Write(*period, value);
-        else if (const auto* tupel = std::get_if<cSmlTupelEntry>(&alternatives))
-            Access::Write(*tupel, value);
-        else if (const auto* time = std::get_if<cSmlTime>(&alternatives))
-            WriteValue(value, label::SmlTime, *time);
-        else if (const auto* entry = std::get_if<cSmlListEntry>(&alternatives))
-            Access::WriteFields(*entry, value);
-        own.AppendRecordPar(label::value, value, 0);
+        return true;
     }
-    target.AppendRecordPar(label::procParVal, own, 0);
+    own.Open();
+    if (const auto* period = std::get_if<cSmlPeriodEntry>(&alternatives))
+        Access::Write(*period, own);
+    else if (const auto* tupel = std::get_if<cSmlTupelEntry>(&alternatives))
+        Access::Write(*tupel, own);
+    else if (const auto* time = std::get_if<cSmlTime>(&alternatives))
+        WriteValue(own, kLabel<label::SmlTime>, *time);
+    else if (const auto* entry = std::get_if<cSmlListEntry>(&alternatives))
+        Access::WriteInto(*entry, own);
+    own.AppendRecordPar(kLabel<label::value>, own.Close(), 0);
     return true;
 }

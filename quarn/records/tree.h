@@ -27,7 +27,9 @@ protected:
                                       cSmlTime, cSmlListEntry>;
 
     static constexpr const char* kClass = "cSmlProcParValue";
-    static constexpr const char* kOwnLabel = label::procParVal;
+    static constexpr const Label& kOwnLabel = kLabel<label::procParVal>;
+    static constexpr bool kIsAround = false;
+    static constexpr bool kIsParameter = false;
     static constexpr bool kCopiedWhenValid = false;
 
     template <typename T>
@@ -39,11 +41,13 @@ protected:
     }
     void ReadFrom(const vorn::cRecordPar* own, Source& around);
     void ReadAlternative(unsigned type, Source& value);
-    bool Write(vorn::cRecord& target) const;
+    bool WriteInto(RecordBuilder& own) const;
     void CopyFrom(const ProcParValueCore& other);
     void DropUnassigned() noexcept {}
 
     Alternatives alternatives;
+
+    friend struct Access;
 };
 
 } // namespace quarn::detail

@@ -83,7 +83,7 @@ void cSmlTime::ReadFrom(const vorn::cRecordPar* own, Source& around)
     FieldSet::Read(inside);
 }
 
-bool cSmlTime::Write(vorn::cRecord& target, const char* label) const
+bool cSmlTime::WriteInto(RecordBuilder& own) const
 {
     if (!IsValid()) {
         Trace(LibQuarn, kError, "cSmlTime::ToRecord: class invalid");
@@ -91,16 +91,14 @@ bool cSmlTime::Write(vorn::cRecord& target, const char* label) const
     }
     cSmlTime written;
     written = *this; // drops the offsets that the type does not have
-    vorn::cRecord own;
     written.FieldSet::Write(own);
-    target.AppendRecordPar(label, own, 0);
     return true;
 }
 
 bool cSmlTime::ToRecord(vorn::cRecord& target, const char* label) const noexcept
 {
     bool written = false;
-    Guarded("cSmlTime", [&] { written = Write(target, label); });
+    Guarded("cSmlTime", [&] { written = Access::WriteAs(*this, target, label); });
     return written;
 }
 
@@ -120,6 +118,17 @@ bool TakeOneOf(const vorn::cRecordPar& par, Alternatives& to)
 {
     return (... || (IsOfKind(par, kKindOf<T>) && (to.template emplace<T>(PlainOf<T>(par)), true)));
 }
+
+// A list type in the record that stands around it, empty if it is not valid.
+struct ListTypeAround {
+    const cSmlListType& listType;
+
+    bool WriteInto(RecordBuilder& around) const
+    {
+        Access::Write(listType, around);
+        return true;
+    }
+};
 
 } // namespace
 
@@ -168,7 +177,8 @@ void ValueCore::DropUnassigned() noexcept
         Access::DropUnassigned(*listType);
 }
 
-bool ValueCore::Write(vorn::cRecord& target) const
+template <class Target>
+bool ValueCore::WriteInto(Target& around) const
 {
     if (!bValid) {
         Trace(LibQuarn, kError, "cSmlValue::ToRecord: class invalid");
@@ -177,14 +187,14 @@ bool ValueCore::Write(vorn::cRecord& target) const
     std::visit(
         [&](const auto& v) {
             using T = std::decay_t<decltype(v)>;
-            if constexpr (std::is_same_v<T, cSmlListType>) {
-                vorn::cRecord own;
-                Access::Write(v, own);
-                target.AppendRecordPar(label::value, own, 0);
-            } else if constexpr (!std::is_same_v<T, std::monostate>) {
-                AppendPlain(target, label::value, v);
-            }
+            if constexpr (std::is_same_v<T, cSmlListType>)
+                Access::WriteAs(ListTypeAround{v}, around, kOwnLabel);
+            else if constexpr (!std::is_same_v<T, std::monostate>)
+                AppendPlain(around, kOwnLabel, v);
         },
         alternatives);
     return true;
 }
+
+template bool ValueCore::WriteInto(vorn::cRecord&) const;
+template bool ValueCore::WriteInto(RecordBuilder&) const;

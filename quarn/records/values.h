@@ -52,7 +52,7 @@ private:
     using SeaOffset = quarn::detail::Field<short, quarn::detail::label::seaOffset>;
 
     void ReadFrom(const vorn::cRecordPar* own, quarn::detail::Source& around);
-    bool Write(vorn::cRecord& target, const char* label) const;
+    bool WriteInto(quarn::detail::RecordBuilder& own) const;
     void CopyFrom(const cSmlTime& other) noexcept { *this = other; }
     void Assign(const cSmlTime& other) noexcept { *this = other; }
 
@@ -116,7 +116,9 @@ public:
 
 protected:
     static constexpr const char* kClass = "cSmlValue";
-    static constexpr const char* kOwnLabel = label::value;
+    static constexpr const Label& kOwnLabel = kLabel<label::value>;
+    static constexpr bool kIsAround = false;
+    static constexpr bool kIsParameter = true;
     static constexpr bool kCopiedWhenValid = true;
 
     template <typename T>
@@ -125,7 +127,8 @@ protected:
         return bValid && GetAlternative(alternatives, out);
     }
     void ReadFrom(const vorn::cRecordPar* own, Source& around);
-    bool Write(vorn::cRecord& target) const;
+    template <class Target>
+    bool WriteInto(Target& around) const;
     void CopyFrom(const ValueCore& other);
     void DropUnassigned() noexcept;
 
@@ -134,6 +137,8 @@ protected:
                  long long, cSmlListType>
         alternatives;
     bool bValid = false;
+
+    friend struct Access;
 };
 
 } // namespace quarn::detail

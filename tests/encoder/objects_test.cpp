@@ -1,6 +1,7 @@
 // The object classes: what each writes, what lists own, and what is traced.
 #include "tests/encoder/encoder_support.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace
@@ -258,6 +259,33 @@ TEST(Objects, LongListsTakeLinearTime)
     EXPECT_EQ(bytes.substr(0, 14), "F3808D84006201");
     EXPECT_EQ(bytes.size(), 2 * (5 + 2 * std::size_t{kCount}));
     EXPECT_EQ(Written(added, 2 * kCount + 5), bytes);
+}
+
+// Trees nested by hand: written down to the bound, deleted from any depth.
+TEST(Objects, TreesOfAnyDepth)
+{
+    const std::string node = Hexed("73 070100010800FF 01 71");
+    for (const unsigned levels : {1U, SML_MAX_TREE_DEPTH, SML_MAX_TREE_DEPTH + 16, 1000000U}) {
+        EncoderTrace trace(2);
+        auto* tree = new Sml_Tree(Name(), nullptr, nullptr, true);
+        for (unsigned i = 1; i < levels; ++i) {
+            auto* children = new Sml_ListOf(1, true);
+            children->SetElement(tree, 0);
+            tree = new Sml_Tree(Name(), nullptr, children, true);
+        }
+        const std::unique_ptr<Sml_Tree> owner(tree);
+        const std::string bytes = Written(*tree);
+        std::string expected;
+        for (unsigned i = 1; i < std::min(levels, SML_MAX_TREE_DEPTH); ++i)
+            expected += node;
+        EXPECT_EQ(bytes.substr(0, expected.size()), expected);
+        if (levels <= SML_MAX_TREE_DEPTH) {
+            EXPECT_EQ(bytes.substr(expected.size()), Hexed("73 070100010800FF 01 01"));
+        }
+        EXPECT_LT(bytes.size(), 2 * (SML_MAX_TREE_DEPTH + 8) * node.size());
+        EXPECT_EQ(trace.Lines(),
+                  levels <= SML_MAX_TREE_DEPTH ? "" : "2 Sml_ListOf::ToBin: nested too deep");
+    }
 }
 
 } // namespace

@@ -161,9 +161,9 @@ TEST(ParserPackets, TwoLongValuesInOneTree)
 TEST(ParserPackets, AListLongerThanTheStoreArrivesWhole)
 {
     const test::TraceCapture quiet;
-    std::string list = Hex("77 01 02 AA 01 01 F2 88 87 00"); // 0x2870 entries
+    std::string list = Hex("77 01 02 AA 01 01 F2 8D 80 00"); // 0x2D00 entries
     std::string entry = Hex("77 07 01 00 01 08 00 FF 01 01 62 1E 52 FF 69");
-    for (unsigned i = 0; i < 0x2870; ++i) {
+    for (unsigned i = 0; i < 0x2D00; ++i) {
         list += entry + std::string(4, '\0');
         for (int shift = 24; shift >= 0; shift -= 8)
             list += static_cast<char>(i >> shift);
@@ -172,12 +172,12 @@ TEST(ParserPackets, AListLongerThanTheStoreArrivesWhole)
     }
     list += Hex("01 01");
     const std::string message = Finish(Head("0701") + list);
-    ASSERT_GT(message.size(), 270000U);
+    ASSERT_GT(message.size(), 300U * 1024);
     Parser parser;
     ParseInAnyPieces(message, parser);
     const vorn::cRecord& last = parser.records[parser.count - 2];
     const vorn::cRecord entries = Nested(last, "SmlGetListRes.valList");
-    ASSERT_EQ(entries.GetParCount("valListEntry", 0, 0), 0x2870);
+    ASSERT_EQ(entries.GetParCount("valListEntry", 0, 0), 0x2D00);
     unsigned i = 0;
     for (const vorn::cRecordPar& par : entries) {
         vorn::cRecord fields;

@@ -2,6 +2,8 @@
 // unframed and parsed. A damaged frame is told and costs no other frame.
 #include "tests/roundtrip/generator.h"
 
+#include <gtest/gtest.h>
+
 namespace
 {
 

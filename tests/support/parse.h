@@ -43,6 +43,13 @@ public:
             from = to;
         }
     }
+    // What a host does where a frame has ended: gives up the unfinished message, then the file.
+    void Reset()
+    {
+        parser.TimeoutEvent();
+        Feed(0, "");
+        Feed(BUF_FLAG_LAST, "");
+    }
     std::string Text() const
     {
         std::string text;

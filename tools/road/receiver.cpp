@@ -15,7 +15,7 @@ void cReceiver::Feed(const unsigned char* data, std::size_t size)
 {
     if (bRaw) {
         if (!bFrameOpen && size != 0)
-            OpenFrame();
+            OpenFrame(0);
         Unframe(data, size);
         return;
     }
@@ -69,6 +69,7 @@ void cReceiver::Unframe(const unsigned char* data, std::size_t size)
         recPiece.Create();
         const int result = decoder.Decode(msg, recIf, recPiece);
         const auto left = static_cast<std::size_t>(decoder.GetRemaining());
+        events.OnInput({reinterpret_cast<const char*>(data), size - left});
         Decoded(result, size - left);
         data += size - left;
         size = left;
@@ -92,7 +93,7 @@ void cReceiver::Decoded(int result, std::size_t size)
         else
             Gap(ullPosition - size - (kStartSize - 1),
                 bAnyFrame ? eGAP::BETWEEN : eGAP::BEFORE_FIRST);
-        OpenFrame();
+        OpenFrame(ullPosition - size - (kStartSize - 1));
     }
     if (!bFrameOpen)
         return;
@@ -109,7 +110,7 @@ void cReceiver::Decoded(int result, std::size_t size)
         CloseFrame((flags & BUF_FLAG_CRC_ERROR) == 0);
 }
 
-void cReceiver::OpenFrame()
+void cReceiver::OpenFrame(std::uint64_t offset)
 {
     const std::uint64_t number = frame.ullNumber;
     frame = Frame();
@@ -118,6 +119,7 @@ void cReceiver::OpenFrame()
     bFrameOpen = true;
     bAnyFrame = true;
     bRefused = false;
+    events.OnFrameStart(frame, offset);
 }
 
 void cReceiver::CloseFrame(bool crcOk)
@@ -196,7 +198,7 @@ void cReceiver::End()
         const auto start = std::min<std::uint64_t>(uiStartSeen, ullPosition - ullGapStart);
         Gap(ullPosition - start, bAnyFrame ? eGAP::AFTER_LAST : eGAP::NO_FRAME);
         if (start != 0) {
-            OpenFrame();
+            OpenFrame(ullPosition - start);
             LoseFrame(eLOSS::CUT_OFF);
         }
     }

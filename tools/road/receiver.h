@@ -49,6 +49,14 @@ class cReceiverEvents
 public:
     virtual ~cReceiverEvents() = default;
 
+    // The next bytes of the input; what they bring is told behind them.
+    virtual void OnInput(std::string_view bytes) { (void)bytes; }
+    // A frame begins with the byte at offset in the input; it has been told by OnInput.
+    virtual void OnFrameStart(const Frame& frame, std::uint64_t offset)
+    {
+        (void)frame;
+        (void)offset;
+    }
     // A record of the parser, good or not.
     virtual void OnMessage(const Frame& frame, const vorn::cRecord& record) = 0;
     // The parser has refused the rest of the frame and gives no record that tells why; result is
@@ -82,7 +90,7 @@ private:
     std::size_t FindCut(const unsigned char* data, std::size_t size) noexcept;
     void Unframe(const unsigned char* data, std::size_t size);
     void Decoded(int result, std::size_t size);
-    void OpenFrame();
+    void OpenFrame(std::uint64_t offset);
     void CloseFrame(bool crcOk);
     void LoseFrame(eLOSS loss);
     void Parse(vorn::cRecord& piece);

@@ -19,6 +19,7 @@ class cReport
 public:
     // What the lines are about: the name of an input, or empty.
     void SetSubject(std::string name) { subject = std::move(name); }
+    const std::string& Subject() const noexcept { return subject; }
 
     // Writes one line, formatted as printf does: "quarn: SUBJECT: text", and raises the status to
     // severity (EXIT_GOOD: a note, which leaves it as it is).

@@ -1,7 +1,7 @@
 // The framing state machines in their plainest form: one byte a step, no runs, no cleverness. The
 // library's machines have to behave like these in every call. A step returns 0 to go on.
-#ifndef TESTS_TRANSPORT_REFERENCE_H
-#define TESTS_TRANSPORT_REFERENCE_H
+#ifndef FUZZ_REFERENCE_H
+#define FUZZ_REFERENCE_H
 
 #include "quarn/quarn.h"
 

@@ -1,0 +1,20 @@
+# Installs quarn/quarn.h and every header that it leads to, each at its place in the tree: what users
+# can include is what the umbrella header includes, without a list to keep.
+cmake_policy(PUSH)
+cmake_policy(VERSION 3.25)
+set(todo quarn/quarn.h)
+set(seen)
+while(todo)
+  list(POP_FRONT todo header)
+  if(header IN_LIST seen OR NOT EXISTS ${QUARN_ROOT}/${header})
+    continue()
+  endif()
+  list(APPEND seen ${header})
+  cmake_path(GET header PARENT_PATH folder)
+  file(INSTALL ${QUARN_ROOT}/${header}
+       DESTINATION ${CMAKE_INSTALL_PREFIX}/${QUARN_INCLUDEDIR}/${folder})
+  file(STRINGS ${QUARN_ROOT}/${header} includes REGEX "^#include \"")
+  list(TRANSFORM includes REPLACE "^#include \"([^\"]+)\".*" "\\1")
+  list(APPEND todo ${includes})
+endwhile()
+cmake_policy(POP)

@@ -1,0 +1,48 @@
+// The parser behind damage: after any bytes, in any pieces and with any flags, and a reset as a host
+// does it at the end of a frame, a good file is read whole.
+#include "fuzz/input.h"
+#include "tests/roundtrip/generator.h"
+
+namespace
+{
+
+std::string GoodFile(test::Choices& choices)
+{
+    const auto& kinds = test::Kinds();
+    std::string bytes;
+    for (const unsigned kind : {choices.Below(2), 4 + choices.Below(9), 2 + choices.Below(2)})
+        bytes += test::Make(kinds[kind], choices.Below(0x10000), test::AtRandom).Bytes();
+    return bytes;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    for (vorn::cUnit* unit : {LibSmle, LibSmlp})
+        unit->iLevel = 0;
+    fuzz::Input input(data, size);
+    test::Choices choices = input.Seeded();
+    const std::string good = GoodFile(choices);
+    const std::string garbage = input.Rest();
+
+    test::Parser parser;
+    for (std::size_t from = 0; from < garbage.size();) {
+        const std::string piece = garbage.substr(from, choices.Below(choices.Chance(50) ? 9 : 5000));
+        parser.Feed(choices.Chance(80) ? unsigned{BUF_FLAG_FIRST} : choices.Below(0x40), piece);
+        if (choices.Chance(5))
+            parser.parser.TimeoutEvent();
+        from += piece.size();
+    }
+    parser.Reset();
+    parser.records.clear();
+    parser.count = 0;
+    parser.FeedFile(good, {});
+
+    test::Parser fresh;
+    fresh.FeedFile(good, {});
+    fuzz::Require(fresh.count >= 3 && parser.results.back() == SMLP_FILE_COMPLETE &&
+                      parser.records == fresh.records,
+                  "a good file is read whole", fresh.Text() + "behind damage:\n" + parser.Text());
+    return 0;
+}

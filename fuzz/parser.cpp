@@ -1,0 +1,116 @@
+// The parser over any bytes: it comes to an end, cutting the input changes nothing, what records
+// hold stands in the input, memory stays in proportion to it, and the class of each record takes it
+// over and gives it back.
+#include "fuzz/input.h"
+#include "tests/support/failing_new.h"
+#include "tests/support/parse.h"
+
+#include <algorithm>
+
+namespace
+{
+
+using fuzz::Require;
+using vorn::cRecord;
+
+// Pieces as the tool gives them: each may begin a file, and nothing follows what was refused.
+void Feed(test::Parser& parser, std::string_view bytes, test::Choices* cuts)
+{
+    while (!bytes.empty() && (parser.results.empty() || parser.results.back() >= 0)) {
+        const unsigned most = static_cast<unsigned>(bytes.size());
+        const unsigned size =
+            cuts == nullptr ? most : 1 + cuts->Below(std::min(most, cuts->Chance(50) ? 8U : 3000U));
+        parser.Feed(BUF_FLAG_FIRST, bytes.substr(0, size));
+        bytes.remove_prefix(size);
+    }
+    parser.Reset();
+}
+
+// The raw bytes of the records are runs of the input, in order.
+void RequireRawBytesOf(const test::Parser& parser, std::string_view bytes)
+{
+    std::size_t from = 0;
+    for (const auto& [key, record] : parser.records) {
+        const vorn::cRecordPar raw = record.GetFirstPar("SmlMsgRawData", 0, 0);
+        const std::string_view run(raw.IsValid() ? raw.GetData() : "",
+                                   static_cast<std::size_t>(raw.GetSize()));
+        from = bytes.find(run, from);
+        Require(from != std::string_view::npos, "raw bytes stand in the input", record.ToString());
+        from += run.size();
+    }
+}
+
+// A valid object writes itself as a record of which an equal object can be made, and so does its
+// copy. Only a list that loses all its elements, because they are not valid, is written once and
+// then no more.
+template <class C>
+void TakeOver(const cRecord& record)
+{
+    const C object(record);
+    if (!object.IsValid())
+        return;
+    cRecord written;
+    cRecord again;
+    Require(object.ToRecord(written), "a valid object writes itself", record.ToString());
+    const C copy(object); // NOLINT(performance-unnecessary-copy-initialization)
+    Require(copy.IsValid() && copy.ToRecord(again) && again == written, "a copy is equal",
+            written.ToString() + '\n' + again.ToString());
+    const C remade(written);
+    again.Create();
+    const bool same = remade.ToRecord(again) && again == written;
+    Require(same || written.ToString().find("={}") != std::string::npos,
+            "an object can be made of what its like wrote",
+            written.ToString() + '\n' + again.ToString());
+}
+
+constexpr struct {
+    const char* label;
+    void (*check)(const cRecord& record);
+} kClasses[] = {
+    {"SmlMsgHeader", TakeOver<cSmlMsgHeader>},
+    {"SmlStatus", TakeOver<cSmlMsgStatus>},
+    {"SmlOpenReq", TakeOver<cSmlOpenReq>},
+    {"SmlOpenRes", TakeOver<cSmlOpenResp>},
+    {"SmlGetProfileReq", TakeOver<cSmlGetProfileReq>},
+    {"SmlGetProfListRes", TakeOver<cSmlGetProfListRes>},
+    {"SmlGetProfPackRes", TakeOver<cSmlGetProfPackRes>},
+    {"SmlGetProcParReq", TakeOver<cSmlGetProcParReq>},
+    {"SmlGetProcParRes", TakeOver<cSmlGetProcParRes>},
+    {"SmlSetProcParReq", TakeOver<cSmlSetProcParReq>},
+    {"SmlGetListReq", TakeOver<cSmlGetListReq>},
+    {"SmlGetListRes", TakeOver<cSmlGetListRes>},
+    {"SmlAttentionRes", TakeOver<cSmlAttentionRes>},
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    for (vorn::cUnit* unit : {LibSmlp, LibQuarn})
+        unit->iLevel = 0;
+    fuzz::Input input(data, size);
+    test::Choices cuts = input.Seeded();
+    const std::string bytes = input.Rest();
+
+    test::Parser whole;
+    const long before = test::lBytesInUse;
+    Feed(whole, bytes, nullptr);
+    // Beside what the messages hold, room is made for what an unfinished one has announced, up to a
+    // limit for each of its lists.
+    const long most = 250 * static_cast<long>(bytes.size()) + 1024 * 1024;
+    Require(test::lBytesInUse - before <= most, "memory is in proportion to the input",
+            std::to_string(test::lBytesInUse - before) + " bytes");
+
+    test::Parser pieces;
+    Feed(pieces, bytes, &cuts);
+    Require(pieces.records == whole.records && pieces.count == whole.count,
+            "cutting the input changes nothing", whole.Text() + "in pieces:\n" + pieces.Text());
+    RequireRawBytesOf(whole, bytes);
+    for (const auto& [key, record] : whole.records) {
+        for (const auto& row : kClasses) {
+            if (record.GetFirstPar(row.label, 0, 0).IsValid())
+                row.check(record);
+        }
+    }
+    return 0;
+}

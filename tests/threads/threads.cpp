@@ -1,0 +1,162 @@
+// Eight threads at once, each with its own codec, parser and encoder. They share the trace units,
+// whose levels change all the while, and the records: what one has parsed, the next one encodes
+// again, changes and drops.
+#include "tests/roundtrip/generator.h"
+#include "tests/support/trace_capture.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <mutex>
+#include <thread>
+
+namespace
+{
+
+using namespace test;
+
+constexpr unsigned kThreads = 8;
+constexpr unsigned kRounds = 25;
+
+struct Mailbox {
+    std::mutex mutex;
+    std::vector<cRecord> records;
+
+    void Put(const cRecord& record)
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        records.push_back(record);
+    }
+    std::vector<cRecord> Take()
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        return std::exchange(records, {});
+    }
+};
+
+class Worker
+{
+public:
+    Worker(unsigned n, Mailbox& mine, Mailbox& next) : number(n), inbox(mine), outbox(next) {}
+
+    void Run()
+    {
+        for (unsigned round = 0; round < kRounds; ++round) {
+            Send(round);
+            Receive();
+        }
+    }
+    // Encodes what has come in and compares it with what was parsed.
+    void Receive()
+    {
+        for (cRecord& record : inbox.Take()) {
+            const cRecord kept = record;
+            const std::string before = kept.ToString();
+            record.DeletePar("SmlCrc", 0, 0);
+            const auto& kinds = Kinds();
+            const unsigned identifier =
+                record.GetFirstParByPath("SmlMsgHeader.smlMsgIdentifier", ".", 0, 0).GetUInt();
+            const auto kind = std::find_if(kinds.begin(), kinds.end(), [&](const Kind& k) {
+                return k.identifier == identifier;
+            });
+            ASSERT_NE(kind, kinds.end());
+            Sent again{&*kind, Nested(record, "SmlMsgHeader"), Nested(record, kind->name), {}};
+            if (const auto raw = again.body.GetFirstPar("rawdata", 0, 0); raw.IsValid())
+                AppendCopy(again.body, raw, "RawData");
+            EXPECT_EQ(kind->encode(again.body, again.header, again.result), SML_ENCODE_OK);
+            const auto raw = kept.GetFirstPar("SmlMsgRawData", 0, 0);
+            EXPECT_EQ(again.Bytes(),
+                      std::string(raw.GetData(), static_cast<std::size_t>(raw.GetSize())));
+            EXPECT_EQ(kept.ToString(), before);
+            ++uiReceived;
+        }
+    }
+    unsigned uiSent = 0;
+    unsigned uiReceived = 0;
+
+private:
+    // A file of three messages through codec and parser. The next thread gets the records, while
+    // this one goes on with them.
+    void Send(unsigned round)
+    {
+        std::string stream;
+        for (const unsigned kind : {round % 2, 4 + (number + round) % 9, 2 + round % 2}) {
+            const Sent sent = Make(Kinds()[kind], 1 + round * kThreads + number, AtRandom);
+            vorn::cMsg msg = Carrier(sent.result.GetFirstPar("SmltFlags", 0, 0).GetUInt(),
+                                     sent.Bytes());
+            EXPECT_EQ(encoder.Encode(msg), SMLT_ENCODE_DONE);
+            const auto raw = msg.GetRecord().GetFirstParByPath("IfRec.RawData", ".", 0, 0);
+            stream.append(raw.GetData(), static_cast<std::size_t>(raw.GetSize()));
+        }
+        vorn::cMsg msg = Carrier(0, stream);
+        cRecord ifRec, out;
+        EXPECT_EQ(decoder.Decode(msg, ifRec, out), SMLT_DECODE_FRAME);
+        std::map<int, cRecord> records;
+        int count = 0;
+        EXPECT_EQ(parser.SmlParser(out, records, count), SMLP_FILE_COMPLETE);
+        for (auto& [key, record] : records) {
+            const cSmlMsgStatus status(record);
+            int cast = -1;
+            if (!status.GetMsgCast(cast) || cast < 0)
+                continue; // a packet
+            outbox.Put(record);
+            ++uiSent;
+            record.AppendUIntPar("mine", number, 0);
+        }
+    }
+    static vorn::cMsg Carrier(unsigned flags, const std::string& bytes)
+    {
+        cRecord ifRec, record;
+        AppendBytes(ifRec, "RawData", bytes);
+        record.AppendUIntPar("SmltFlags", flags, 0);
+        record.AppendRecordPar("IfRec", ifRec, 0);
+        return vorn::cMsg(record);
+    }
+
+    unsigned number;
+    Mailbox& inbox;
+    Mailbox& outbox;
+    cSMLTenc encoder{SMLT_MODE_TP};
+    cSMLTdec decoder{SMLT_MODE_TP};
+    cSMLP parser{static_cast<int>(number)};
+};
+
+TEST(Threads, ShareTraceUnitsAndRecords)
+{
+    std::atomic<unsigned> lines{0};
+    vorn::SetTraceSink([&](const vorn::cUnit&, vorn::eLEVEL, const std::string&) { ++lines; });
+    std::array<Mailbox, kThreads> mailboxes;
+    std::vector<std::unique_ptr<Worker>> workers;
+    for (unsigned i = 0; i < kThreads; ++i)
+        workers.push_back(
+            std::make_unique<Worker>(i, mailboxes[i], mailboxes[(i + 1) % kThreads]));
+    std::atomic<unsigned> running{kThreads};
+    std::vector<std::thread> threads;
+    for (const auto& worker : workers)
+        threads.emplace_back([&running, w = worker.get()] {
+            w->Run();
+            --running;
+        });
+    for (int level = 0; running != 0; level = (level + 1) % 17) {
+        for (vorn::cUnit* unit : {LibSmle, LibSmlp, LibSmlt, LibQuarn})
+            unit->iLevel = level;
+        std::this_thread::yield();
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    for (vorn::cUnit* unit : {LibSmle, LibSmlp, LibSmlt, LibQuarn})
+        unit->iLevel = vorn::LEVEL_ERROR;
+    unsigned sent = 0;
+    unsigned received = 0;
+    for (const auto& worker : workers) {
+        worker->Receive(); // what came in behind its last round
+        sent += worker->uiSent;
+        received += worker->uiReceived;
+    }
+    vorn::SetTraceSink({});
+    EXPECT_EQ(received, sent);
+    EXPECT_GT(sent, 2 * kThreads * kRounds);
+    EXPECT_GT(lines, 0U);
+}
+
+} // namespace

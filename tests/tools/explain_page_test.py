@@ -1,0 +1,103 @@
+#!/usr/bin/env python3
+"""The page of quarn decode --html in a browser: bytes and tree belong together, pointing at one
+marks the other, keys move, nothing is loaded from elsewhere and no byte of the input becomes markup.
+
+    explain_page_test.py QUARN EXAMPLES OUTPUT
+
+Screenshots, light and dark, are left in the folder OUTPUT to be looked at. Without chromium the test
+is skipped (exit status 77).
+"""
+
+import json
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+
+SELF_TEST = """
+<script>{
+const result = { errors: [], bytes: '', places: document.querySelectorAll('nav li').length };
+const check = (good, what) => { if (!good) result.errors.push(what); };
+const over = node => node.dispatchEvent(new PointerEvent('pointerover', { bubbles: true }));
+const press = (node, key) => node.dispatchEvent(new KeyboardEvent('keydown', { key, bubbles: true }));
+const lit = name => [...document.querySelectorAll('.' + name)];
+const started = performance.now();
+const sections = [...document.querySelectorAll('section')];
+for (const section of sections) {
+  const hex = section.querySelector('.hex'), tree = section.querySelector('.tree');
+  check(hex.children.length === tree.children.length, 'as many ranges as rows');
+  result.bytes += hex.textContent.replace(/ /g, '');
+  const n = Math.min(20, tree.children.length - 1), row = tree.children[n], range = hex.children[n];
+  for (const node of [row, range.querySelector('s') || range]) {
+    over(node);
+    check(lit('on').length === 2 && lit('on').includes(row) && lit('on').includes(range), 'pair');
+  }
+}
+result.hover = (performance.now() - started) / sections.length;
+const tree = document.querySelector('#s1 .tree').children;
+over(tree[1]);
+check(lit('in').length > 10 && lit('in').every(e => e.closest('.hex')), 'a list marks what it holds');
+check(document.getElementById('place').textContent === 'frame 1 › message 1 open response', 'place');
+tree[0].focus();
+for (const [key, n] of [['ArrowDown', 1], ['ArrowRight', 2], ['ArrowDown', 3], ['ArrowLeft', 1],
+                        ['ArrowUp', 0], ['End', tree.length - 1], ['Home', 0]]) {
+  press(document.activeElement, key);
+  check(document.activeElement === tree[n] && tree[n].classList.contains('on'), key);
+}
+press(document.activeElement, 'n');
+check(document.activeElement.textContent.includes('checksum is wrong'), 'next damaged place');
+check([...document.querySelectorAll('nav a')].every(a => document.querySelector(a.hash)), 'links');
+check(document.querySelectorAll('[tabindex="0"]').length === sections.length, 'one tab stop each');
+check(performance.getEntriesByType('resource').length === 0, 'nothing is loaded');
+check(!document.querySelector('main script, main b b, h1 *'), 'no byte becomes markup');
+document.body.dataset.result = JSON.stringify(result);
+}</script></body>"""
+
+
+def browse(page, *options):
+    with tempfile.TemporaryDirectory() as profile:
+        command = ["chromium", "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic",
+                   "--no-first-run", "--disable-background-networking",
+                   "--disable-component-update", "--disable-sync", "--window-size=1400,1000",
+                   f"--user-data-dir={profile}", *options, page.as_uri()]
+        return subprocess.run(command, capture_output=True, text=True, timeout=100, check=True).stdout
+
+
+def main():
+    quarn, examples, output = sys.argv[1], pathlib.Path(sys.argv[2]), pathlib.Path(sys.argv[3])
+    if shutil.which("chromium") is None:
+        print("skipped: there is no chromium (scripts/setup --dev installs it)")
+        return 77
+    output.mkdir(parents=True, exist_ok=True)
+    stream = (examples / "household.bin").read_bytes() * 40
+    stream = stream[:252] + b"<script>x</script>" + stream[252:-100]
+    with tempfile.TemporaryDirectory() as folder:
+        data = pathlib.Path(folder) / "<b>&'\".bin"
+        data.write_bytes(stream)
+        page = pathlib.Path(folder) / "page.html"
+        status = subprocess.run([quarn, "decode", "--html", page, data], capture_output=True)
+        assert status.returncode == 1 and status.stdout == b"", status
+        text = page.read_text()
+        assert not re.search(r"https?:|src=|url\(|@import", text), "the page refers to something"
+        tested = pathlib.Path(folder) / "tested.html"
+        tested.write_text(text.replace("</body>", SELF_TEST))
+        dom = browse(tested, "--dump-dom")
+        found = re.search(r'data-result="([^"]*)"', dom)
+        assert found, "the test did not run to its end"
+        result = json.loads(found.group(1).replace("&quot;", '"'))
+        assert not result["errors"], result["errors"]
+        assert bytes.fromhex(result["bytes"]) == stream
+        assert result["places"] >= 40 * 2 + 2, result["places"]
+        print(f"{result['hover']:.1f} ms to find and mark both pairs of a frame")
+        for name, scheme in (("light", 1), ("dark", 0)):
+            picture = output / f"explain-{name}.png"
+            browse(page, f"--blink-settings=preferredColorScheme={scheme}",
+                   f"--screenshot={picture}")
+            assert picture.stat().st_size > 50000, "a picture of nothing"
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

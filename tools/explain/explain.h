@@ -1,0 +1,19 @@
+// quarn decode --explain: what the command line asks for, done.
+#ifndef TOOLS_EXPLAIN_EXPLAIN_H
+#define TOOLS_EXPLAIN_EXPLAIN_H
+
+#include "tools/input/format.h"
+
+#include <string>
+#include <vector>
+
+namespace tool
+{
+
+// Explains the inputs, as text on standard output or, unless page is empty, as an HTML page in the
+// file of that name. Returns the exit status.
+int Explain(const std::vector<std::string>& inputs, eINPUT kind, const std::string& page);
+
+} // namespace tool
+
+#endif

@@ -1,0 +1,109 @@
+// See layout.h. Within a frame, four escape bytes are the beginning of something, and only eight in
+// a row are content: four of it.
+#include "tools/explain/layout.h"
+
+#include <algorithm>
+
+namespace tool
+{
+namespace
+{
+
+constexpr std::size_t kStart = 8;  // 1B 1B 1B 1B 01 01 01 01
+constexpr std::size_t kEscape = 4; // 1B 1B 1B 1B
+constexpr std::size_t kEnd = 8;    // 1B 1B 1B 1B 1A, padding count, CRC
+
+Annotation& Note(Layout& layout, std::size_t at, std::size_t size, eWHAT what, const char* name)
+{
+    Annotation& item = layout.transport.emplace_back();
+    item.ullOffset = layout.ullOffset + at;
+    item.bytes = layout.input.substr(at, size);
+    item.eWhat = what;
+    item.name = name;
+    return item;
+}
+
+void Take(Layout& layout, std::size_t at, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; ++i)
+        layout.positions.push_back(static_cast<std::uint32_t>(at + i));
+}
+
+// Takes one byte, or a run of escapes with what it introduces; returns where to go on.
+std::size_t TakeContent(Layout& layout, std::size_t at, std::size_t end)
+{
+    const std::string_view rest = layout.input.substr(at, end - at);
+    const std::size_t run = std::min(rest.find_first_not_of('\x1B'), rest.size());
+    if (run >= 2 * kEscape) {
+        Note(layout, at, kEscape, eWHAT::TRANSPORT, "escape of the four bytes behind it");
+        Take(layout, at + kEscape, kEscape);
+        return at + 2 * kEscape;
+    }
+    const std::size_t content = run < kEscape ? std::max<std::size_t>(run, 1) : run - kEscape;
+    Take(layout, at, content);
+    if (run < kEscape)
+        return at + content;
+    Annotation& item = Note(layout, at + content, std::min(2 * kEscape, rest.size() - content),
+                            eWHAT::TRANSPORT, "escape, cut off");
+    if (item.bytes.size() == 2 * kEscape) {
+        item.name = "escape";
+        item.damage = "it introduces nothing known; it is dropped with the four bytes behind it";
+    }
+    return at + content + item.bytes.size();
+}
+
+// What the road did not deliver is padding, or was held back since it might have been.
+void Settle(Layout& layout, std::uint64_t payload, const char* name)
+{
+    std::vector<std::uint32_t>& positions = layout.positions;
+    const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(positions.size(), payload));
+    for (std::size_t i = size; i < positions.size(); ++i) {
+        if (i != size && positions[i] == positions[i - 1] + 1)
+            layout.transport.back().bytes += layout.input[positions[i]];
+        else
+            Note(layout, positions[i], 1, eWHAT::PADDING, name);
+    }
+    positions.resize(size);
+    for (const std::uint32_t position : positions)
+        layout.payload += layout.input[position];
+}
+
+} // namespace
+
+Layout LayOutFrame(std::uint64_t offset, std::string_view input, std::uint64_t size, eFRAME frame)
+{
+    Layout layout;
+    layout.ullOffset = offset;
+    layout.input = input;
+    const bool ends = frame != eFRAME::UNENDED;
+    const std::size_t end = ends ? input.size() - kEnd : input.size();
+    Note(layout, 0, kStart, eWHAT::TRANSPORT, "start of a frame");
+    for (std::size_t at = kStart; at < end;)
+        at = TakeContent(layout, at, end);
+    Settle(layout, size, ends ? "padding" : "not delivered: it may have been padding");
+    std::sort(layout.transport.begin(), layout.transport.end(),
+              [](const Annotation& a, const Annotation& b) { return a.ullOffset < b.ullOffset; });
+    if (!ends)
+        return layout;
+    Note(layout, end, kEscape + 1, eWHAT::TRANSPORT, "end of a frame");
+    Annotation& padding =
+        Note(layout, end + kEscape + 1, 1, eWHAT::TRANSPORT, "number of padding bytes");
+    padding.value = std::to_string(static_cast<unsigned char>(padding.bytes[0]));
+    Annotation& crc = Note(layout, end + kEscape + 2, 2, eWHAT::CHECKSUM, "checksum of the frame");
+    crc.value = frame == eFRAME::WHOLE ? "right" : "wrong";
+    if (frame == eFRAME::DAMAGED)
+        crc.damage = "the checksum is wrong: some byte of the frame is damaged";
+    return layout;
+}
+
+Layout LayOutRaw(std::uint64_t offset, std::string_view input)
+{
+    Layout layout;
+    layout.ullOffset = offset;
+    layout.input = input;
+    layout.payload = input;
+    Take(layout, 0, input.size());
+    return layout;
+}
+
+} // namespace tool

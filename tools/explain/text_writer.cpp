@@ -1,0 +1,143 @@
+// Explanation as text:
+//
+//   frame 3: 252 bytes at 0x1f8: the checksum is wrong
+//         1f8  1b 1b 1b 1b 01 01 01 01     start of a frame
+//         200  76                          message 1  open response  [list of 6]
+//
+// Offsets count from 0, in hexadecimal. Damaged places begin with "!", and their reason stands
+// below them.
+#include "tools/explain/writers.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string_view>
+
+namespace tool
+{
+namespace
+{
+
+constexpr std::size_t kRow = 9;      // bytes of hex in a line: an eight-byte number fits
+constexpr std::size_t kMaxRows = 16; // what is longer is cut short
+constexpr std::size_t kText = 2 + 8 + 1 + 3 * kRow + 3; // column of the description
+
+constexpr const char* kDim = "\x1B[2m";
+constexpr const char* kBold = "\x1B[1m";
+constexpr const char* kRed = "\x1B[1;31m";
+constexpr const char* kPlain = "\x1B[0m";
+// Of kinds of bytes, in the order of eWHAT.
+constexpr const char* kColours[] = {"\x1B[36m", kDim, "\x1B[35m", "\x1B[34m", "", kDim, "\x1B[33m"};
+
+class cTextWriter : public cExplanationWriter
+{
+public:
+    cTextWriter(cOutput& output, bool colours) : out(output), bColours(colours) {}
+
+    void Begin(const std::string& input) override { name = input; }
+
+    void Write(const Section& section) override
+    {
+        if (bAny)
+            out.Put('\n');
+        bAny = true;
+        if (!name.empty())
+            Put(kDim, name + '\n');
+        name.clear();
+        Put(kBold, section.title);
+        if (!section.damage.empty())
+            Put(kRed, ": " + section.damage);
+        out.Put('\n');
+        for (const Annotation& item : section.items) {
+            Write(item);
+            out.DrainIfLarge();
+        }
+    }
+
+    void Finish() override {}
+
+private:
+    void Put(const char* colour, std::string_view text)
+    {
+        const bool isPlain = !bColours || *colour == '\0' || text.empty();
+        out.Append(isPlain ? "" : colour);
+        out.Append(text);
+        out.Append(isPlain ? "" : kPlain);
+    }
+
+    void Write(const Annotation& item)
+    {
+        const std::size_t size = item.bytes.size();
+        for (std::size_t at = 0; at < std::min(size, kRow * kMaxRows); at += kRow) {
+            Hex(item, at);
+            if (at == 0)
+                Description(item);
+            out.Put('\n');
+        }
+        if (size > kRow * kMaxRows)
+            Below(0, kDim, "and " + std::to_string(size - kRow * kMaxRows) + " bytes more");
+        if (!item.note.empty())
+            Below(item.uiDepth, kDim, item.note);
+        if (!item.damage.empty())
+            Below(item.uiDepth, kRed, "^ " + item.damage);
+    }
+
+    void Below(unsigned depth, const char* colour, const std::string& text)
+    {
+        out.Pad(kText + 2 * std::size_t{depth});
+        Put(colour, text);
+        out.Put('\n');
+    }
+
+    void Hex(const Annotation& item, std::size_t at)
+    {
+        const std::string_view bytes = std::string_view(item.bytes).substr(at, kRow);
+        char offset[24];
+        std::snprintf(offset, sizeof offset, "%8llx ",
+                      static_cast<unsigned long long>(item.ullOffset) + at);
+        Put(kRed, item.damage.empty() ? "" : "! ");
+        out.Pad(item.damage.empty() ? 2 : 0);
+        Put(kDim, offset);
+        const char* const colour = kColours[static_cast<unsigned>(item.eWhat)];
+        const std::size_t tl = at == 0 && item.eWhat == eWHAT::VALUE ? item.uiTl : 0;
+        Put(kDim, Spaced(bytes.substr(0, tl)));
+        Put(colour, Spaced(bytes.substr(std::min(tl, bytes.size()))));
+        if (at == 0)
+            out.Pad(3 * (kRow - bytes.size()) + 3);
+    }
+
+    static std::string Spaced(std::string_view bytes)
+    {
+        std::string text(3 * bytes.size(), ' ');
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            WriteHex(bytes.substr(i, 1), &text[3 * i + 1]);
+        return text;
+    }
+
+    void Description(const Annotation& item)
+    {
+        out.Pad(2 * std::size_t{item.uiDepth});
+        const char* gap = "";
+        const auto put = [&](const char* colour, const std::string& text) {
+            out.Append(text.empty() ? "" : gap);
+            Put(colour, text);
+            gap = text.empty() ? gap : "  ";
+        };
+        put(kColours[static_cast<unsigned>(item.eWhat)], item.name);
+        put(item.eWhat == eWHAT::ABSENT ? kDim : kBold, item.value);
+        put(kDim, item.type.empty() ? "" : '[' + item.type + ']');
+    }
+
+    cOutput& out;
+    bool bColours;
+    bool bAny = false;
+    std::string name; // of the input whose first section is to come
+};
+
+} // namespace
+
+std::unique_ptr<cExplanationWriter> MakeTextWriter(cOutput& output, bool colours)
+{
+    return std::make_unique<cTextWriter>(output, colours);
+}
+
+} // namespace tool

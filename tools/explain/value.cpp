@@ -1,0 +1,176 @@
+// See value.h.
+#include "tools/explain/value.h"
+
+#include "tools/output/output.h"
+#include "tools/reading/decimal.h"
+#include "tools/reading/kind.h"
+#include "tools/reading/obis.h"
+#include "tools/reading/reading.h"
+#include "tools/reading/status.h"
+#include "tools/reading/unit.h"
+
+#include <algorithm>
+#include <ctime>
+
+namespace tool
+{
+namespace
+{
+
+constexpr std::size_t kMaxOctets = 64; // of a byte string that is shown as a value
+
+std::string HexText(std::string_view bytes)
+{
+    std::string text(2 * bytes.size(), ' ');
+    WriteHex(bytes, text.data());
+    return text;
+}
+
+std::string OctetText(std::string_view bytes)
+{
+    const std::string_view shown = bytes.substr(0, kMaxOctets);
+    const char* const rest = shown.size() == bytes.size() ? "" : "...";
+    return (IsPrintable(shown) ? '"' + std::string(shown) + '"' : HexText(shown)) + rest;
+}
+
+// text, and behind it what it means, if anything.
+std::string WithMeaning(std::string text, std::string_view meaning)
+{
+    return meaning.empty() ? text : text.append(" ").append(meaning);
+}
+
+std::string NameText(std::string_view bytes)
+{
+    if (bytes.size() != 6)
+        return OctetText(bytes);
+    char text[kMaxObis];
+    const std::size_t size = FormatObis(UnsignedOf(bytes), text);
+    return WithMeaning({text, size}, ObisName(UnsignedOf(bytes)));
+}
+
+std::string AttentionText(std::string_view bytes)
+{
+    const char* const meaning = bytes.size() == 6 ? AttentionMeaning(UnsignedOf(bytes)) : nullptr;
+    return WithMeaning(HexText(bytes), meaning != nullptr ? meaning : "");
+}
+
+// Of a message's body, or of another choice.
+std::string TagText(std::string_view bytes)
+{
+    const auto tag = static_cast<unsigned>(UnsignedOf(bytes));
+    const MessageKind* const kind = FindKind(tag);
+    return kind != nullptr ? WithMeaning("0x" + HexText(bytes), kind->pcName) : std::to_string(tag);
+}
+
+std::string TimestampText(std::uint64_t seconds)
+{
+    const auto time = static_cast<std::time_t>(seconds);
+    std::tm utc{};
+    char text[48];
+    if (::gmtime_r(&time, &utc) == nullptr)
+        return std::to_string(seconds);
+    return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%SZ", &utc)};
+}
+
+std::string ScaledText(bool isSigned, std::string_view bytes, const Scale& scale)
+{
+    const Integer number =
+        isSigned ? Integer::OfSigned(SignedOf(bytes)) : Integer::Of(UnsignedOf(bytes));
+    char text[kMaxDecimal];
+    const std::size_t size = FormatDecimal(number, scale.iScaler, text);
+    return WithMeaning({text, size}, UnitSymbol(scale.uiUnit));
+}
+
+std::string NumberText(eFIELD kind, unsigned type, std::string_view bytes, const Scale& scale)
+{
+    std::string number = ScaledText(type == TYPE_SIGNED, bytes, Scale());
+    switch (kind) {
+    case eFIELD::VALUE:
+        return ScaledText(type == TYPE_SIGNED, bytes, scale);
+    case eFIELD::SECONDS:
+        return number + " s";
+    case eFIELD::TIMESTAMP:
+        return TimestampText(UnsignedOf(bytes));
+    case eFIELD::UNIT:
+        return number + " " + std::string(UnitSymbol(static_cast<unsigned>(UnsignedOf(bytes))));
+    case eFIELD::STATUS:
+        return "0x" + HexText(bytes) + " (" + number + ")";
+    case eFIELD::TAG:
+        return TagText(bytes);
+    case eFIELD::CRC:
+        return "0x" + HexText(bytes);
+    case eFIELD::OFFSET:
+        return number + " min";
+    case eFIELD::SCALER:
+        return "10^" + number;
+    default:
+        return number;
+    }
+}
+
+} // namespace
+
+const char* TypeName(unsigned type) noexcept
+{
+    return type == TYPE_OCTETS     ? "an octet string"
+           : type == TYPE_BOOLEAN  ? "a boolean"
+           : type == TYPE_SIGNED   ? "signed"
+           : type == TYPE_UNSIGNED ? "unsigned"
+                                   : "a list";
+}
+
+std::string TypeText(unsigned type, std::uint64_t count)
+{
+    const std::string number = std::to_string(count);
+    if (type == TYPE_SEQUENCE)
+        return "list of " + number;
+    const std::string_view name = TypeName(type);
+    const std::size_t article = type == TYPE_OCTETS ? 3 : type == TYPE_BOOLEAN ? 2 : 0;
+    return std::string(name.substr(article)) + ", " + number + (count == 1 ? " byte" : " bytes");
+}
+
+std::string ValueText(eFIELD kind, unsigned type, std::string_view bytes, const Scale& scale)
+{
+    if (kind == eFIELD::NAME)
+        return NameText(bytes);
+    if (kind == eFIELD::ATTENTION)
+        return AttentionText(bytes);
+    if (type == TYPE_OCTETS)
+        return OctetText(bytes);
+    if (type == TYPE_BOOLEAN)
+        return UnsignedOf(bytes) != 0 ? "true" : "false";
+    return NumberText(kind, type, bytes, scale);
+}
+
+std::string SignNote(unsigned type, std::string_view bytes, const Scale& scale)
+{
+    const bool isSigned = type == TYPE_SIGNED;
+    if (bytes.empty() || (!isSigned && type != TYPE_UNSIGNED))
+        return {};
+    const auto hasSign = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
+    if (hasSign(bytes.front()))
+        return (isSigned ? "read as unsigned: " : "read as signed: ") +
+               ScaledText(!isSigned, bytes, scale);
+    const std::string_view last = bytes.substr(bytes.size() - 1);
+    if (isSigned && hasSign(last.front()) && UnsignedOf(bytes) < 256)
+        return "read with the sign in its last byte: " + ScaledText(true, last, scale);
+    return {};
+}
+
+std::uint64_t UnsignedOf(std::string_view bytes) noexcept
+{
+    std::uint64_t number = 0;
+    for (const char c : bytes)
+        number = number << 8U | static_cast<unsigned char>(c);
+    return number;
+}
+
+std::int64_t SignedOf(std::string_view bytes) noexcept
+{
+    if (bytes.empty())
+        return 0;
+    const std::uint64_t sign = std::uint64_t{1} << (8 * std::min<std::size_t>(bytes.size(), 8) - 1);
+    return static_cast<std::int64_t>((UnsignedOf(bytes) ^ sign) - sign);
+}
+
+} // namespace tool

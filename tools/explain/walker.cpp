@@ -1,0 +1,408 @@
+// See walker.h. The type-length fields tell the structure by themselves, so that the walk goes on
+// behind a field of a wrong type; it ends where a type-length field makes no sense or announces
+// more than there is.
+#include "tools/explain/walker.h"
+
+#include "quarn/quarn.h"
+#include "tools/explain/grammar.h"
+#include "tools/explain/value.h"
+#include "tools/reading/kind.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace tool
+{
+namespace
+{
+
+constexpr unsigned kMaxDepth = 64;
+
+struct TypeLength {
+    unsigned uiType = 0;           // one of eTYPE
+    std::size_t uiSize = 1;        // of the field itself
+    std::uint64_t ullCount = 0;    // elements of a list, bytes of all others
+    bool bAbsent = false;          // it says that a field is not set
+    const char* pcError = nullptr; // why it makes no sense
+};
+
+const char* ErrorIn(const TypeLength& tl, bool ends, bool isCut)
+{
+    const bool isString = tl.uiType == TYPE_OCTETS;
+    if (!ends)
+        return isCut ? "the length is cut off" : "the length has no end";
+    if (!isString && tl.uiType < TYPE_BOOLEAN)
+        return "there is no such type";
+    if (tl.uiSize > 1 && !isString && tl.uiType != TYPE_SEQUENCE)
+        return "a number has a length of one byte";
+    if (tl.uiSize > 1 && tl.ullCount == 0)
+        return "the length leaves nothing behind itself";
+    if (!isString && tl.uiType != TYPE_SEQUENCE &&
+        tl.ullCount > (tl.uiType == TYPE_BOOLEAN ? 4 : 8))
+        return "a number has eight bytes at most, a boolean four";
+    return nullptr;
+}
+
+TypeLength ReadTypeLength(std::string_view rest)
+{
+    constexpr std::size_t kMaxSize = 7;
+    constexpr unsigned kMore = 0x80;
+    TypeLength tl;
+    const auto byte = [rest](std::size_t i) { return static_cast<unsigned char>(rest[i]); };
+    tl.uiType = byte(0) & 0x70U;
+    tl.ullCount = byte(0) & 0x0FU;
+    while ((byte(tl.uiSize - 1) & kMore) != 0 && tl.uiSize < std::min(kMaxSize, rest.size()))
+        tl.ullCount = tl.ullCount << 4U | (byte(tl.uiSize++) & 0x0FU);
+    tl.bAbsent = tl.uiSize == 1 && tl.uiType == TYPE_OCTETS && tl.ullCount <= 1;
+    if (tl.uiType != TYPE_SEQUENCE)
+        tl.ullCount -= std::min<std::uint64_t>(tl.ullCount, tl.uiSize);
+    tl.pcError = ErrorIn(tl, (byte(tl.uiSize - 1) & kMore) == 0, tl.uiSize < kMaxSize);
+    return tl;
+}
+
+// The type that a field must have; found where any will do.
+unsigned TypeOf(eFIELD kind, unsigned found)
+{
+    return kind <= eFIELD::ATTENTION ? TYPE_OCTETS
+           : kind <= eFIELD::CRC     ? TYPE_UNSIGNED
+           : kind <= eFIELD::SCALER  ? TYPE_SIGNED
+           : kind == eFIELD::BOOLEAN ? TYPE_BOOLEAN
+           : kind == eFIELD::SHAPE   ? TYPE_SEQUENCE
+                                     : found;
+}
+
+class cWalker
+{
+public:
+    cWalker(Layout& frame, const std::vector<Verdict>& judged, const WalkOptions& walkOptions)
+        : layout(frame), payload(frame.payload), verdicts(judged), options(walkOptions),
+          uiAt(walkOptions.uiStart)
+    {
+        walked.uiMessage = options.uiMessage;
+    }
+
+    Walked Run()
+    {
+        while (uiAt < payload.size()) {
+            const std::size_t start = uiAt;
+            const std::size_t count = walked.items.size();
+            bCut = false;
+            const bool whole = payload[uiAt] == '\x76' && Message();
+            if (options.bMore && bCut) {
+                walked.items.resize(count);
+                uiAt = start;
+                break;
+            }
+            if (!whole)
+                Junk(start);
+            else if (options.bOneFile && walked.uiMessage == 1)
+                break;
+        }
+        if (!options.bMore)
+            CatchUp(layout.ullOffset + layout.input.size(), 0);
+        walked.uiEnd = uiAt;
+        return std::move(walked);
+    }
+
+private:
+    // ---- Messages
+
+    bool Message()
+    {
+        Field message;
+        message.name = "message";
+        message.eKind = eFIELD::SHAPE;
+        message.pRule = &kMessageRule;
+        uiTag = 0;
+        PeekTag(uiAt, uiTag);
+        const bool whole = Element(message, 0, walked.uiMessage);
+        const bool closes = uiTag == SML_CLOSE_REQ || uiTag == SML_CLOSE_RES;
+        walked.uiMessage = closes && whole ? 1 : walked.uiMessage + 1;
+        return whole;
+    }
+
+    // Bytes that lead nowhere, up to what looks like a message; the last one began at message.
+    void Junk(std::size_t message)
+    {
+        const std::size_t start = uiAt;
+        unsigned tag = 0;
+        while (uiAt < payload.size() && (uiAt == message || !PeekTag(uiAt, tag)))
+            ++uiAt;
+        if (uiAt == start)
+            return;
+        Annotation item = Make("bytes that cannot be taken apart", 0, eWHAT::UNKNOWN);
+        if (walked.items.empty() || walked.items.back().damage.empty())
+            item.damage = "no SML message begins here";
+        Emit(item, start);
+    }
+
+    // The tag of the message that begins at start, if one does.
+    bool PeekTag(std::size_t start, unsigned& tag) const
+    {
+        constexpr unsigned kTypes[] = {TYPE_SEQUENCE, TYPE_OCTETS,   TYPE_UNSIGNED,
+                                       TYPE_UNSIGNED, TYPE_SEQUENCE, TYPE_UNSIGNED};
+        std::size_t at = start;
+        for (const unsigned type : kTypes) {
+            if (at >= payload.size())
+                return false;
+            const TypeLength tl = ReadTypeLength(payload.substr(at));
+            const bool isList = type == TYPE_SEQUENCE;
+            if (tl.pcError != nullptr || tl.bAbsent || tl.uiType != type ||
+                (isList ? tl.ullCount != (at == start ? 6 : 2)
+                        : tl.ullCount > payload.size() - at - tl.uiSize))
+                return false;
+            at += tl.uiSize;
+            const auto size = static_cast<std::size_t>(isList ? 0 : tl.ullCount);
+            tag = static_cast<unsigned>(UnsignedOf(payload.substr(at, size)));
+            at += size;
+        }
+        return true;
+    }
+
+    // ---- Fields. Each returns false when the message cannot be followed any further.
+
+    bool Element(const Field& field, unsigned depth, std::uint64_t index = 0)
+    {
+        std::string name(field.name);
+        if (index != 0)
+            name += " " + std::to_string(index);
+        if (IsOver(name, depth))
+            return false;
+        const std::size_t start = uiAt;
+        if (field.eKind == eFIELD::END || static_cast<unsigned char>(payload[uiAt]) <= 1) {
+            ++uiAt;
+            return Single(field, name, depth, start);
+        }
+        const TypeLength tl = ReadTypeLength(payload.substr(uiAt));
+        const std::size_t left = payload.size() - uiAt - tl.uiSize;
+        const bool isList = tl.uiType == TYPE_SEQUENCE;
+        Annotation item = Make(name, depth, eWHAT::UNKNOWN, tl.uiSize);
+        uiAt += tl.uiSize;
+        if (tl.pcError != nullptr || (!isList && tl.ullCount > left)) {
+            bCut = tl.pcError == nullptr;
+            item.damage = !bCut ? tl.pcError
+                                : "it announces " + std::to_string(tl.ullCount) + " bytes, and " +
+                                      std::to_string(left) + " are left";
+            Emit(item, start);
+            return false;
+        }
+        item.type = TypeText(tl.uiType, tl.ullCount);
+        const unsigned expected = TypeOf(field.eKind, tl.uiType);
+        if (tl.uiType != expected)
+            item.damage =
+                std::string("it must be ") + TypeName(expected) + " and is " + TypeName(tl.uiType);
+        if (isList)
+            return List(item, item.damage.empty() ? field.pRule : nullptr, tl.ullCount, start);
+        Leaf(item, item.damage.empty() ? field.eKind : eFIELD::ANY, tl, start);
+        return true;
+    }
+
+    // One byte: the end of a message, or what says that a field is not set.
+    bool Single(const Field& field, const std::string& name, unsigned depth, std::size_t start)
+    {
+        const bool isEnd = field.eKind == eFIELD::END;
+        Annotation item = Make(name, depth, isEnd ? eWHAT::VALUE : eWHAT::ABSENT, isEnd ? 0 : 1);
+        if (!isEnd)
+            item.value = "not set";
+        if (!isEnd && !field.bOptional)
+            item.damage = "it must be set";
+        if (isEnd && payload[start] != '\0')
+            item.damage = "it must be 00";
+        Emit(item, start);
+        return !isEnd || payload[start] == '\0';
+    }
+
+    void Leaf(Annotation& item, eFIELD kind, const TypeLength& tl, std::size_t start)
+    {
+        const std::string_view bytes = payload.substr(uiAt, static_cast<std::size_t>(tl.ullCount));
+        uiAt += bytes.size();
+        item.eWhat = eWHAT::VALUE;
+        item.value = ValueText(kind, tl.uiType, bytes, scale);
+        if (kind == eFIELD::UNIT)
+            scale.uiUnit = static_cast<unsigned>(UnsignedOf(bytes));
+        else if (kind == eFIELD::SCALER)
+            scale.iScaler = static_cast<int>(SignedOf(bytes));
+        else if (kind == eFIELD::TAG)
+            uiChosen = static_cast<unsigned>(UnsignedOf(bytes));
+        else if (kind == eFIELD::VALUE)
+            item.note = SignNote(tl.uiType, bytes, scale);
+        else if (kind == eFIELD::CRC)
+            Checksum(item);
+        Emit(item, start);
+    }
+
+    // The parser's word on the message that ends with the byte behind its checksum.
+    void Checksum(Annotation& item) const
+    {
+        item.eWhat = eWHAT::CHECKSUM;
+        const auto verdict = std::find_if(verdicts.begin(), verdicts.end(), [this](const auto& v) {
+            return v.ullEnd == options.ullBase + uiAt + 1 && !v.IsRefusal();
+        });
+        item.value += verdict == verdicts.end() ? " not checked"
+                      : verdict->IsCrc()        ? " wrong"
+                                                : " right";
+        if (verdict != verdicts.end() && verdict->IsCrc())
+            item.damage = "the checksum is wrong: some byte of the message is damaged";
+    }
+
+    // Without a rule, or against it, the elements have no names.
+    bool List(Annotation& item, const Rule* rule, std::uint64_t count, std::size_t start)
+    {
+        item.eWhat = eWHAT::STRUCTURE;
+        if (rule != nullptr && rule->eShape != eSHAPE::LIST) {
+            const std::uint64_t expected = CountOf(*rule);
+            if (count != expected) {
+                item.damage = "it must be a list of " + std::to_string(expected);
+                rule = nullptr;
+            } else {
+                item.value = Heading(*rule, start);
+            }
+        }
+        const unsigned depth = item.uiDepth + 1;
+        Emit(item, start);
+        if (rule != nullptr && rule->eShape == eSHAPE::CHOICE)
+            return Choice(*rule, depth);
+        if (rule == nullptr || rule->eShape == eSHAPE::SEQUENCE)
+            scale = Scale();
+        std::string_view fields = rule != nullptr ? rule->fields : std::string_view();
+        Field field;
+        const bool isMany = rule != nullptr && rule->eShape == eSHAPE::LIST;
+        for (std::uint64_t i = 1; i <= count; ++i) {
+            TakeField(fields, field);
+            if (!Element(field, depth, isMany ? i : 0))
+                return false;
+        }
+        return true;
+    }
+
+    static std::uint64_t CountOf(const Rule& rule)
+    {
+        std::string_view fields = rule.fields;
+        Field field;
+        std::uint64_t count = 0;
+        while (TakeField(fields, field))
+            ++count;
+        return rule.eShape == eSHAPE::CHOICE ? 2 : count;
+    }
+
+    // What a list is, told by what stands in it.
+    std::string Heading(const Rule& rule, std::size_t start) const
+    {
+        if (&rule == &kMessageRule) {
+            const MessageKind* kind = FindKind(uiTag);
+            const bool isSkipped =
+                std::any_of(verdicts.begin(), verdicts.end(), [this, start](const Verdict& v) {
+                    return v.IsRefusal() && v.ullEnd <= options.ullBase + start;
+                });
+            return std::string(kind != nullptr ? kind->pcName : "") +
+                   (isSkipped ? ", not parsed" : "");
+        }
+        const bool isNamed = rule.fields.find(":name ") < rule.fields.find(' ');
+        if (!isNamed || payload.size() - uiAt < 7 || payload[uiAt] != '\x07')
+            return {};
+        return ValueText(eFIELD::NAME, TYPE_OCTETS, payload.substr(uiAt + 1, 6), scale);
+    }
+
+    bool Choice(const Rule& rule, unsigned depth)
+    {
+        static constexpr Field kTag = {"type", eFIELD::TAG, false};
+        uiChosen = 0;
+        if (!Element(kTag, depth))
+            return false;
+        std::string_view fields = rule.fields;
+        Field field;
+        while (TakeField(fields, field)) {
+            if (field.uiTag == uiChosen)
+                return Element(field, depth);
+        }
+        AddDamage(walked.items.back().damage, "there is no such choice here");
+        return Element(Field(), depth);
+    }
+
+    // There is nothing more of the message: the data is at its end, or another message begins,
+    // which is met where damage has shifted the fields.
+    bool IsOver(const std::string& name, unsigned depth)
+    {
+        unsigned tag = 0;
+        bCut = uiAt >= payload.size();
+        const bool isNext = !bCut && depth > 0 && payload[uiAt] == '\x76' && PeekTag(uiAt, tag);
+        if (!bCut && !isNext && depth <= kMaxDepth)
+            return false;
+        if (!walked.items.empty())
+            AddDamage(walked.items.back().damage, (bCut     ? "the data ends here"
+                                                   : isNext ? "the next message begins here"
+                                                            : "nested too deeply") +
+                                                      (name.empty() ? "" : ", before " + name));
+        return true;
+    }
+
+    // ---- Annotations
+
+    static Annotation Make(const std::string& name, unsigned depth, eWHAT what, std::size_t tl = 0)
+    {
+        Annotation item;
+        item.uiDepth = depth;
+        item.uiTl = static_cast<unsigned>(tl);
+        item.eWhat = what;
+        item.name = name;
+        return item;
+    }
+
+    // Adds what the payload's bytes from begin up to here are, in as many pieces as the transport
+    // makes of them; other bytes of the input that stand before them go first.
+    void Emit(Annotation& item, std::size_t begin)
+    {
+        for (const Verdict& verdict : verdicts) {
+            const std::uint64_t at = std::max<std::uint64_t>(verdict.ullEnd, 1) - 1;
+            if (verdict.IsRefusal() && at >= options.ullBase + begin && at < options.ullBase + uiAt)
+                AddDamage(item.damage, verdict.Text());
+        }
+        const std::size_t value = begin + item.uiTl; // where it begins
+        for (std::size_t at = begin; at < uiAt;) {
+            std::size_t next = at + 1;
+            while (next < uiAt && layout.positions[next] == layout.positions[next - 1] + 1)
+                ++next;
+            item.ullOffset = layout.ullOffset + layout.positions[at];
+            CatchUp(item.ullOffset, item.uiDepth);
+            item.bytes = payload.substr(at, next - at);
+            item.uiTl = static_cast<unsigned>(std::clamp(value, at, next) - at);
+            walked.items.push_back(item);
+            item.damage.clear();
+            item.note.clear();
+            item.type.clear();
+            item.value = "(goes on)";
+            at = next;
+        }
+    }
+
+    void CatchUp(std::uint64_t offset, unsigned depth)
+    {
+        std::vector<Annotation>& transport = layout.transport;
+        for (; uiTransport < transport.size() && transport[uiTransport].ullOffset < offset;
+             ++uiTransport) {
+            walked.items.push_back(std::move(transport[uiTransport]));
+            walked.items.back().uiDepth = depth;
+        }
+    }
+
+    Layout& layout;
+    std::string_view payload;
+    const std::vector<Verdict>& verdicts;
+    const WalkOptions& options;
+    Walked walked;
+    std::size_t uiAt;            // in the payload
+    std::size_t uiTransport = 0; // of the layout's other bytes that have been added
+    bool bCut = false;           // the walk ended where the data did
+    unsigned uiTag = 0;          // of the message
+    unsigned uiChosen = 0;       // the tag read last
+    Scale scale;
+};
+
+} // namespace
+
+Walked Walk(Layout& layout, const std::vector<Verdict>& verdicts, const WalkOptions& options)
+{
+    return cWalker(layout, verdicts, options).Run();
+}
+
+} // namespace tool
