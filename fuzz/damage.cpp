@@ -1,5 +1,5 @@
-// The parser behind damage: after any bytes, in any pieces and with any flags, and a reset as a host
-// does it at the end of a frame, a good file is read whole.
+// The parser behind damage: after any bytes, in any pieces and with any flags, and a reset as a
+// host does it at the end of a frame, a good file is read whole.
 #include "fuzz/input.h"
 #include "tests/roundtrip/generator.h"
 
@@ -28,7 +28,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     test::Parser parser;
     for (std::size_t from = 0; from < garbage.size();) {
-        const std::string piece = garbage.substr(from, choices.Below(choices.Chance(50) ? 9 : 5000));
+        const std::string piece =
+            garbage.substr(from, choices.Below(choices.Chance(50) ? 9 : 5000));
         parser.Feed(choices.Chance(80) ? unsigned{BUF_FLAG_FIRST} : choices.Below(0x40), piece);
         if (choices.Chance(5))
             parser.parser.TimeoutEvent();

@@ -1,7 +1,7 @@
-// The encoder over records of any kind: a well-formed message, some of whose parameters are then left
-// out, doubled, renamed, made of another kind, too long or too deep. Nothing is overrun, nothing but
-// the result is changed, what was not damaged is read back, and what the parser reads of a damaged
-// message says the same when it is encoded again.
+// The encoder over records of any kind: a well-formed message, some of whose parameters are then
+// left out, doubled, renamed, made of another kind, too long or too deep. Nothing is overrun,
+// nothing but the result is changed, what was not damaged is read back, and what the parser reads
+// of a damaged message says the same when it is encoded again.
 #include "fuzz/input.h"
 #include "tests/roundtrip/generator.h"
 #include "tests/support/hex.h"
@@ -44,8 +44,8 @@ private:
     }
     void Change(cRecord& out, const vorn::cRecordPar& par)
     {
-        static constexpr const char* kNames[] = {"value", "parTree", "child_List", "serverId",
-                                                 "status", ""};
+        static constexpr const char* kNames[] = {"value",    "parTree", "child_List",
+                                                 "serverId", "status",  ""};
         const char* const name = par.GetName();
         switch (choices.Below(10)) {
         case 0: // left out
@@ -143,7 +143,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(difference.empty(), "a well-formed message is read", difference);
     }
     const vorn::cRecordPar error = read.GetFirstParByPath("SmlStatus.Error", ".", 0, 0);
-    if (!error.IsValid() || error.GetSInt() != SML_STATUS_OK || read.GetParCount("SmlCrc", 0, 0) == 0)
+    if (!error.IsValid() || error.GetSInt() != SML_STATUS_OK ||
+        read.GetParCount("SmlCrc", 0, 0) == 0)
         return 0;
     Sent again{sent.kind, Nested(read, "SmlMsgHeader"), Nested(read, sent.kind->name), {}};
     if (const vorn::cRecordPar raw = again.body.GetFirstPar("rawdata", 0, 0); raw.IsValid())

@@ -1,6 +1,6 @@
 // What the fuzz targets share: an input as the fuzzer made it, taken apart from both ends, and the
-// check of an invariant. A target is a plain LLVMFuzzerTestOneInput that knows nothing of the fuzzer
-// that drives it.
+// check of an invariant. A target is a plain LLVMFuzzerTestOneInput that knows nothing of the
+// fuzzer that drives it.
 #ifndef FUZZ_INPUT_H
 #define FUZZ_INPUT_H
 

@@ -11,9 +11,9 @@
 namespace
 {
 
+using fuzz::Require;
 using vorn::cRecord;
 using vorn::cRecordPar;
-using fuzz::Require;
 
 struct ModelPar;
 using Model = std::vector<ModelPar>;
@@ -240,10 +240,10 @@ private:
     // model.
     void AppendAll(vorn::cRecordBuilder& builder, Model& model)
     {
-        model.erase(std::remove_if(
-                        model.begin(), model.end(),
-                        [](const ModelPar& par) { return ShortName(par.name) == nullptr; }),
-                    model.end());
+        model.erase(
+            std::remove_if(model.begin(), model.end(),
+                           [](const ModelPar& par) { return ShortName(par.name) == nullptr; }),
+            model.end());
         for (ModelPar& par : model) {
             const vorn::cParName& name = *ShortName(par.name);
             if (par.type == vorn::TYPE_SINT) {

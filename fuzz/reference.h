@@ -196,7 +196,7 @@ private:
                 state = tail == "\x01\x01\x01\x01" ? START : DATA;
             return 0;
         case PADCOUNT:
-            count = static_cast<int>(window.size()) - (c >= 0 && c < 4 ? c : 0);
+            count = static_cast<int>(window.size()) - (static_cast<unsigned char>(c) < 4 ? c : 0);
             count = std::max(count, 0);
             index = 0;
             state = TAIL_OUT;

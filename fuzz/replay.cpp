@@ -1,4 +1,5 @@
-// Runs a target over inputs without a fuzzer: those in the files and folders named, and random ones.
+// Runs a target over inputs without a fuzzer: those in the files and folders named, and random
+// ones.
 //
 //   replay_TARGET [--random COUNT SIZE] [FILE|FOLDER...]
 #include "fuzz/input.h"

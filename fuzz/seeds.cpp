@@ -48,13 +48,14 @@ std::vector<std::string> OtherFiles()
     const std::string tuple = "72 62 03 F1 07 02 01 62 05";
     return {
         OpenRes() +
-            Message("0301", "78 02 05" + time + "62 0F 71 07 01 00 01 08 00 FF 71 73 07 01 00 01 08"
-                            " 00 FF 62 1E 52 FF 71 74" +
+            Message("0301", "78 02 05" + time +
+                                "62 0F 71 07 01 00 01 08 00 FF 71 73 07 01 00 01 08"
+                                " 00 FF 62 1E 52 FF 71 74" +
                                 time + "62 00 71 72 62 05 01 01 01 01") +
             CloseRes(),
         OpenRes() +
-            Message("0501", "73 02 05 71 07 81 81 C7 82 0A FF 73 07 81 81 C7 82 0A FF " + tuple +
-                                "01") +
+            Message("0501",
+                    "73 02 05 71 07 81 81 C7 82 0A FF 73 07 81 81 C7 82 0A FF " + tuple + "01") +
             CloseRes(),
         OpenRes() +
             Message("0701", "77 01 02 05 01 01 71 77 07 01 00 00 09 0B FF 01 01 01 01 72 62 01" +

@@ -12,7 +12,8 @@ namespace
 using test::Choices;
 using test::Over;
 
-std::string Bytes(Choices& choices) // rich in what the framing gives a meaning to, now and then long
+std::string
+Bytes(Choices& choices) // rich in what the framing gives a meaning to, now and then long
 {
     const bool isLong = choices.Chance(2);
     std::string bytes(static_cast<std::size_t>(choices.Pick(0, isLong ? 40000 : 40)), 0);
@@ -121,7 +122,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     RunBoth<test::ReferenceTx, SmlTpTx>(choices, mode, payload, BUF_FLAG_SML, true);
     RunBoth<test::ReferenceRx, SmlTpRx>(choices, mode, stream, flags, true);
 
-    const auto frame = RunBoth<test::ReferenceTx, SmlTpTx>(choices, SMLT_MODE_TP, payload, 0, false);
+    const auto frame =
+        RunBoth<test::ReferenceTx, SmlTpTx>(choices, SMLT_MODE_TP, payload, 0, false);
     const auto back =
         RunBoth<test::ReferenceRx, SmlTpRx>(choices, SMLT_MODE_TP, frame, BUF_FLAG_TP, false);
     fuzz::Require(back == payload, "a framed payload comes back", test::ToHex(payload));

@@ -381,7 +381,7 @@ int cRecord::GetParCount(const char* name, int, int) const noexcept
 bool cRecord::SeekNextPar(cRecordPar& par, const char* name, int, int) const
 {
     const cRecordPar* found = nullptr;
-    if (par.IsValid() && par.uiPosition < end() - begin())
+    if (par.IsValid() && par.uiPosition < static_cast<std::size_t>(end() - begin()))
         found = Find(name, std::size_t{par.uiPosition} + 1);
     par = found != nullptr ? *found : cRecordPar();
     return found != nullptr;

@@ -1,7 +1,7 @@
 // Replaces the global operator new of a test program, so that allocations can be made to fail:
 // while a FailingNew lives, the first count allocations succeed and as many as failures after them
-// fail. Counts the blocks in use, so that a leak is seen without a sanitizer, and their bytes. To be
-// included by one source file of a program.
+// fail. Counts the blocks in use, so that a leak is seen without a sanitizer, and their bytes. To
+// be included by one source file of a program.
 #ifndef TESTS_SUPPORT_FAILING_NEW_H
 #define TESTS_SUPPORT_FAILING_NEW_H
 

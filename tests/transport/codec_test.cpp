@@ -1,5 +1,4 @@
 // The codecs: what they take from messages and put back, what they refuse and how they say so.
-#include "tests/support/failing_new.h"
 #include "tests/support/hex.h"
 #include "tests/support/trace_capture.h"
 
@@ -194,32 +193,6 @@ TEST(TransportCodec, PassesRawBytesThrough)
         EXPECT_EQ(Bytes(msg.GetRecord(), "IfRec.RawData"), bytes);
         EXPECT_EQ(msg.GetRecord().GetFirstPar("SmltFlags", 0, 0).GetUInt(), 0U);
     }
-}
-
-TEST(TransportCodec, SurvivesEveryFailingAllocation)
-{
-    const test::TraceCapture silence(LibSmlt, 0);
-    cSMLTenc encoder(SMLT_MODE_TP);
-    cSMLTdec decoder(SMLT_MODE_TP);
-    int encoded = SMLT_ENCODE_REFUSED, decoded = SMLT_DECODE_ERROR;
-    vorn::cMsg msg = Message(0x13, std::string(100, 'x'));
-    const vorn::cMsg before = msg;
-    long count = 0;
-    for (; encoded == SMLT_ENCODE_REFUSED; ++count) {
-        EXPECT_TRUE(msg.GetRecord() == before.GetRecord());
-        const test::FailingNew failing(count);
-        encoded = encoder.Encode(msg);
-    }
-    EXPECT_GT(count, 4);
-    vorn::cRecord ifRec, out;
-    for (count = 0; decoded == SMLT_DECODE_ERROR; ++count) {
-        EXPECT_TRUE(out == vorn::cRecord());
-        const test::FailingNew failing(count);
-        decoded = decoder.Decode(msg, ifRec, out);
-    }
-    EXPECT_GT(count, 4);
-    EXPECT_EQ(decoded, SMLT_DECODE_FRAME);
-    EXPECT_EQ(Bytes(out, "SmlRawData"), std::string(100, 'x'));
 }
 
 } // namespace

@@ -1,13 +1,11 @@
 // Records at their boundaries: kinds and what other getters make of them, names and data around
-// the sizes that are held in place, dumps, nesting beyond any stack, and copies in several threads.
-// How edits and copies work together is the subject of record_property.cpp.
+// the sizes that are held in place, dumps, and nesting beyond any stack. How edits and copies work
+// together is the subject of the fuzz target of records.
 #include "vorn/vorn.h"
 
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <thread>
-#include <vector>
 
 namespace
 {
@@ -110,37 +108,6 @@ TEST(Record, AMillionLevelsNeedNoStack)
     record.Create();
     EXPECT_TRUE(kept.IsValid());
     kept = cRecordPar();
-}
-
-TEST(Record, ThreadsEditCopiesOfOneRecord)
-{
-    cRecord origin;
-    origin.AppendRecordPar("list", Deep(20, 1), 0);
-    origin.AppendDataPar("data", std::string(100, 'd').data(), 100, 0);
-    const std::string before = origin.ToString();
-    std::vector<cRecord> results(4);
-    std::vector<std::thread> threads;
-    for (unsigned t = 0; t < results.size(); ++t) {
-        threads.emplace_back([&results, copy = origin, t]() mutable {
-            cRecord mine = copy;
-            for (unsigned i = 0; i < 300; ++i) {
-                mine = copy;
-                mine.DeletePar("data", 0, 0);
-                mine.AppendUIntPar("i", t * 1000 + i, 0);
-                vorn::cRecordPath path;
-                path.AddLevel("list", cRecord());
-                mine = ChangeRecord(mine, path, copy, "r", true);
-            }
-            results[t] = mine;
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(origin.ToString(), before);
-    for (unsigned t = 0; t < results.size(); ++t) {
-        EXPECT_EQ(results[t].ToString(),
-                  "{list={r=" + before + "}, i=" + std::to_string(t * 1000 + 299) + '}');
-    }
 }
 
 } // namespace

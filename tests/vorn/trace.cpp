@@ -1,13 +1,10 @@
-// Trace units, their levels, the sink, all of them under several threads, and the formatting of
-// lines around the length up to which they are formatted in place.
+// Trace units, their levels, the sink, and the formatting of lines around the length up to which
+// they are formatted in place.
 #include "tests/support/trace_capture.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <atomic>
 #include <stdexcept>
-#include <thread>
 
 namespace
 {
@@ -72,40 +69,6 @@ TEST(Trace, UnitsAreFoundWhileTheyLive)
     }
     EXPECT_EQ(vorn::FindUnit("A"), nullptr);
     EXPECT_EQ(vorn::FindUnit("AB"), nullptr);
-}
-
-TEST(Trace, ThreadsTraceWhileSinksUnitsAndLevelsChange)
-{
-    cUnit unit("T", vorn::LEVEL_ERROR, vorn::OUTPUT_DEFAULT);
-    constexpr int kThreads = 4;
-    constexpr int kLines = 500;
-    const auto received = std::make_shared<std::atomic<int>>(0);
-    const auto sink = [received](const cUnit&, eLEVEL, const std::string& text) {
-        if (text == "line")
-            ++*received;
-    };
-    vorn::SetTraceSink(sink);
-    std::atomic<int> running{kThreads};
-    std::array<std::thread, kThreads> threads;
-    for (std::thread& thread : threads) {
-        thread = std::thread([&] {
-            for (int i = 0; i < kLines; ++i) {
-                const cUnit mine("own", vorn::LEVEL_ERROR, vorn::OUTPUT_DEFAULT);
-                vorn::_Trace(vorn::FindUnit("T"), vorn::LEVEL_ERROR, "line");
-                vorn::_Trace(&unit, vorn::LEVEL_DEBUG, "silent or not");
-            }
-            --running;
-        });
-    }
-    while (running != 0) {
-        vorn::SetTraceSink(sink);
-        unit.iLevel = unit.iLevel == vorn::LEVEL_ERROR ? vorn::LEVEL_DEBUG : vorn::LEVEL_ERROR;
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    vorn::SetTraceSink({});
-    EXPECT_EQ(*received, kThreads * kLines);
-    EXPECT_EQ(vorn::FindUnit("own"), nullptr);
 }
 
 TEST(Trace, LinesAreFormattedAtEveryLength)
