@@ -78,7 +78,8 @@ public:
     }
 
     // Goes over to the record that par holds; false, and nothing to be found, when it holds none.
-    bool Open(const vorn::cRecordPar* par)
+    template <class Par>
+    bool Open(const Par* par)
     {
         if (par == nullptr || !IsOfKind(*par, KIND_RECORD))
             return false;
