@@ -68,6 +68,6 @@ void ParseMessages(benchmark::State& state)
         file += ListMessage(6);
     ParseOrSkip(state, file + test::CloseRes(), static_cast<int>(state.range(0)) + 2);
 }
-BENCHMARK(ParseMessages)->Arg(100)->Arg(10000);
+BENCHMARK(ParseMessages)->Arg(1000)->Arg(10000);
 
 } // namespace

@@ -1,74 +1,82 @@
-// The transport over 64 KiB: frames of 512 bytes of payload, few of them escapes, unframed and
-// framed by the state machines and by the codecs, beside memcpy and one CRC pass over the same
-// bytes.
-#include "quarn/quarn.h"
+// The transport over 64 KiB of frames with few escapes, unframed and framed by the state machines
+// and by the codecs, beside memcpy and a CRC over the same bytes.
+#include "bench/content.h"
 
 #include <benchmark/benchmark.h>
 
-#include <random>
+#include <cstring>
 #include <string>
 #include <vector>
 
 namespace
 {
 
-constexpr std::size_t kPayload = 512;
 constexpr std::size_t kTotal = 64 * 1024;
 
+// Frames of about kTotal bytes in all: many of the content's file, or a single one. What they are
+// compared with goes over the same bytes frame by frame, as the CRC does.
 struct Sample {
     std::vector<std::string> payloads;
-    std::string frames; // all of them, about kTotal bytes
+    std::vector<std::string> frames;
+    std::string strFrames;
 
-    Sample()
+    explicit Sample(std::size_t payload)
     {
-        std::mt19937 random(1);
+        const std::string& file = bench::ContentOf(6).strFile;
+        std::string bytes;
+        while (bytes.size() < payload)
+            bytes += file;
         SmlTpTx tx(SMLT_MODE_TP);
-        std::string room(2 * kPayload + 19, 0);
-        while (frames.size() < kTotal) {
-            std::string payload(kPayload, 0);
-            for (char& c : payload)
-                c = static_cast<char>(random());
-            cBuffer in(payload.data(), kPayload, BUF_FLAG_FIRST | BUF_FLAG_LAST, 0);
-            in.Commit(kPayload);
+        std::string room(2 * bytes.size() + 19, 0);
+        while (strFrames.size() < kTotal) {
+            const auto size = static_cast<long>(bytes.size());
+            cBuffer in(bytes.data(), size, BUF_FLAG_FIRST | BUF_FLAG_LAST, 0);
+            in.Commit(size);
             cBuffer out(room.data(), static_cast<long>(room.size()), 0, 0);
             tx.Process(&in, &out);
-            frames.append(out.ReadPtr(), static_cast<std::size_t>(out.Left()));
-            payloads.push_back(payload);
+            payloads.push_back(bytes);
+            frames.emplace_back(out.ReadPtr(), static_cast<std::size_t>(out.Left()));
+            strFrames += frames.back();
         }
     }
 };
 
-Sample& TheSample()
+// 0: many frames, 1: a single one.
+Sample& SampleOf(std::int64_t single)
 {
-    static Sample sample;
-    return sample;
+    static Sample samples[] = {Sample(1), Sample(kTotal)};
+    return samples[single];
 }
 
 void Memcpy(benchmark::State& state)
 {
-    const std::string& frames = TheSample().frames;
-    std::string copy(frames.size(), 0);
+    const Sample& sample = SampleOf(state.range(0));
+    std::string copy(sample.strFrames.size(), 0);
     for (auto _ : state) {
-        std::memcpy(copy.data(), frames.data(), frames.size());
+        char* to = copy.data();
+        for (const std::string& frame : sample.frames) {
+            std::memcpy(to, frame.data(), frame.size());
+            to += frame.size();
+        }
         benchmark::DoNotOptimize(copy.data());
         benchmark::ClobberMemory();
     }
 }
-BENCHMARK(Memcpy)->Name("Memcpy64K");
+BENCHMARK(Memcpy)->Name("Memcpy64K")->Arg(0)->Arg(1);
 
 void Crc(benchmark::State& state)
 {
-    const std::string& frames = TheSample().frames;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(
-            vorn::createCRC16(frames.data(), static_cast<int>(frames.size()), vorn::initCRC16()));
+        for (const std::string& frame : SampleOf(state.range(0)).frames)
+            benchmark::DoNotOptimize(
+                vorn::createCRC16(frame.data(), static_cast<int>(frame.size()), vorn::initCRC16()));
     }
 }
-BENCHMARK(Crc)->Name("Crc64K");
+BENCHMARK(Crc)->Name("Crc64K")->Arg(0)->Arg(1);
 
 void Unframe(benchmark::State& state)
 {
-    std::string& frames = TheSample().frames;
+    std::string& frames = SampleOf(state.range(0)).strFrames;
     const auto size = static_cast<long>(frames.size());
     std::string room(frames.size(), 0);
     SmlTpRx rx(SMLT_MODE_TP);
@@ -82,16 +90,18 @@ void Unframe(benchmark::State& state)
             state.SkipWithError("not unframed");
     }
 }
-BENCHMARK(Unframe);
+BENCHMARK(Unframe)->Arg(0)->Arg(1);
 
 void Frame(benchmark::State& state)
 {
-    std::string room(2 * kPayload + 19, 0);
+    Sample& sample = SampleOf(state.range(0));
+    std::string room(2 * sample.payloads[0].size() + 19, 0);
     SmlTpTx tx(SMLT_MODE_TP);
     for (auto _ : state) {
-        for (std::string& payload : TheSample().payloads) {
-            cBuffer in(payload.data(), kPayload, BUF_FLAG_FIRST | BUF_FLAG_LAST, 0);
-            in.Commit(kPayload);
+        for (std::string& payload : sample.payloads) {
+            const auto size = static_cast<long>(payload.size());
+            cBuffer in(payload.data(), size, BUF_FLAG_FIRST | BUF_FLAG_LAST, 0);
+            in.Commit(size);
             cBuffer out(room.data(), static_cast<long>(room.size()), 0, 0);
             if (tx.Process(&in, &out) != SMLTP_FINISHED)
                 state.SkipWithError("not framed");
@@ -99,7 +109,7 @@ void Frame(benchmark::State& state)
         }
     }
 }
-BENCHMARK(Frame);
+BENCHMARK(Frame)->Arg(0)->Arg(1);
 
 vorn::cMsg MessageOf(const std::string& bytes)
 {
@@ -113,10 +123,8 @@ vorn::cMsg MessageOf(const std::string& bytes)
 void CodecDecode(benchmark::State& state)
 {
     std::vector<vorn::cMsg> messages;
-    const std::string& frames = TheSample().frames;
-    const std::size_t frame = frames.size() / TheSample().payloads.size();
-    for (std::size_t at = 0; at < frames.size(); at += frame)
-        messages.push_back(MessageOf(frames.substr(at, frame)));
+    for (const std::string& frame : SampleOf(state.range(0)).frames)
+        messages.push_back(MessageOf(frame));
     cSMLTdec decoder(SMLT_MODE_TP);
     vorn::cRecord ifRec, out;
     for (auto _ : state) {
@@ -127,12 +135,12 @@ void CodecDecode(benchmark::State& state)
         }
     }
 }
-BENCHMARK(CodecDecode);
+BENCHMARK(CodecDecode)->Arg(0)->Arg(1);
 
 void CodecEncode(benchmark::State& state)
 {
     std::vector<vorn::cMsg> messages;
-    for (const std::string& payload : TheSample().payloads)
+    for (const std::string& payload : SampleOf(state.range(0)).payloads)
         messages.push_back(MessageOf(payload));
     cSMLTenc encoder(SMLT_MODE_TP);
     for (auto _ : state) {
@@ -143,6 +151,6 @@ void CodecEncode(benchmark::State& state)
         }
     }
 }
-BENCHMARK(CodecEncode);
+BENCHMARK(CodecEncode)->Arg(0)->Arg(1);
 
 } // namespace

@@ -18,6 +18,7 @@
 #include "quarn/foundation/frame_flags.h"
 #include "quarn/foundation/framework.h"
 #include "quarn/foundation/limits.h"
+#include "quarn/foundation/lists.h"
 #include "quarn/foundation/messages.h"
 #include "quarn/foundation/units.h"
 #include "quarn/parser/parser.h"

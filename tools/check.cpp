@@ -5,6 +5,7 @@
 #include "tools/output/json.h"
 #include "tools/reading/kind.h"
 #include "tools/reading/status.h"
+#include "tools/road/counts.h"
 #include "tools/road/teller.h"
 
 #include <map>
@@ -21,30 +22,11 @@ namespace
 // How many different servers are remembered: noise must not fill the memory.
 constexpr std::size_t kMaxServers = 10000;
 
-struct Summary {
-    std::uint64_t ullBytes = 0;
-    std::uint64_t ullOutside = 0;                  // of frames
-    std::uint64_t ullGood = 0;                     // frames
-    std::uint64_t ullDamaged = 0;                  // frames whose checksum is wrong
-    std::uint64_t ullBroken = 0;                   // frames that a new one begins inside
-    std::uint64_t ullCut = 0;                      // frames that the end of an input cuts off
+struct Summary : StreamCounts {
     std::map<std::string, std::uint64_t> messages; // good ones, by kind
     std::map<int, std::uint64_t> errors;           // messages by status
     std::set<std::string> servers;                 // ids in good messages
-};
-
-// The numbers that stand alone, as both forms of the summary name them.
-constexpr struct {
-    const char* pcKey;
-    const char* pcText;
-    std::uint64_t Summary::*pullCount;
-} kCounts[] = {
-    {"bytes", "bytes", &Summary::ullBytes},
-    {"bytesOutside", "bytes outside frames", &Summary::ullOutside},
-    {"framesGood", "frames, good", &Summary::ullGood},
-    {"framesDamaged", "frames, damaged", &Summary::ullDamaged},
-    {"framesBroken", "frames, broken off", &Summary::ullBroken},
-    {"framesCut", "frames, cut off by the end", &Summary::ullCut},
+    bool bMoreServers = false;                     // than can be remembered
 };
 
 class cChecker : public cConsumer, public cTeller
@@ -55,12 +37,17 @@ public:
     {
     }
 
-    void Begin() override { pIntake = std::make_unique<cIntake>(eKind, *this, report); }
+    void Begin(bool live) override
+    {
+        pIntake = std::make_unique<cIntake>(eKind, live, *this, report);
+    }
     void Feed(const unsigned char* data, std::size_t size) override
     {
         sum.ullBytes += size;
         pIntake->Feed(data, size);
     }
+    void Timeout() override { pIntake->Timeout(); }
+    void Restart() override { pIntake->Restart(); }
     void End() override { pIntake->End(); }
     void Finish() override
     {
@@ -81,8 +68,8 @@ private:
         }
         const MessageKind* kind = FindKind(info.uiIdentifier);
         ++sum.messages[kind != nullptr ? kind->pcName : "unknown"];
-        if (!info.server.empty() && sum.servers.size() < kMaxServers)
-            sum.servers.emplace(info.server);
+        if (!info.server.empty())
+            Remember(info.server);
     }
     void OnRefused(const Frame& frame, int result) override
     {
@@ -105,36 +92,35 @@ private:
         sum.ullOutside += count;
     }
 
-    void Row(const std::string& name, std::uint64_t count)
+    void Remember(std::string_view server)
     {
-        out.Append(name);
-        out.Pad(name.size() < 48 ? 48 - name.size() : 1);
-        const std::string digits = std::to_string(count);
-        out.Pad(digits.size() < 12 ? 12 - digits.size() : 0);
-        out.Append(digits);
-        out.Put('\n');
+        if (sum.servers.size() < kMaxServers)
+            sum.servers.emplace(server);
+        else
+            sum.bMoreServers = sum.bMoreServers || sum.servers.count(std::string(server)) == 0;
     }
 
     void WriteText()
     {
-        for (const auto& row : kCounts)
-            Row(row.pcText, sum.*row.pullCount);
+        WriteCounts(out, sum);
         for (const auto& [name, count] : sum.messages)
-            Row("messages, " + name, count);
+            WriteCount(out, "messages, " + name, count);
         for (const auto& [error, count] : sum.errors)
-            Row("status " + std::to_string(error) + ", " + StatusMeaning(error), count);
+            WriteCount(out, "status " + std::to_string(error) + ", " + StatusMeaning(error), count);
         for (const std::string& server : sum.servers) {
             out.Append("server ");
             out.AppendHex(server);
             out.Put('\n');
         }
+        if (sum.bMoreServers)
+            out.Append("and more servers, which are not listed\n");
     }
 
     void WriteJson()
     {
         cJson json(out);
         json.StartObject();
-        for (const auto& row : kCounts) {
+        for (const auto& row : kStreamCounts) {
             json.Key(row.pcKey);
             json.Uint(sum.*row.pullCount);
         }
@@ -163,6 +149,10 @@ private:
         for (const std::string& server : sum.servers)
             json.Hex(server);
         json.EndArray();
+        if (sum.bMoreServers) {
+            json.Key("moreServers");
+            json.Bool(true);
+        }
         json.EndObject();
         json.EndLine();
     }
@@ -179,17 +169,18 @@ private:
 void AddCheck(CLI::App& app, int& status)
 {
     struct Options {
-        std::vector<std::string> inputs = {"-"};
+        InputOptions inputs;
         eINPUT eKind = INPUT_AUTO;
         bool bJson = false;
     };
     const auto options = std::make_shared<Options>();
     CLI::App* check = app.add_subcommand("check", "Count what inputs hold and what is wrong there");
-    check->add_option("INPUT", options->inputs,
-                      "Files to read, counted together; - is standard input (the default)");
+    AddInputs(*check, options->inputs, "Inputs to read, counted together");
     AddInputOption(*check, options->eKind);
     check->add_flag("--json", options->bJson, "Print the summary as one JSON object");
-    check->footer("Example:\n"
+    check->footer("Of the servers, the first 10000 are listed, and that there are more.\n"
+                  "\n"
+                  "Example:\n"
                   "  quarn check --json examples/household.bin");
     check->callback([options, &status] {
         cOutput out(STDOUT_FILENO);

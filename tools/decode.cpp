@@ -12,6 +12,8 @@
 #include "tools/input/intake.h"
 #include "tools/input/pump.h"
 #include "tools/output/format.h"
+#include "tools/output/terminal.h"
+#include "tools/reading/correction.h"
 #include "tools/reading/obis.h"
 #include "tools/road/teller.h"
 
@@ -32,12 +34,14 @@ constexpr std::size_t kMaxHeld = std::size_t{16} * 1024 * 1024;
 using ull = unsigned long long;
 
 struct DecodeOptions {
-    std::vector<std::string> inputs;
+    InputOptions inputs;
     eINPUT eInput = INPUT_AUTO;
     std::string format;
     std::vector<std::string> obis;
     std::string server;
+    std::vector<std::string> corrections;
     bool bKeepBad = false;
+    bool bWatch = false;
     bool bExplain = false;
     std::string page;
 };
@@ -46,6 +50,7 @@ struct DecodeOptions {
 struct Filter {
     std::vector<ObisPattern> patterns;
     std::string server; // bytes
+    std::vector<Correction> corrections;
     bool bKeepBad = false;
 
     bool WantsServer(std::string_view id) const { return server.empty() || server == id; }
@@ -67,9 +72,16 @@ public:
     {
     }
 
-    void Begin() override { pIntake = std::make_unique<cIntake>(eKind, *this, report); }
+    void Begin(bool live) override
+    {
+        pIntake = std::make_unique<cIntake>(eKind, live, *this, report);
+    }
     void Feed(const unsigned char* data, std::size_t size) override { pIntake->Feed(data, size); }
+    void Timeout() override { pIntake->Timeout(); }
+    void Restart() override { pIntake->Restart(); }
+    void Idle() override { format.Idle(); }
     void End() override { pIntake->End(); }
+    void Finish() override { format.Finish(); }
 
 private:
     void OnMessage(const Frame& frame, const vorn::cRecord& record) override
@@ -89,7 +101,7 @@ private:
         TellMessage(frame, info);
         if (!filter.WantsServer(info.server) || (readings.empty() && !filter.patterns.empty()))
             return;
-        if (!frame.bRaw && !filter.bKeepBad && !out.Holds() && !bTooMuch)
+        if (!frame.bRaw && !filter.bKeepBad && !out.Holds() && !bTooMuch && !format.KeepsBack())
             out.Hold();
         uiHeld += readings.size();
         if (!bTooMuch)
@@ -131,6 +143,8 @@ private:
                                               return !filter.WantsCode(reading.ullObis);
                                           }),
                            readings.end());
+        if (!filter.corrections.empty())
+            Correct(filter.corrections, info.server, readings);
     }
 
     // Decides about what has been held back of a frame that is over.
@@ -143,6 +157,7 @@ private:
             out.Release();
         else if (out.Holds())
             out.Discard();
+        format.Settled(good);
         bTooMuch = false;
         uiHeld = 0;
     }
@@ -159,7 +174,7 @@ private:
 
 struct FormatName {
     const char* pcName;
-    std::unique_ptr<cFormat> (*Make)(cOutput&);
+    std::unique_ptr<cFormat> (*Make)(cOutput&, const FormatOptions&);
 };
 
 constexpr FormatName kFormats[] = {{"text", MakeTextFormat},
@@ -174,6 +189,8 @@ Filter MakeFilter(const DecodeOptions& options)
     for (const std::string& text : options.obis)
         ParseObisPattern(text, filter.patterns.emplace_back());
     cHexReader().Read(options.server, filter.server);
+    for (const std::string& text : options.corrections)
+        ParseCorrection(text, filter.corrections.emplace_back());
     return filter;
 }
 
@@ -186,8 +203,11 @@ int RunDecode(const DecodeOptions& options)
     const auto* name =
         std::find_if(std::begin(kFormats), std::end(kFormats),
                      [&](const FormatName& row) { return options.format == row.pcName; });
-    const std::unique_ptr<cFormat> format = name->Make(out);
     const Filter filter = MakeFilter(options);
+    const FormatOptions look{WantsColour(STDOUT_FILENO), !filter.corrections.empty(),
+                             IsScreen(STDOUT_FILENO)};
+    const std::unique_ptr<cFormat> format =
+        options.bWatch ? MakeWatchFormat(out, look) : name->Make(out, look);
     cDecoder decoder(options.eInput, filter, *format, out, report);
     format->Start();
     return PumpInputs(options.inputs, decoder, out, report);
@@ -208,6 +228,14 @@ std::string CheckHex(const std::string& text)
                : "'" + text + "' is no hex text like 0a01";
 }
 
+std::string CheckCorrection(const std::string& text)
+{
+    Correction correction;
+    return ParseCorrection(text, correction)
+               ? ""
+               : "'" + text + "' is not like 1-0:16.7.0=unsigned, 0a01/*=sign8";
+}
+
 // An explanation shows everything: what selects and shapes readings is no part of it.
 void AddExplainOptions(CLI::App& decode, DecodeOptions& options)
 {
@@ -219,7 +247,8 @@ void AddExplainOptions(CLI::App& decode, DecodeOptions& options)
             .add_option("--html", options.page,
                         "Explain on a page written to FILE, bytes and meaning side by side")
             ->type_name("FILE");
-    for (const char* other : {"--format", "--obis", "--server", "--keep-bad"}) {
+    for (const char* other :
+         {"--format", "--obis", "--server", "--correct", "--watch", "--keep-bad"}) {
         explain->excludes(decode.get_option(other));
         html->excludes(decode.get_option(other));
     }
@@ -230,21 +259,21 @@ void AddExplainOptions(CLI::App& decode, DecodeOptions& options)
 void AddDecode(CLI::App& app, int& status)
 {
     const auto options = std::make_shared<DecodeOptions>();
-    options->inputs = {"-"};
     options->format = ::isatty(STDOUT_FILENO) != 0 ? "text" : "readings";
     CLI::App* decode = app.add_subcommand("decode", "Print what meters say: readings or records");
-    decode->add_option("INPUT", options->inputs,
-                       "Files to read, one after the other; - is standard input (the default)");
+    AddInputs(*decode, options->inputs, "Inputs to read, one after the other");
     AddInputOption(*decode, options->eInput);
     std::vector<std::string> names;
     for (const FormatName& row : kFormats)
         names.emplace_back(row.pcName);
-    decode
-        ->add_option("--format", options->format,
-                     "text for people (the default on a terminal); readings, one JSON object per\n"
-                     "line (the default otherwise); csv; records, every message complete as JSON")
-        ->check(CLI::IsMember(names).description(""))
-        ->type_name("text|readings|csv|records");
+    CLI::Option* format =
+        decode
+            ->add_option(
+                "--format", options->format,
+                "text for people (the default on a terminal); readings, one JSON object per\n"
+                "line (the default otherwise); csv; records, every message complete as JSON")
+            ->check(CLI::IsMember(names).description(""))
+            ->type_name("text|readings|csv|records");
     decode
         ->add_option("--obis", options->obis,
                      "Only readings of these codes, such as 1-0:1.8.0 or '*:*.8.*'; what is left\n"
@@ -255,12 +284,27 @@ void AddDecode(CLI::App& app, int& status)
     decode->add_option("--server", options->server, "Only readings of this server id")
         ->check(CLI::Validator(CheckHex, ""))
         ->type_name("HEX");
+    decode
+        ->add_option(
+            "--correct", options->corrections,
+            "Correct readings that a meter encodes wrongly, which then say so beside the\n"
+            "raw number: unsigned, where large numbers arrive negative (-536 of two bytes\n"
+            "is 65000); sign8, where small negative ones lack their sign (251 is -5)")
+        ->check(CLI::Validator(CheckCorrection, ""))
+        ->type_name("[SERVERHEX/]OBIS=unsigned|sign8")
+        ->allow_extra_args(false);
+    decode
+        ->add_flag("--watch", options->bWatch,
+                   "Show a table of the latest readings, live on a terminal, else at the end")
+        ->excludes(format);
     decode->add_flag("--keep-bad", options->bKeepBad,
                      "Print also readings of damaged frames and refused messages");
     AddExplainOptions(*decode, *options);
     decode->footer("Examples:\n"
                    "  quarn decode --format text examples/household.bin\n"
                    "  quarn decode --obis 1.8.0 --obis 16.7.0 < examples/household.bin\n"
+                   "  quarn decode --correct 16.7.0=unsigned examples/household.bin\n"
+                   "  quarn simulate --count 20 --interval 0.1 | quarn decode --watch\n"
                    "  quarn decode --explain examples/household.bin");
     decode->callback([options, &status] { status = RunDecode(*options); });
 }

@@ -31,7 +31,7 @@ public:
     {
     }
 
-    void Begin() override
+    void Begin(bool) override
     {
         lines = cLineReader();
         ullLine = 0;
@@ -123,15 +123,14 @@ private:
 void AddEncode(CLI::App& app, int& status)
 {
     struct Options {
-        std::vector<std::string> inputs = {"-"};
+        InputOptions inputs;
         bool bFrame = false;
     };
     const auto options = std::make_shared<Options>();
     CLI::App* encode = app.add_subcommand("encode", "Make SML of records, as decode prints them");
-    encode->add_option("INPUT", options->inputs,
-                       "Files of one JSON object per line, one after the other: lines of\n"
-                       "'decode --format records', or bare message records; - is standard input\n"
-                       "(the default)");
+    AddInputs(*encode, options->inputs,
+              "Inputs of one JSON object per line, one after the other: lines of 'decode\n"
+              "--format records', or bare message records");
     encode->add_flag("--frame", options->bFrame,
                      "Wrap each file, from its open to its close message, in a transport frame");
     encode->footer("A line that cannot be encoded is told on stderr and left out.\n"

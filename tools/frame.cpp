@@ -30,13 +30,12 @@ private:
 
 void AddFrame(CLI::App& app, int& status)
 {
-    const auto inputs = std::make_shared<std::vector<std::string>>(1, "-");
+    const auto inputs = std::make_shared<InputOptions>();
     CLI::App* frame = app.add_subcommand("frame", "Wrap raw SML files in transport frames");
-    frame->add_option("INPUT", *inputs,
-                      "Raw SML files, of which each becomes one frame; - is standard input (the\n"
-                      "default). An input of no bytes makes no frame");
+    AddInputs(*frame, *inputs,
+              "Raw SML files, of which each becomes one frame (none, when it has no bytes)");
     frame->footer("Example:\n"
-                  "  quarn frame file.sml | quarn decode");
+                  "  quarn unframe examples/household.bin | quarn frame > one.bin");
     frame->callback([inputs, &status] {
         cOutput out(STDOUT_FILENO);
         cReport report;

@@ -1,6 +1,6 @@
 // Options that several subcommands have. --trace UNIT=LEVEL shows trace lines of the library on
 // stderr; without it the library is silent, since the program tells itself what is wrong with the
-// input. --input names what an input holds.
+// input. The inputs, and how they are read. --input names what an input holds.
 #include "quarn/quarn.h"
 #include "tools/command.h"
 
@@ -52,6 +52,34 @@ void AddTraceOption(CLI::App& app)
            "LibQuarn records) up to a level (2 errors, 4 anomalies, 8 progress, 16 details)")
         ->type_name("UNIT=LEVEL")
         ->allow_extra_args(false);
+}
+
+void AddInputs(CLI::App& command, InputOptions& inputs, const std::string& what)
+{
+    command.add_option("INPUT", inputs.names,
+                       what + ":\n"
+                              "files, - for standard input (the default), serial devices such as\n"
+                              "/dev/ttyUSB0, connections as tcp:HOST:PORT");
+    command
+        .add_option_function<std::string>(
+            "--serial",
+            [&inputs](const std::string& text) {
+                if (!ParseSerialSettings(text, inputs.serial))
+                    throw CLI::ValidationError("--serial", "'" + text + "' is not like 9600,8N1");
+            },
+            "How serial lines are set: bits per second, then data bits, parity (N, E or O)\n"
+            "and stop bits (9600,8N1)")
+        ->type_name("BAUD,BITS+PARITY+STOP");
+    command.add_flag("--reconnect", inputs.bReconnect,
+                     "Open a serial line or connection again when it is lost or not there yet");
+    command.add_flag("--follow", inputs.bFollow,
+                     "Do not stop at the end of a file but wait for what is added to it");
+    command
+        .add_option("--timeout", inputs.timeout,
+                    "Milliseconds of silence that end an unfinished message: 500 on lines and\n"
+                    "connections unless given, none in files and pipes unless given; 0 is none")
+        ->check(CLI::Range(0L, 3600000L).description(""))
+        ->type_name("MS");
 }
 
 void AddInputOption(CLI::App& command, eINPUT& kind)

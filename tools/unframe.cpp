@@ -24,8 +24,10 @@ public:
     {
     }
 
-    void Begin() override { pReceiver = std::make_unique<cReceiver>(false, *this); }
+    void Begin(bool) override { pReceiver = std::make_unique<cReceiver>(false, *this); }
     void Feed(const unsigned char* data, std::size_t size) override { pReceiver->Feed(data, size); }
+    void Timeout() override { pReceiver->Timeout(); }
+    void Restart() override { pReceiver->Restart(); }
     void End() override { pReceiver->End(); }
 
 private:
@@ -78,14 +80,12 @@ private:
 void AddUnframe(CLI::App& app, int& status)
 {
     struct Options {
-        std::vector<std::string> inputs = {"-"};
+        InputOptions inputs;
         bool bKeepBad = false;
     };
     const auto options = std::make_shared<Options>();
     CLI::App* unframe = app.add_subcommand("unframe", "Take raw SML out of transport frames");
-    unframe->add_option("INPUT", options->inputs,
-                        "Files of transport frames, one after the other; - is standard input (the\n"
-                        "default)");
+    AddInputs(*unframe, options->inputs, "Inputs of transport frames, one after the other");
     unframe->add_flag("--keep-bad", options->bKeepBad,
                       "Write also what damaged and unfinished frames hold");
     unframe->footer("Frames with a wrong checksum, unfinished ones and bytes outside frames are\n"

@@ -1,12 +1,13 @@
 // The node behind a record: a head and the parameters behind it, in one piece of memory of its own
-// or in an arena. A node with more than one reference, or in an arena, is never written to. Private
-// to vorn.
+// or in an arena. A node with more than one reference, or in an arena, is never written to. Only
+// the records themselves use it; it stands in a header so that reading them costs no calls.
 #ifndef VORN_NODE_H
 #define VORN_NODE_H
 
 #include "vorn/arena.h"
 #include "vorn/record.h"
 
+#include <cstring>
 #include <limits>
 
 namespace vorn::detail
@@ -70,5 +71,48 @@ private:
 static_assert(sizeof(Node) % alignof(cRecordPar) == 0, "parameters follow the header directly");
 
 } // namespace vorn::detail
+
+namespace vorn
+{
+
+inline const cRecordPar* cRecord::begin() const noexcept
+{
+    return pNode != nullptr ? pNode->Pars() : nullptr;
+}
+
+inline const cRecordPar* cRecord::end() const noexcept
+{
+    return pNode != nullptr ? pNode->Pars() + pNode->uiCount : nullptr;
+}
+
+inline detail::Node* cRecordPar::Nested() const noexcept
+{
+    detail::Node* node = nullptr;
+    if (ucType == TYPE_RECORD)
+        std::memcpy(&node, buf.GetData(), sizeof node);
+    return node;
+}
+
+inline const cRecordPar* cRecordPar::begin() const noexcept
+{
+    detail::Node* const node = Nested();
+    return node != nullptr ? node->Pars() : nullptr;
+}
+
+inline const cRecordPar* cRecordPar::end() const noexcept
+{
+    detail::Node* const node = Nested();
+    return node != nullptr ? node->Pars() + node->uiCount : nullptr;
+}
+
+inline std::uint64_t cRecordPar::Scalar() const noexcept
+{
+    std::uint64_t bits = 0;
+    if (ucType != TYPE_NONE && ucType != TYPE_DATA && ucType != TYPE_RECORD)
+        std::memcpy(&bits, buf.GetData(), sizeof bits);
+    return bits;
+}
+
+} // namespace vorn
 
 #endif

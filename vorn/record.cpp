@@ -1,8 +1,6 @@
 // Records and parameters over their nodes.
 #include "vorn/record.h"
 
-#include "vorn/node.h"
-
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -148,22 +146,6 @@ void cRecordPar::DropRefs() noexcept
     Node::Release(Nested());
     ucNameSize = 0;
     ucType = TYPE_NONE;
-}
-
-std::uint64_t cRecordPar::Scalar() const noexcept
-{
-    std::uint64_t bits = 0;
-    if (ucType != TYPE_NONE && ucType != TYPE_DATA && ucType != TYPE_RECORD)
-        std::memcpy(&bits, buf.GetData(), sizeof bits);
-    return bits;
-}
-
-Node* cRecordPar::Nested() const noexcept
-{
-    Node* node = nullptr;
-    if (ucType == TYPE_RECORD)
-        std::memcpy(&node, buf.GetData(), sizeof node);
-    return node;
 }
 
 const cMemBuffer& cRecordPar::LongName() const noexcept
@@ -385,16 +367,6 @@ bool cRecord::SeekNextPar(cRecordPar& par, const char* name, int, int) const
         found = Find(name, std::size_t{par.uiPosition} + 1);
     par = found != nullptr ? *found : cRecordPar();
     return found != nullptr;
-}
-
-const cRecordPar* cRecord::begin() const noexcept
-{
-    return pNode != nullptr ? pNode->Pars() : nullptr;
-}
-
-const cRecordPar* cRecord::end() const noexcept
-{
-    return pNode != nullptr ? pNode->Pars() + pNode->uiCount : nullptr;
 }
 
 bool cRecordPar::SameLeaf(const cRecordPar& other) const noexcept

@@ -124,6 +124,11 @@ public:
     // Copies the nested record into out; false, and out unchanged, when this is not a record.
     bool GetRecord(cRecord& out) const noexcept;
 
+    // The parameters of the nested record in order, by reference, none when this is not a record:
+    // valid while this handle lives and is not assigned to.
+    const cRecordPar* begin() const noexcept;
+    const cRecordPar* end() const noexcept;
+
     // "name=value", as in cRecord::ToString.
     std::string ToString() const override;
 
@@ -258,5 +263,7 @@ private:
 };
 
 } // namespace vorn
+
+#include "vorn/node.h"
 
 #endif

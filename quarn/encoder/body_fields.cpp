@@ -49,12 +49,12 @@ Object ReadEntries(const vorn::cRecord& body, const Field& field, const char* la
 bool WriteEntries(const vorn::cRecordPar& par, const char* label,
                   bool (*write)(const vorn::cRecord&, cBuffer&), cBuffer& buf)
 {
-    vorn::cRecord entries;
-    par.GetRecord(entries);
-    const int n = entries.GetParCount(nullptr, 0, 0);
+    RecordReader<> entries;
+    entries.Open(&par);
+    const int n = entries.Count(nullptr);
     ToBin_as_ListCount(static_cast<unsigned short>(n), &buf);
     int left = n;
-    VisitElements(entries, label, label, [&](const vorn::cRecordPar& entry) {
+    entries.VisitElements(label, label, [&](const vorn::cRecordPar& entry) {
         vorn::cRecord rec;
         left -= RecordOf(entry, rec) && write(rec, buf) ? 1 : 0;
         return true;

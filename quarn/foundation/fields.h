@@ -8,6 +8,7 @@
 
 #include "quarn/foundation/framework.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace quarn::detail
@@ -58,18 +59,36 @@ bool HasName(const Par& par)
     return std::memcmp(par.GetName(), Label, sizeof(Label)) == 0;
 }
 
-// Finds the fields of one record. A field that is asked for when those in front of it have been is
-// found without a search. What Find returns is valid until the next call and as long as the record
-// lives unchanged.
+// Reads one record: finds its fields, and visits the elements of a list. A field that is asked for
+// when those in front of it have been is found without a search. What Find returns is valid until
+// the next call and as long as the record lives unchanged.
 template <class Record = vorn::cRecord, bool kInPlace = kShowsParameters<Record>>
 class RecordReader
 {
 public:
-    explicit RecordReader(const Record& rec) : record(rec)
+    RecordReader() = default;
+    explicit RecordReader(const Record& rec)
     {
         if constexpr (kInPlace) {
             next = rec.begin();
             end = rec.end();
+        } else {
+            record = rec;
+        }
+    }
+
+    // Goes over to the record that par holds; false, and nothing to be found, when it holds none.
+    template <class Par>
+    bool Open(const Par* par)
+    {
+        if (par == nullptr || !IsOfKind(*par, KIND_RECORD))
+            return false;
+        if constexpr (kInPlace) {
+            next = par->begin();
+            end = par->end();
+            return true;
+        } else {
+            return par->GetRecord(record);
         }
     }
 
@@ -83,6 +102,40 @@ public:
     const vorn::cRecordPar* Find(const char* label)
     {
         return Find([label](const auto& par) { return HasName(par, label); }, label);
+    }
+
+    // How many parameters of that name there are; of a null name: of any. REQUIRES: Find has not
+    // been called.
+    int Count(const char* label) const
+    {
+        if constexpr (kInPlace)
+            return static_cast<int>(std::count_if(next, end, [label](const auto& par) {
+                return label == nullptr || HasName(par, label);
+            }));
+        else
+            return record.GetParCount(label, 0, 0);
+    }
+
+    // Visits the first parameter of the name first and those behind it, or only those of the name
+    // following if one is given, until visit returns false. REQUIRES: Find has not been called.
+    template <typename Visit>
+    void VisitElements(const char* first, const char* following, Visit visit) const
+    {
+        if constexpr (kInPlace) {
+            const char* wanted = first;
+            for (const vorn::cRecordPar* par = next; par != end; ++par) {
+                if (wanted != nullptr && !HasName(*par, wanted))
+                    continue;
+                if (!visit(*par))
+                    return;
+                wanted = following;
+            }
+        } else {
+            vorn::cRecordPar par = record.GetFirstPar(first, 0, 0);
+            bool more = par.IsValid();
+            while (more && visit(par))
+                more = record.SeekNextPar(par, following, 0, 0) && par.IsValid();
+        }
     }
 
 private:
@@ -104,34 +157,11 @@ private:
         }
     }
 
-    const Record& record;
+    std::conditional_t<kInPlace, std::nullptr_t, Record> record{};
     const vorn::cRecordPar* next = nullptr;
     const vorn::cRecordPar* end = nullptr;
     std::conditional_t<kInPlace, std::nullptr_t, vorn::cRecordPar> held{};
 };
-
-// Visits the first parameter of the name first and those behind it, or only those of the name next
-// if one is given, until visit returns false.
-template <class Record, typename Visit, bool kInPlace = kShowsParameters<Record>>
-void VisitElements(const Record& record, const char* first, const char* next, Visit visit,
-                   std::bool_constant<kInPlace> = {})
-{
-    if constexpr (kInPlace) {
-        const char* wanted = first;
-        for (const vorn::cRecordPar* par = record.begin(); par != record.end(); ++par) {
-            if (wanted != nullptr && !HasName(*par, wanted))
-                continue;
-            if (!visit(*par))
-                return;
-            wanted = next;
-        }
-    } else {
-        vorn::cRecordPar par = record.GetFirstPar(first, 0, 0);
-        bool more = par.IsValid();
-        while (more && visit(par))
-            more = record.SeekNextPar(par, next, 0, 0) && par.IsValid();
-    }
-}
 
 } // namespace quarn::detail
 

@@ -88,7 +88,8 @@ static_assert(
 static_assert(
     kYields<unsigned short, decltype(vorn::createCRC16("", 0, std::declval<unsigned short>()))>);
 
-// Beyond the contract: whether records show their parameters in place, as begin() and end(), with
+// Beyond the contract: whether records show their parameters in place, as begin() and end() of a
+// record and of a parameter that holds one, with
 // GetName() of each, of which kReadableName bytes can be read whatever the name's length. The
 // library reads such records without copying parameters, others through the operations above, with
 // the same result.
@@ -101,6 +102,8 @@ inline constexpr bool kShowsParameters<
                 std::is_convertible_v<decltype(std::declval<const Record&>().begin()),
                                       const vorn::cRecordPar*> &&
                 std::is_convertible_v<decltype(std::declval<const Record&>().end()),
+                                      const vorn::cRecordPar*> &&
+                std::is_convertible_v<decltype(std::declval<const Record&>().begin()->begin()),
                                       const vorn::cRecordPar*> &&
                 std::is_convertible_v<decltype(std::declval<const Record&>().begin()->GetName()),
                                       const char*>>> = true;

@@ -146,9 +146,8 @@ template <class Fields>
 void Structure<Fields>::ReadFrom(const vorn::cRecordPar* own, Source& around)
 {
     constexpr const Shape& shape = Fields::kShape;
-    vorn::cRecord record;
-    if (IsRecord(own) && own->GetRecord(record)) {
-        Source inside(record, around.uiDepth);
+    Source inside(around.uiDepth);
+    if (inside.Open(own)) {
         Fields::Read(inside);
     } else if (shape.where != eFIELDS::ENCLOSED) {
         Fields::Read(around);
@@ -187,13 +186,13 @@ void ListCore<Traits>::ReadFrom(const vorn::cRecordPar* own, Source& around)
 {
     constexpr const ListShape& shape = Traits::kShape;
     entries.clear();
-    vorn::cRecord list;
-    if (!IsRecord(own) || !own->GetRecord(list)) {
+    RecordReader<> list;
+    if (!list.Open(own)) {
         if (shape.missingLevel != kUntraced)
             Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", shape.pcClass);
         return;
     }
-    int left = list.GetParCount(shape.element, 0, 0);
+    int left = list.Count(shape.element);
     if (left < 1) {
         Trace(LibQuarn, kError, "%s: Record %s is empty", shape.pcClass, shape.pcEmptyName);
         return;
@@ -204,7 +203,7 @@ void ListCore<Traits>::ReadFrom(const vorn::cRecordPar* own, Source& around)
     entries.reserve(static_cast<std::size_t>(left));
     const char* const label = shape.element;
     const char* const next = shape.bStepsByLabel ? label : nullptr;
-    VisitElements(list, label, next, [&](const vorn::cRecordPar& par) {
+    list.VisitElements(label, next, [&](const vorn::cRecordPar& par) {
         if (ReadElement(par, depth))
             --left;
         else
@@ -221,10 +220,9 @@ bool ListCore<Traits>::ReadElement(const vorn::cRecordPar& par, unsigned depth)
             return false;
         entries.push_back(PlainOf<Element>(par));
     } else {
-        vorn::cRecord record;
-        if (!IsOfKind(par, KIND_RECORD) || !par.GetRecord(record))
+        Source inside(depth);
+        if (!inside.Open(&par))
             return false;
-        Source inside(record, depth);
         Element& element = entries.emplace_back();
         Access::Read(element, inside);
         if (!element.IsValid())

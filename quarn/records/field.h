@@ -31,6 +31,7 @@ inline constexpr bool kIsPlain = std::is_arithmetic_v<T> || std::is_same_v<T, st
 
 // What an object is read from: a record, and how many lists stand around it.
 struct Source : RecordReader<> {
+    explicit Source(unsigned depth) : uiDepth(depth) {}
     Source(const vorn::cRecord& rec, unsigned depth) : RecordReader(rec), uiDepth(depth) {}
 
     unsigned uiDepth;

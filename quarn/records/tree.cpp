@@ -24,22 +24,20 @@ void ProcParValueCore::CopyFrom(const ProcParValueCore& other)
 
 void ProcParValueCore::ReadFrom(const vorn::cRecordPar* own, Source& around)
 {
-    vorn::cRecord record;
-    if (!IsRecord(own) || !own->GetRecord(record)) {
+    Source inside(around.uiDepth);
+    if (!inside.Open(own)) {
         Trace(LibQuarn, kDetail, "cSmlProcParValue::CTOR: record invalid/empty!");
         return;
     }
-    Source inside(record, around.uiDepth);
     unsigned type = 0;
     if (!ReadValue(inside.Find<label::type>(), inside, type))
         return;
     const vorn::cRecordPar* const value = inside.Find<label::value>();
-    vorn::cRecord nested;
+    Source alternative(around.uiDepth);
     if (type == 1) {
         if (!ReadValue(value, inside, alternatives.emplace<cSmlValue>()))
             Clear();
-    } else if (IsRecord(value) && value->GetRecord(nested)) {
-        Source alternative(nested, around.uiDepth);
+    } else if (alternative.Open(value)) {
         ReadAlternative(type, alternative);
     }
 }

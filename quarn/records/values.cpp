@@ -76,11 +76,9 @@ bool cSmlTime::GetOffsets(short& locOffset, short& seaOffset) const noexcept
 
 void cSmlTime::ReadFrom(const vorn::cRecordPar* own, Source& around)
 {
-    vorn::cRecord record;
-    if (!IsRecord(own) || !own->GetRecord(record))
-        return;
-    Source inside(record, around.uiDepth);
-    FieldSet::Read(inside);
+    Source inside(around.uiDepth);
+    if (inside.Open(own))
+        FieldSet::Read(inside);
 }
 
 bool cSmlTime::WriteInto(RecordBuilder& own) const
@@ -150,9 +148,8 @@ void ValueCore::ReadFrom(const vorn::cRecordPar* own, Source& around)
         Trace(LibQuarn, kDetail, "cSmlValue::CTOR: record invalid/empty!");
         return;
     }
-    vorn::cRecord nested;
-    if (IsRecord(own) && own->GetRecord(nested)) {
-        Source inside(nested, around.uiDepth);
+    Source inside(around.uiDepth);
+    if (inside.Open(own)) {
         auto& listType = alternatives.emplace<cSmlListType>();
         Access::Read(listType, inside);
         bValid = listType.IsValid();

@@ -41,9 +41,11 @@ inline long PlainRun(const cBuffer& in, long room) noexcept
 
 inline bool IsEscapeNext(const cBuffer& in) noexcept { return *in.ReadPtr() == kEscape; }
 
-// The CRC register after length bytes, 0 to kMaxRun.
+// The CRC register after length bytes, 0 to some more than kMaxRun.
 inline unsigned short CrcOfRun(const char* bytes, long length, unsigned short crc) noexcept
 {
+    if (length == 0)
+        return crc;
     return static_cast<unsigned short>(~vorn::createCRC16(bytes, static_cast<int>(length), crc));
 }
 

@@ -22,6 +22,17 @@ constexpr unsigned short kCrcAfterStart = 0x91DC; // the register after the star
 constexpr unsigned short kCrcGood = 0xF0B8;       // the register after a good frame's last byte
 constexpr int kMaxPadding = 3;
 constexpr int kTailLength = 4;
+constexpr long kEndLength = 8;
+constexpr char kStartSequence[kStartLength] = {kEscape, kEscape, kEscape, kEscape,
+                                               kStart,  kStart,  kStart,  kStart};
+constexpr char kEndSequence[] = {kEscape, kEscape, kEscape, kEscape, kEnd}; // padding, CRC follow
+
+// The whole end sequence lies behind the next run bytes.
+bool IsEndBehind(const cBuffer& in, long run) noexcept
+{
+    return in.Left() - run >= kEndLength &&
+           std::memcmp(in.ReadPtr() + run, kEndSequence, sizeof kEndSequence) == 0;
+}
 
 // How far the start sequence is recognised once b has followed the first index bytes of it.
 int MatchStart(int index, unsigned char b) noexcept
@@ -109,8 +120,15 @@ int SmlTpRx::Idle(cBuffer& in) noexcept
 int SmlTpRx::Hunt(cBuffer& in) noexcept
 {
     for (;;) {
-        if (iIndex == 0)
+        if (iIndex == 0) {
             in.Skip(FindEscape(in.ReadPtr(), in.ReadPtr() + in.Left()) - in.ReadPtr());
+            if (in.Left() >= kStartLength &&
+                std::memcmp(in.ReadPtr(), kStartSequence, kStartLength) == 0) {
+                in.Skip(kStartLength);
+                eState = STATE_START;
+                return kGoOn;
+            }
+        }
         if (in.Left() == 0)
             break;
         iIndex = MatchStart(iIndex, in.GetQuick());
@@ -138,6 +156,8 @@ int SmlTpRx::Data(cBuffer& in, cBuffer& out) noexcept
 {
     while (in.Left() > 0) {
         const long run = PlainRun(in, out.Free() + Fifo3::kMax - window.Count());
+        if (IsEndBehind(in, run) && out.Free() >= window.Count() + run)
+            return Finish(in, run, out);
         if (run > 0) {
             MoveRun(in.ReadPtr(), run, out);
             in.Skip(run);
@@ -231,6 +251,28 @@ int SmlTpRx::CrcCheck(cBuffer& in, cBuffer& out) noexcept
             return SMLTP_INPUT_EMPTY;
         Take(in);
     }
+    return EndFrame(in, out);
+}
+
+// The last run of a frame and its end sequence at once, as the states from ESC to CRC_CHECK do byte
+// by byte. REQUIRES: IsEndBehind, and room for all that is content.
+int SmlTpRx::Finish(cBuffer& in, long run, cBuffer& out) noexcept
+{
+    usCrc = CrcOfRun(in.ReadPtr(), run + kEndLength, usCrc);
+    const int padding =
+        static_cast<unsigned char>(in.ReadPtr()[run + static_cast<long>(sizeof kEndSequence)]);
+    const long held = window.Count();
+    const long dropped = std::min(padding <= kMaxPadding ? long{padding} : 0L, held + run);
+    const long content = held + run - dropped;
+    for (long i = std::min(held, content); i > 0; --i)
+        out.PutQuick(static_cast<char>(window.Get()));
+    out.Put(in.ReadPtr(), std::max(content - held, 0L));
+    in.Skip(run + kEndLength);
+    return EndFrame(in, out);
+}
+
+int SmlTpRx::EndFrame(const cBuffer& in, cBuffer& out) noexcept
+{
     out.SetFlags(BUF_FLAG_LAST);
     if (usCrc != kCrcGood) {
         Trace(LibSmlt, kError, "CRC-ERROR");

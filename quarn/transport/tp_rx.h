@@ -82,6 +82,8 @@ private:
     int TailOut(cBuffer& out) noexcept;
     int CrcCheck(cBuffer& in, cBuffer& out) noexcept;
 
+    int Finish(cBuffer& in, long run, cBuffer& out) noexcept;
+    int EndFrame(const cBuffer& in, cBuffer& out) noexcept;
     int FlushThen(eSTATE next, int escapes) noexcept;
     unsigned char Take(cBuffer& in) noexcept;
     bool ThroughWindow(unsigned char b, cBuffer& out) noexcept;

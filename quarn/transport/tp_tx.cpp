@@ -34,8 +34,10 @@ void SmlTpTx::Reset() noexcept { eState = iMode == SMLT_MODE_RAW ? STATE_RAW : S
 int SmlTpTx::Process(cBuffer* in, cBuffer* out) noexcept
 {
     int result = kGoOn;
+    lUncounted = 0;
     while (result == kGoOn)
         result = Step(*in, *out);
+    CountIn(*out);
     if (eState >= STATE_START)
         out->SetFlags(BUF_FLAG_TP);
     return result;
@@ -171,6 +173,7 @@ int SmlTpTx::End(cBuffer& out) noexcept
                                      kEscape, kEnd,    static_cast<char>(iCount)};
     if (iIndex < kCrcLowAt && !WriteSequence(covered, kCrcLowAt, out))
         return SMLTP_OUTPUT_FULL;
+    CountIn(out);
     for (; iIndex < kEndLength; ++iIndex) {
         if (out.Free() == 0)
             return SMLTP_OUTPUT_FULL;
@@ -200,7 +203,16 @@ bool SmlTpTx::WriteSequence(const char* sequence, int length, cBuffer& out) noex
 
 void SmlTpTx::Write(const char* bytes, long length, cBuffer& out) noexcept
 {
-    usCrc = CrcOfRun(bytes, length, usCrc);
     uiLength += static_cast<unsigned int>(length);
     out.Put(bytes, length);
+    lUncounted += length;
+    if (lUncounted >= kMaxRun)
+        CountIn(out);
+}
+
+// Takes the last bytes of out that the CRC has yet to cover into it, in one pass.
+void SmlTpTx::CountIn(const cBuffer& out) noexcept
+{
+    usCrc = CrcOfRun(out.ReadPtr() + out.Left() - lUncounted, lUncounted, usCrc);
+    lUncounted = 0;
 }

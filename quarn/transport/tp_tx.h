@@ -77,6 +77,7 @@ private:
     void Enter(eSTATE state) noexcept;
     bool WriteSequence(const char* sequence, int length, cBuffer& out) noexcept;
     void Write(const char* bytes, long length, cBuffer& out) noexcept;
+    void CountIn(const cBuffer& out) noexcept;
 
     int iMode;
     eSTATE eState = STATE_IDLE;
@@ -84,6 +85,7 @@ private:
     int iCount = 0;            // escape bytes of the run being counted or written; then padding
     unsigned int uiLength = 0; // bytes of the frame written; only its last two bits matter
     unsigned short usCrc = 0;  // running register
+    long lUncounted = 0;       // bytes at the end of the output that are not yet in it
 };
 
 #endif

@@ -36,6 +36,7 @@ std::string Encoded(Encoder encode, const cRecord& body,
 }
 
 const std::string kHeaderHex = "760201 6200 6200";
+const std::string kHeader = Hexed(kHeaderHex);
 
 const std::string kTime = "={type=u1 value=u0x5F5E1000} ";
 const std::string kTimeHex = "726201655F5E1000 ";
@@ -143,6 +144,34 @@ TEST(Encode, EveryMessageWithAllFieldsAndWithNone)
         cRecord result;
         row.encode(body, body, result);
         EXPECT_EQ(result.begin()->ToString(), "SmltFlags=" + std::to_string(row.flags));
+    }
+}
+
+// A header that lacks something is traced, and the message is then made of objects: the same bytes.
+TEST(Encode, PlainMessagesAreWrittenAsObjectsWouldBe)
+{
+    EncoderTrace trace(2);
+    const auto expectSame = [](Encoder encode, const cRecord& body) {
+        const std::string plain = Encoded(encode, body);
+        const std::string made = Encoded(encode, body, Rec("transactionId=x01 groupNo=u0"));
+        EXPECT_EQ(plain.substr(0, 14), kHeader) << body.ToString();
+        EXPECT_EQ(kHeader.substr(0, 10) + "01" + plain.substr(14), made) << body.ToString();
+    };
+    for (const MessageRow& row : kMessages)
+        expectSame(row.encode, Rec(row.body));
+    for (const int size : {0, 1, 13, 14, 15, 20, 21, 253, 254, 1200, 1201}) {
+        const std::string data(2 * static_cast<std::size_t>(size), '5');
+        expectSame(Encode_Close_Request, Rec("globalSignature=x" + data));
+    }
+    for (const char* bits :
+         {"0x7F", "0x80", "0x7FFF", "0x8000", "0x7FFFFF", "0x800000", "0x7FFFFFFF", "0x80000000",
+          "0xFFFFFFFF", "0x7FFFFFFFFFFF", "0x800000000000", "0xFFFFFFFFFFFF", "0x1000000000000",
+          "0xFFFFFFFFFFFFFFFF"}) {
+        std::string entries;
+        for (const char* kind : {"u", "i", "U", "I", "b"})
+            entries += "valListEntry={value=" + std::string(kind) + bits + " status=U" + bits +
+                       " unit=u" + bits + " scaler=i" + bits + " objName=U" + bits + "} ";
+        expectSame(Encode_GetList_Response, Rec("serverId=x41 valList={" + entries + "}"));
     }
 }
 

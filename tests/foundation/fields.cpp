@@ -59,7 +59,8 @@ std::string ReadAll(const vorn::cRecord& record, const std::vector<std::string>&
             found += std::to_string(par.GetUInt()) + '.';
             return par.GetUInt() != 7;
         };
-        VisitElements(record, labels[0].c_str(), next, visit, std::bool_constant<kInPlace>());
+        const RecordReader<vorn::cRecord, kInPlace> elements(record);
+        elements.VisitElements(labels[0].c_str(), next, visit);
     }
     return found;
 }

@@ -22,7 +22,7 @@ commands=$("$program" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1
 for command in '' $commands; do
     [[ $page == *".SS $command"* ]] || fail "not in the manual: $command"
     [[ $(offer quarn "$command") == *" ${command:-check} "* ]] || fail "not offered: $command"
-    for option in $("$program" $command --help | grep -oE '^ +(-.,)?--[a-z-]+' | grep -oE -- '--.*'); do
+    for option in $("$program" $command --help | grep -oE '^  (-.,)?--[a-z-]+' | grep -oE -- '--.*'); do
         [[ $option == --help || $page == *"$option"* ]] || fail "not in the manual: $command $option"
         [[ $(offer quarn $command "$option") == *" $option "* ]] ||
             fail "not offered: $command $option"

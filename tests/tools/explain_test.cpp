@@ -81,7 +81,7 @@ Told Explain(const std::string& input, std::size_t piece = std::string::npos,
     LibSmlp->iLevel = LibSmlt->iLevel = 0; // the damage is meant
     testing::internal::CaptureStderr();
     Explainer explainer(kind, listener, report);
-    explainer.Begin();
+    explainer.Begin(false);
     for (std::size_t at = 0; at < input.size();) {
         const std::size_t size = std::min(piece, input.size() - at);
         explainer.Feed(reinterpret_cast<const unsigned char*>(input.data()) + at, size);

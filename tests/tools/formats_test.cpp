@@ -1,6 +1,7 @@
 // Hand-built records in every format.
 #include "tests/support/hex.h"
 #include "tools/output/format.h"
+#include "tools/reading/correction.h"
 
 #include <cstdio>
 #include <functional>
@@ -46,17 +47,19 @@ vorn::cRecord Message(unsigned identifier, const char* label, const vorn::cRecor
                 {"SmltFlags", 16U}});
 }
 
-std::string Print(std::unique_ptr<tool::cFormat> (*make)(tool::cOutput&),
-                  const vorn::cRecord& record)
+std::string
+Print(std::unique_ptr<tool::cFormat> (*make)(tool::cOutput&, const tool::FormatOptions&),
+      const vorn::cRecord& record, const std::vector<tool::Correction>& corrections = {})
 {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), std::fclose);
     tool::cOutput out(::fileno(file.get()));
-    const std::unique_ptr<tool::cFormat> format = make(out);
+    const std::unique_ptr<tool::cFormat> format = make(out, {false, !corrections.empty(), false});
     tool::Frame frame;
     frame.ullNumber = 7;
     const tool::MessageInfo info = tool::DescribeMessage(record);
     std::vector<tool::Reading> readings;
     tool::CollectReadings(info, readings);
+    tool::Correct(corrections, info.server, readings);
     format->Message(frame, info, record, readings);
     out.Drain();
     std::rewind(file.get());
@@ -183,6 +186,37 @@ TEST(Formats, ReadingsAsCsv)
                   "\"a\"\"b,c\\\",,,,\n" + "7,2,0a01,80" + energy + "c3a9001b,,,,\n" +
                   "7,2,0a01,80" + energy + "true,,,,\n" + "7,2,0a01,80" + energy + "90,,,90,\n" +
                   "7,2,0a01,80" + energy + ",,,,\n");
+}
+
+// The number that came stays, and the correction is named.
+TEST(Formats, CorrectedReadings)
+{
+    const auto entry = [](int value) {
+        return Par("valListEntry", Rec({{"objName", std::uint64_t{0x0100100700FF}},
+                                        {"unit", 27U},
+                                        {"scaler", -1},
+                                        {"value", value}}));
+    };
+    const vorn::cRecord record = Message(SML_GET_LIST_RES, "SmlGetListRes",
+                                         Rec({{"valList", Rec({entry(-536), entry(7)})}}));
+    tool::Correction correction;
+    ASSERT_TRUE(tool::ParseCorrection("16.7.0=unsigned", correction));
+    const std::string head =
+        R"({"frame":7,"message":2,"server":"","obis":"1-0:16.7.0*255","name":"Active power",)";
+    EXPECT_EQ(Print(tool::MakeReadingsFormat, record, {correction}),
+              head +
+                  R"("value":6500.0,"unit":"W","scaler":-1,"raw":-536,"correction":"unsigned"})"
+                  "\n" +
+                  head +
+                  R"("value":0.7,"unit":"W","scaler":-1,"raw":7})"
+                  "\n");
+    EXPECT_EQ(Print(tool::MakeCsvFormat, record, {correction}),
+              "7,2,,,1-0:16.7.0*255,Active power,6500.0,W,-1,-536,,unsigned\n"
+              "7,2,,,1-0:16.7.0*255,Active power,0.7,W,-1,7,,\n");
+    EXPECT_EQ(Print(tool::MakeTextFormat, record, {correction}),
+              "frame 7\n"
+              "  1-0:16.7.0*255         Active power  6500.0 W  (unsigned of -536)\n"
+              "  1-0:16.7.0*255         Active power     0.7 W\n");
 }
 
 TEST(Formats, TextAlignsReadingsAndOutlinesTheRest)

@@ -343,10 +343,6 @@ TEST(Inverse, CheckCounts)
          R"("servers":["0a0158595a0000123456"]})"},
         {{"check"}, stream, 1, "status -6, the checksum of the message is wrong"},
         {{"check", "--json", "-"}, "", 0, R"("bytes":0)"},
-        {{"check", "--help"}, "", 0, "quarn check --json"},
-        {{"encode", "--help"}, "", 0, "quarn encode --frame"},
-        {{"frame", "--help"}, "", 0, "quarn frame file.sml"},
-        {{"unframe", "--help"}, "", 0, "quarn unframe examples"},
     };
     for (const auto& row : rows) {
         const Ran ran = Quarn(row.args, row.input);

@@ -23,8 +23,9 @@ namespace test
 class Program
 {
 public:
-    // stdoutPath: where standard output goes instead of to this object.
-    explicit Program(std::vector<std::string> args, const char* stdoutPath = nullptr)
+    // stdoutPath, stderrPath: where its outputs go instead of to this object.
+    explicit Program(std::vector<std::string> args, const char* stdoutPath = nullptr,
+                     const char* stderrPath = nullptr)
     {
         std::signal(SIGPIPE, SIG_IGN);
         int in[2];
@@ -36,11 +37,18 @@ public:
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, in[0], 0);
-        posix_spawn_file_actions_adddup2(&actions, errPipe[1], 2);
-        if (stdoutPath != nullptr)
-            posix_spawn_file_actions_addopen(&actions, 1, stdoutPath, O_WRONLY, 0);
-        else
-            posix_spawn_file_actions_adddup2(&actions, outPipe[1], 1);
+        const struct {
+            int iFd;
+            int iPipe;
+            const char* pcPath;
+        } outputs[] = {{1, outPipe[1], stdoutPath}, {2, errPipe[1], stderrPath}};
+        for (const auto& output : outputs) {
+            if (output.pcPath != nullptr)
+                posix_spawn_file_actions_addopen(&actions, output.iFd, output.pcPath,
+                                                 O_WRONLY | O_NOCTTY, 0);
+            else
+                posix_spawn_file_actions_adddup2(&actions, output.iPipe, output.iFd);
+        }
         args.insert(args.begin(), QUARN_PROGRAM);
         std::vector<char*> argv;
         for (std::string& arg : args)
@@ -78,14 +86,11 @@ public:
             bytes.remove_prefix(static_cast<std::size_t>(count));
         }
     }
-    // Waits at most ten seconds for text on its standard output.
-    bool Says(std::string_view text)
-    {
-        for (int i = 0; i < 100 && out.find(text) == std::string::npos; ++i)
-            Listen(100);
-        return out.find(text) != std::string::npos;
-    }
+    // Waits at most ten seconds for text on its standard output, or on its standard error.
+    bool Says(std::string_view text) { return Waits(out, text); }
+    bool Tells(std::string_view text) { return Waits(err, text); }
     void Interrupt() const { ::kill(pid, SIGINT); }
+    void Kill() const { ::kill(pid, SIGKILL); }
 
     // Ends its input, waits for its end and returns its exit status (128 and more: a signal).
     int Finish()
@@ -112,6 +117,12 @@ public:
     std::string err;
 
 private:
+    bool Waits(const std::string& said, std::string_view text)
+    {
+        for (int i = 0; i < 100 && said.find(text) == std::string::npos; ++i)
+            Listen(100);
+        return said.find(text) != std::string::npos;
+    }
     // Takes what has been said; false when both of its outputs are closed.
     bool Listen(int timeout)
     {

@@ -2,14 +2,19 @@
 #include "tests/support/captures.h"
 #include "tests/support/hex.h"
 #include "tests/tools/program.h"
+#include "tests/tools/terminal.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <fstream>
 #include <gtest/gtest.h>
 
 namespace
 {
 
 using test::Program;
+using test::TempPath;
+using test::Terminal;
 
 const std::string kExample = QUARN_EXAMPLES "/household.bin";
 constexpr std::size_t kFrame = 252; // of the example: five frames, the third one damaged
@@ -107,11 +112,28 @@ TEST(Program, StatusAndOutput)
          12,
          "",
          "FILE Ok, Size=236 Bytes"},
-        {"version", {"--version"}, "", 0, 1, "quarn 0.1.0\n", ""},
-        {"help", {"--help"}, "", 0, 0, "Example:\n", ""},
-        {"help of decode", {"decode", "--help"}, "", 0, 0, "quarn decode --obis", ""},
+        {"version", {"--version"}, "", 0, 2, " build by ", ""},
+        {"latest", {"decode", "--watch", kExample}, "", 1, 7, "  2012439.5 Wh\n", "withheld: 6"},
+        {"corrected",
+         {"decode", "--obis", "16.7.0", "--correct", "0A0158595A0000123456/16.7.0=unsigned",
+          kExample},
+         "",
+         1,
+         4,
+         R"("value":64881,"unit":"W","scaler":0,"raw":-655,"correction":"unsigned"})",
+         "withheld: 1"},
         {"no command", {}, "", 2, 0, "", "command is required"},
-        {"unknown command", {"decrypt"}, "", 2, 0, "", "decrypt"},
+        {"unknown command", {"decrypt"}, "", 2, 0, "", "'decrypt': there are decode, encode"},
+        {"mistyped command",
+         {"--trace", "LibSmlp=2", "simulat", "--count", "3"},
+         "",
+         2,
+         0,
+         "",
+         "did you mean 'simulate'?"},
+        {"two formats", {"decode", "--watch", "--format", "csv"}, "", 2, 0, "", "excludes"},
+        {"bad correction", {"decode", "--correct", "1.8.0=off"}, "", 2, 0, "", "1.8.0=off"},
+        {"bad line", {"check", "--serial", "8N1"}, "", 2, 0, "", "'8N1' is not like 9600,8N1"},
         {"unknown option", {"decode", "--fast"}, "", 2, 0, "", "--fast"},
         {"unknown format", {"decode", "--format", "xml"}, "", 2, 0, "", "xml"},
         {"unknown input", {"decode", "--input", "xml"}, "", 2, 0, "", "xml"},
@@ -133,6 +155,47 @@ TEST(Program, StatusAndOutput)
             EXPECT_EQ(quarn.err, "") << row.pcName;
         }
     }
+}
+
+// Colours, a bar for a long file and a table that is drawn over itself: on a terminal alone.
+TEST(Program, OnATerminal)
+{
+    const std::string path = TempPath("screen");
+    std::string bytes;
+    for (int i = 0; i < 40000; ++i)
+        bytes += Example(2);
+    const std::string large = TempPath("large");
+    std::ofstream(large, std::ios::binary) << bytes;
+    const struct {
+        const char* pcName;
+        std::vector<std::string> args;
+        const char* pcNoColour;
+        bool bErrors; // on the terminal, instead of the output
+        const char* pcShown;
+        const char* pcNotShown;
+    } rows[] = {
+        {"text", {"decode", kExample}, "", false, "\x1B[1mframe 5  server", "\x1B[H"},
+        {"plain", {"decode", kExample}, "1", false, "\r\nframe 5  server", "\x1B["},
+        {"error", {"check", kExample}, "", true, "\x1B[33mquarn:\x1B[0m ", "\x1B[K"},
+        {"plain error", {"check", kExample}, "1", true, "\nquarn: ", "\x1B["},
+        {"bar", {"decode", large}, "", true, " %  ", "frame 1\r"},
+        {"table", {"decode", "--watch", kExample}, "", false, "\x1B[H\x1B[1mserver 0a", "frame 3"},
+        {"latest", {"decode", "--watch", kExample}, "", false, "2012439.5 Wh", "{"},
+    };
+    for (const auto& row : rows) {
+        Terminal screen(path);
+        ::setenv("NO_COLOR", row.pcNoColour, 1);
+        Program quarn(row.args, row.bErrors ? "/dev/null" : path.c_str(),
+                      row.bErrors ? path.c_str() : nullptr);
+        ::unsetenv("NO_COLOR");
+        EXPECT_TRUE(screen.Shows(row.pcShown)) << row.pcName << screen.shown.substr(0, 2000);
+        while (screen.Look(300)) {
+        }
+        EXPECT_EQ(screen.shown.find(row.pcNotShown), std::string::npos)
+            << row.pcName << screen.shown.substr(0, 2000);
+        EXPECT_EQ(quarn.Finish(), row.args.back() == large ? 0 : 1) << row.pcName;
+    }
+    std::filesystem::remove(large);
 }
 
 TEST(Program, OutputThatFails)

@@ -45,6 +45,10 @@ public:
     {
         text << (loss == tool::eLOSS::CUT_OFF ? "cut" : "broken") << frame.ullNumber << ' ';
     }
+    void OnTimeout(const tool::Frame& frame) override
+    {
+        text << "silent" << frame.ullNumber << ' ';
+    }
     void OnGap(std::uint64_t offset, std::uint64_t count, tool::eGAP gap) override
     {
         text << "gap" << count << '@' << offset << ':' << static_cast<int>(gap) << ' ';
@@ -151,6 +155,53 @@ TEST(Receiver, TellsTheSameInAnyPieces)
     }
 }
 
+// Silence ends a message that is unfinished, a restart the frame. What arrives of the message later
+// is refused, behind the record (without a number) of a message whose kind nobody knows.
+TEST(Receiver, SilenceAndRestart)
+{
+    const std::string file = ExampleFile();
+    const std::string frame = Framed(file);
+    const std::size_t close = frame.size() - 8; // what has arrived: all but end and window
+    const struct {
+        const char* pcName;
+        std::size_t uiBefore; // of the frame, then silence or a restart
+        bool bRestart;
+        std::string rest;
+        std::string told;
+    } rows[] = {
+        {"inside a message", 100, false, frame,
+         "m1.1 silent1 m1.0 x1 broken1 m1.1 m1.2 m1.3 end1:ok,236,3 "},
+        {"what is late is refused", 100, false, frame.substr(100),
+         "m1.1 silent1 m1.0 x1 end1:ok,236,2 "},
+        {"before a frame", 0, false, frame, "m1.1 m1.2 m1.3 end1:ok,236,3 "},
+        {"behind a frame", 252, false, frame,
+         "m1.1 m1.2 m1.3 end1:ok,236,3 m2.1 m2.2 m2.3 end2:ok,236,3 "},
+        {"before its end", close, false, frame.substr(close),
+         "m1.1 m1.2 silent1 m1.0 x1 end1:ok,236,3 "},
+        {"restart in a frame", 100, true, frame.substr(200) + frame,
+         "m1.1 cut1 gap52@100:0 m1.1 m1.2 m1.3 end1:ok,236,3 "},
+        {"restart behind one", 252, true, "x" + frame,
+         "m1.1 m1.2 m1.3 end1:ok,236,3 gap1@252:0 m2.1 m2.2 m2.3 end2:ok,236,3 "},
+        {"restart in a start sequence", 5, true, frame.substr(5) + frame,
+         "cut1 gap247@5:0 m1.1 m1.2 m1.3 end1:ok,236,3 "},
+    };
+    for (const auto& row : rows) {
+        Transcript transcript;
+        tool::cReceiver receiver(false, transcript);
+        const auto feed = [&receiver](const std::string& bytes) {
+            receiver.Feed(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+        };
+        feed(frame.substr(0, row.uiBefore));
+        if (row.bRestart)
+            receiver.Restart();
+        else
+            receiver.Timeout();
+        feed(row.rest);
+        receiver.End();
+        EXPECT_EQ(transcript.text.str(), row.told) << row.pcName;
+    }
+}
+
 TEST(Receiver, RawFilesAreOneGoodFrame)
 {
     const std::string file = ExampleFile();
@@ -192,7 +243,7 @@ public:
 private:
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> file;
     tool::cOutput output;
-    std::unique_ptr<tool::cFormat> format = tool::MakeRecordsFormat(output);
+    std::unique_ptr<tool::cFormat> format = tool::MakeRecordsFormat(output, {});
     std::uint64_t ullFinished = 0;
 };
 
@@ -210,7 +261,7 @@ TEST(Receiver, CapturesGiveTheirRecordsInAnyPieces)
                  {tool::INPUT_FRAMED, tool::INPUT_AUTO, tool::INPUT_HEX}) {
                 RecordLines lines;
                 tool::cReport report;
-                tool::cIntake intake(kind, lines, report);
+                tool::cIntake intake(kind, false, lines, report);
                 FeedPieces(intake, kind == tool::INPUT_HEX ? test::ToHex(bytes) : bytes, piece);
                 EXPECT_EQ(lines.Lines(), expected) << path << " by " << piece;
             }

@@ -2,6 +2,8 @@
 #include "tests/support/hex.h"
 #include "tools/input/format.h"
 #include "tools/input/hex_reader.h"
+#include "tools/input/serial_settings.h"
+#include "tools/reading/correction.h"
 #include "tools/reading/decimal.h"
 #include "tools/reading/obis.h"
 #include "tools/reading/status.h"
@@ -135,6 +137,96 @@ TEST(Tables, HexTextInAnyPieces)
             EXPECT_EQ(test::ToHex(bytes), row.pcBytes) << row.pcText;
             EXPECT_EQ(reader.Position(), row.ullPosition) << row.pcText;
             EXPECT_EQ(reader.HasHalfByte(), row.bHalf) << row.pcText;
+        }
+    }
+}
+
+TEST(Tables, CorrectionsOfReadings)
+{
+    const struct {
+        const char* pcCorrection;
+        std::int64_t llRaw;
+        int iType;        // kind of parameter that holds it
+        std::string text; // corrected; empty: as it is
+    } rows[] = {
+        {"16.7.0=unsigned", -536, vorn::TYPE_SINT, "65000"},
+        {"*=unsigned", -32768, vorn::TYPE_SINT, "32768"},
+        {"*=unsigned", -1, vorn::TYPE_SINT, "65535"},
+        {"*=unsigned", -32769, vorn::TYPE_SINT, "4294934527"},
+        {"*=unsigned", -536, vorn::TYPE_SINT64, "18446744073709551080"},
+        {"*=unsigned", 536, vorn::TYPE_SINT, ""},
+        {"*=sign8", 251, vorn::TYPE_UINT, "-5"},
+        {"*=sign8", 128, vorn::TYPE_SINT, "-128"},
+        {"*=sign8", 255, vorn::TYPE_UINT64, "-1"},
+        {"*=sign8", 127, vorn::TYPE_UINT, ""},
+        {"*=sign8", 256, vorn::TYPE_UINT, ""},
+        {"*=sign8", -5, vorn::TYPE_SINT, ""},
+        {"1.8.0=sign8", 251, vorn::TYPE_UINT, ""},
+        {"0A01/*=sign8", 251, vorn::TYPE_UINT, "-5"},
+        {"0a02/*=sign8", 251, vorn::TYPE_UINT, ""},
+    };
+    for (const auto& row : rows) {
+        tool::Correction correction;
+        ASSERT_TRUE(tool::ParseCorrection(row.pcCorrection, correction)) << row.pcCorrection;
+        vorn::cRecord record;
+        if (row.iType == vorn::TYPE_SINT)
+            record.AppendSIntPar("value", static_cast<int>(row.llRaw), 0);
+        else if (row.iType == vorn::TYPE_SINT64)
+            record.AppendSInt64Par("value", row.llRaw, 0);
+        else if (row.iType == vorn::TYPE_UINT)
+            record.AppendUIntPar("value", static_cast<unsigned>(row.llRaw), 0);
+        else
+            record.AppendUInt64Par("value", static_cast<std::uint64_t>(row.llRaw), 0);
+        std::vector<tool::Reading> readings(1);
+        readings[0].ullObis = 0x0100100700FF;
+        readings[0].pValue = &*record.begin();
+        tool::Correct({correction}, "\x0A\x01", readings);
+        char text[tool::kMaxDecimal];
+        const std::optional<Integer>& corrected = readings[0].corrected;
+        EXPECT_EQ(corrected ? std::string(text, tool::FormatDecimal(*corrected, 0, text)) : "",
+                  row.text)
+            << row.pcCorrection << ' ' << row.llRaw;
+        EXPECT_EQ(*readings[0].pcCorrection != '\0', corrected.has_value());
+    }
+    for (const char* bad : {"", "1.8.0", "=sign8", "1.8.0=", "1.8.x=sign8", "1.8.0=sign16",
+                            "/1.8.0=sign8", "0a0/1.8.0=sign8", "0x/1.8.0=sign8", "0a01/=sign8"}) {
+        tool::Correction correction;
+        EXPECT_FALSE(tool::ParseCorrection(bad, correction)) << bad;
+    }
+}
+
+TEST(Tables, SerialSettings)
+{
+    const struct {
+        const char* pcText;
+        bool bGood;
+        tool::SerialSettings settings;
+    } rows[] = {
+        {"9600,8N1", true, {9600, 8, 'N', 2}},
+        {"300,7e1.5", true, {300, 7, 'E', 3}},
+        {"115200,5O2", true, {115200, 5, 'O', 4}},
+        {"", false, {}},
+        {"9600", false, {}},
+        {"9600,", false, {}},
+        {"9600,8N", false, {}},
+        {"9600;8N1", false, {}},
+        {"0,8N1", false, {}},
+        {"-1,8N1", false, {}},
+        {"9600,9N1", false, {}},
+        {"9600,4N1", false, {}},
+        {"9600,8X1", false, {}},
+        {"9600,8N3", false, {}},
+        {"9600,8N11", false, {}},
+        {"99999999999,8N1", false, {}},
+    };
+    for (const auto& row : rows) {
+        tool::SerialSettings settings;
+        EXPECT_EQ(tool::ParseSerialSettings(row.pcText, settings), row.bGood) << row.pcText;
+        if (row.bGood) {
+            EXPECT_EQ(settings.uiBaud, row.settings.uiBaud) << row.pcText;
+            EXPECT_EQ(settings.uiBits, row.settings.uiBits) << row.pcText;
+            EXPECT_EQ(settings.cParity, row.settings.cParity) << row.pcText;
+            EXPECT_EQ(settings.uiHalfStopBits, row.settings.uiHalfStopBits) << row.pcText;
         }
     }
 }

@@ -82,7 +82,7 @@ bool SameValue(const vorn::cRecordPar& meant, const vorn::cRecordPar& read)
         return meant == read;
     const vorn::cRecord a = Nested(meant);
     const vorn::cRecord b = Nested(read);
-    if (ElementLabel(meant.GetName()) != nullptr)
+    if (SmlElementLabel(meant.GetName()) != nullptr)
         return std::equal(a.begin(), a.end(), b.begin(), b.end(), SameValue);
     return Difference(a, b) == nullptr && CountFields(a) == CountFields(b);
 }

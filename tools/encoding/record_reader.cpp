@@ -25,6 +25,7 @@ struct FieldRow {
     const char* pcElement = nullptr; // of a list
 };
 
+// Lists are known to the library.
 constexpr FieldRow kFields[] = {
     // Lines of events
     {"event", eKIND::TEXT},
@@ -95,20 +96,13 @@ constexpr FieldRow kFields[] = {
     {"actSensorTime", eKIND::RECORD},
     {"listSignature", eKIND::DATA},
     {"actGatewayTime", eKIND::RECORD},
-    // Lists and their elements
-    {"parTreePath", eKIND::LIST, "path_Entry"},
+    // Elements of lists
     {"path_Entry", eKIND::UINT64},
-    {"object_List", eKIND::LIST, "object_List_Entry"},
     {"object_List_Entry", eKIND::UINT64},
-    {"valList", eKIND::LIST, "valListEntry"},
     {"valListEntry", eKIND::RECORD},
-    {"child_List", eKIND::LIST, "parTree"},
     {"parTree", eKIND::RECORD},
-    {"period_List", eKIND::LIST, "SmlPeriodEntry"},
     {"SmlPeriodEntry", eKIND::RECORD},
-    {"header_List", eKIND::LIST, "pObjHdEntry"},
     {"pObjHdEntry", eKIND::RECORD},
-    {"value_List", eKIND::LIST, "value_List_Entry"},
     {"value_List_Entry", eKIND::RECORD},
     // Entries, times, values and trees
     {"objName", eKIND::UINT64},
@@ -130,13 +124,15 @@ constexpr FieldRow kFields[] = {
 const FieldRow* FindField(std::string_view label)
 {
     static const auto kIndex = [] {
-        std::unordered_map<std::string_view, const FieldRow*> index;
+        std::unordered_map<std::string_view, FieldRow> index;
         for (const FieldRow& row : kFields)
-            index.emplace(row.pcLabel, &row);
+            index.emplace(row.pcLabel, row);
+        for (const SmlListLabels& list : SML_LISTS)
+            index.emplace(list.pcList, FieldRow{list.pcList, eKIND::LIST, list.pcElement});
         return index;
     }();
     const auto found = kIndex.find(label);
-    return found != kIndex.end() ? found->second : nullptr;
+    return found != kIndex.end() ? &found->second : nullptr;
 }
 
 class cBuilder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, cBuilder>
@@ -297,12 +293,6 @@ bool ReadRecord(std::string_view line, vorn::cRecord& record, std::string& error
     }
     record = builder.record;
     return true;
-}
-
-const char* ElementLabel(std::string_view label) noexcept
-{
-    const FieldRow* field = FindField(label);
-    return field != nullptr ? field->pcElement : nullptr;
 }
 
 } // namespace tool

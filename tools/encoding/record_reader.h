@@ -18,9 +18,6 @@ constexpr unsigned kMaxJsonDepth = 64;
 // False when the line is no JSON object or holds what no record does; error then tells why.
 bool ReadRecord(std::string_view line, vorn::cRecord& record, std::string& error);
 
-// The label stands for a list; label of its elements, or null.
-const char* ElementLabel(std::string_view label) noexcept;
-
 } // namespace tool
 
 #endif

@@ -3,9 +3,9 @@
 
 #include "tools/explain/explainer.h"
 #include "tools/explain/writers.h"
+#include "tools/output/terminal.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
@@ -15,16 +15,7 @@ namespace tool
 namespace
 {
 
-// Colours are for terminals, and for those who do not say NO_COLOR.
-bool WantsColours()
-{
-    const char* const refused = std::getenv("NO_COLOR");
-    const char* const terminal = std::getenv("TERM");
-    return ::isatty(STDOUT_FILENO) != 0 && (refused == nullptr || *refused == '\0') &&
-           (terminal == nullptr || std::strcmp(terminal, "dumb") != 0);
-}
-
-int ExplainOnPage(const std::vector<std::string>& inputs, eINPUT kind, const std::string& page)
+int ExplainOnPage(const InputOptions& inputs, eINPUT kind, const std::string& page)
 {
     cReport report;
     const int fd = ::open(page.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
@@ -48,13 +39,14 @@ int ExplainOnPage(const std::vector<std::string>& inputs, eINPUT kind, const std
 
 } // namespace
 
-int Explain(const std::vector<std::string>& inputs, eINPUT kind, const std::string& page)
+int Explain(const InputOptions& inputs, eINPUT kind, const std::string& page)
 {
     if (!page.empty())
         return ExplainOnPage(inputs, kind, page);
     cReport report;
     cOutput out(STDOUT_FILENO);
-    const std::unique_ptr<cExplanationWriter> writer = MakeTextWriter(out, WantsColours());
+    const std::unique_ptr<cExplanationWriter> writer =
+        MakeTextWriter(out, WantsColour(STDOUT_FILENO));
     cExplainer explainer(kind, *writer, report);
     return PumpInputs(inputs, explainer, out, report);
 }

@@ -3,16 +3,16 @@
 #define TOOLS_EXPLAIN_EXPLAIN_H
 
 #include "tools/input/format.h"
+#include "tools/input/source.h"
 
 #include <string>
-#include <vector>
 
 namespace tool
 {
 
 // Explains the inputs, as text on standard output or, unless page is empty, as an HTML page in the
 // file of that name. Returns the exit status.
-int Explain(const std::vector<std::string>& inputs, eINPUT kind, const std::string& page);
+int Explain(const InputOptions& inputs, eINPUT kind, const std::string& page);
 
 } // namespace tool
 

@@ -24,9 +24,9 @@ std::string Where(std::uint64_t offset, std::uint64_t size)
 
 } // namespace
 
-void cExplainer::Begin()
+void cExplainer::Begin(bool live)
 {
-    pIntake = std::make_unique<cIntake>(eKind, *this, report);
+    pIntake = std::make_unique<cIntake>(eKind, live, *this, report);
     eState = OUTSIDE;
     bytes.clear();
     ullAt = 0;

@@ -28,8 +28,9 @@ public:
     {
     }
 
-    void Begin() override;
+    void Begin(bool live) override;
     void Feed(const unsigned char* data, std::size_t size) override;
+    void Timeout() override { pIntake->Timeout(); }
     void End() override;
     void Finish() override { writer.Finish(); }
 

@@ -27,6 +27,8 @@ void cIntake::Decide(bool complete)
     eKind = DetectInput(std::string_view(head).substr(0, kDetectHead), complete);
     if (eKind == INPUT_AUTO && head.size() >= kDetectHead)
         eKind = INPUT_HEX; // nothing but white space and digits so far
+    if (eKind == INPUT_RAW && bLive)
+        eKind = INPUT_FRAMED;
     if (eKind == INPUT_AUTO)
         return;
     const std::string kept = std::move(head);
@@ -39,7 +41,7 @@ void cIntake::FeedHex(const unsigned char* data, std::size_t size)
     if (bBroken)
         return;
     if (pInner == nullptr)
-        pInner = std::make_unique<cIntake>(INPUT_AUTO, events, report);
+        pInner = std::make_unique<cIntake>(INPUT_AUTO, bLive, events, report);
     hexBytes.clear();
     if (!hex.Read({reinterpret_cast<const char*>(data), size}, hexBytes)) {
         bBroken = true;
@@ -50,17 +52,40 @@ void cIntake::FeedHex(const unsigned char* data, std::size_t size)
     pInner->Feed(reinterpret_cast<const unsigned char*>(hexBytes.data()), hexBytes.size());
 }
 
+void cIntake::Timeout()
+{
+    if (pInner != nullptr)
+        pInner->Timeout();
+    if (pReceiver != nullptr)
+        pReceiver->Timeout();
+}
+
+void cIntake::Restart()
+{
+    EndText();
+    hex = cHexReader();
+    bBroken = false;
+    if (pInner != nullptr)
+        pInner->Restart();
+    if (pReceiver != nullptr)
+        pReceiver->Restart();
+}
+
 void cIntake::End()
 {
-    if (eKind == INPUT_AUTO)
-        Decide(true);
-    if (pInner != nullptr) {
-        if (!bBroken && hex.HasHalfByte())
-            report.Say(EXIT_DAMAGED, "the hex text ends with half a byte");
+    EndText();
+    if (pInner != nullptr)
         pInner->End();
-    }
     if (pReceiver != nullptr)
         pReceiver->End();
+}
+
+void cIntake::EndText()
+{
+    if (eKind == INPUT_AUTO && !head.empty())
+        Decide(true);
+    if (pInner != nullptr && !bBroken && hex.HasHalfByte())
+        report.Say(EXIT_DAMAGED, "the hex text ends with half a byte");
 }
 
 } // namespace tool

@@ -18,20 +18,28 @@ namespace tool
 class cIntake
 {
 public:
-    cIntake(eINPUT kind, cReceiverEvents& receiver, cReport& reporter)
-        : eKind(kind), events(receiver), report(reporter)
+    // live: reading may have begun anywhere, so that an input which looks like raw SML counts as
+    // framed all the same, unless kind says otherwise.
+    cIntake(eINPUT kind, bool live, cReceiverEvents& receiver, cReport& reporter)
+        : eKind(kind), bLive(live), events(receiver), report(reporter)
     {
     }
 
     void Feed(const unsigned char* data, std::size_t size);
+    // No byte has come for longer than between two of one message.
+    void Timeout();
+    // What is fed from here on does not continue what came before.
+    void Restart();
     // The input has ended.
     void End();
 
 private:
     void Decide(bool complete);
+    void EndText();
     void FeedHex(const unsigned char* data, std::size_t size);
 
     eINPUT eKind;
+    bool bLive;
     cReceiverEvents& events;
     cReport& report;
     std::string head;                     // first bytes, while they do not tell the kind

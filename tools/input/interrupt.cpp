@@ -2,9 +2,12 @@
 // wait.
 #include "tools/input/interrupt.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 namespace tool
@@ -43,5 +46,19 @@ void CatchInterrupts()
 bool Interrupted() noexcept { return bInterrupted != 0; }
 
 int InterruptFd() noexcept { return aiPipe[0]; }
+
+bool Sleep(long milliseconds) noexcept
+{
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(milliseconds);
+    while (!Interrupted()) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+        if (left <= 0)
+            return true;
+        pollfd interrupt = {InterruptFd(), POLLIN, 0};
+        ::poll(&interrupt, 1, static_cast<int>(std::min<long long>(left, 1000000)));
+    }
+    return false;
+}
 
 } // namespace tool

@@ -15,6 +15,9 @@ bool Interrupted() noexcept;
 // Becomes readable when a signal comes, so that a wait can include it; -1 before CatchInterrupts.
 int InterruptFd() noexcept;
 
+// Waits so many milliseconds, or until a signal comes: false then.
+bool Sleep(long milliseconds) noexcept;
+
 } // namespace tool
 
 #endif

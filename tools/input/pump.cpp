@@ -2,11 +2,15 @@
 #include "tools/input/pump.h"
 
 #include "tools/input/interrupt.h"
-#include "tools/input/source.h"
+#include "tools/input/progress.h"
 
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <memory>
+#include <string>
+#include <unistd.h>
+#include <vector>
 
 namespace tool
 {
@@ -15,19 +19,38 @@ namespace
 
 constexpr std::size_t kBlockSize = std::size_t{128} * 1024;
 
-void PumpInput(cSource& source, cConsumer& consumer, cOutput& out, cReport& report)
+constexpr long kLiveTimeout = 500; // milliseconds, where the user gives no other
+
+void Feed(cConsumer& consumer, cProgress& progress, const unsigned char* data, std::size_t size)
 {
+    consumer.Feed(data, size);
+    progress.Add(size);
+}
+
+void PumpInput(cSource& source, const InputOptions& options, cConsumer& consumer, cOutput& out,
+               cReport& report)
+{
+    const long timeout = options.timeout.value_or(source.IsLive() ? kLiveTimeout : 0);
+    bool running = false; // the timer, since the last byte
     std::vector<unsigned char> block(kBlockSize);
     long count = 0;
-    consumer.Begin();
+    cProgress progress(source.Size(), report);
+    consumer.Begin(source.IsLive());
     do {
-        if (!source.Ready())
+        if (!source.Ready()) {
+            consumer.Idle();
             out.Drain();
-        count = source.Read(block.data(), block.size());
+        }
+        count = source.Read(block.data(), block.size(), running ? timeout : -1);
         if (count > 0)
-            consumer.Feed(block.data(), static_cast<std::size_t>(count));
+            Feed(consumer, progress, block.data(), static_cast<std::size_t>(count));
+        else if (count == cSource::TIMEOUT)
+            consumer.Timeout();
+        else if (count == cSource::RESTARTED)
+            consumer.Restart();
+        running = count > 0 && timeout > 0;
         out.DrainIfLarge();
-    } while (count > 0 && out.Error() == 0);
+    } while (count != cSource::END && count != cSource::FAILED && out.Error() == 0);
     if (count == cSource::FAILED)
         report.Say(EXIT_FAILED, "cannot be read: %s", source.Error().c_str());
     consumer.End();
@@ -36,21 +59,23 @@ void PumpInput(cSource& source, cConsumer& consumer, cOutput& out, cReport& repo
 
 } // namespace
 
-int PumpInputs(const std::vector<std::string>& inputs, cConsumer& consumer, cOutput& out,
-               cReport& report)
+int PumpInputs(const InputOptions& inputs, cConsumer& consumer, cOutput& out, cReport& report)
 {
     CatchInterrupts();
     std::signal(SIGPIPE, SIG_IGN); // a write that fails tells it as well
-    for (const std::string& input : inputs) {
+    for (const std::string& input : inputs.names) {
         if (Interrupted() || out.Error() != 0)
             break;
         std::string error;
-        const std::unique_ptr<cSource> source = OpenSource(input, error);
+        const std::unique_ptr<cSource> source = OpenSource(input, inputs, report, error);
         report.SetSubject(source != nullptr ? source->Name() : input);
-        if (source == nullptr)
+        if (input == "-" && ::isatty(STDIN_FILENO) != 0)
+            report.Say(EXIT_GOOD,
+                       "is a terminal; name a file or a line to read, or end with Ctrl-D");
+        if (source != nullptr)
+            PumpInput(*source, inputs, consumer, out, report);
+        else if (!Interrupted())
             report.Say(EXIT_FAILED, "cannot be opened: %s", error.c_str());
-        else
-            PumpInput(*source, consumer, out, report);
     }
     consumer.Finish();
     out.Drain();

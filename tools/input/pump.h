@@ -3,12 +3,11 @@
 #ifndef TOOLS_INPUT_PUMP_H
 #define TOOLS_INPUT_PUMP_H
 
+#include "tools/input/source.h"
 #include "tools/output/output.h"
 #include "tools/road/report.h"
 
 #include <cstddef>
-#include <string>
-#include <vector>
 
 namespace tool
 {
@@ -19,16 +18,23 @@ class cConsumer
 public:
     virtual ~cConsumer() = default;
 
-    virtual void Begin() {} // an input has been opened
+    // An input has been opened; live: what is read of it may begin anywhere.
+    virtual void Begin(bool live) { (void)live; }
     virtual void Feed(const unsigned char* data, std::size_t size) = 0;
+    virtual void Timeout() {} // no byte has come for longer than between two of one message
+    virtual void Restart()    // what follows does not continue what came before
+    {
+        End();
+        Begin(true);
+    }
+    virtual void Idle() {}   // bytes have to be waited for; what is printed now is written
     virtual void End() = 0;  // and has ended
     virtual void Finish() {} // no input follows; what is printed now is written
 };
 
 // Returns the exit status. What the consumer prints to out is written whenever an input has to be
 // waited for.
-int PumpInputs(const std::vector<std::string>& inputs, cConsumer& consumer, cOutput& out,
-               cReport& report);
+int PumpInputs(const InputOptions& inputs, cConsumer& consumer, cOutput& out, cReport& report);
 
 } // namespace tool
 

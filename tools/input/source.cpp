@@ -1,13 +1,14 @@
-// See source.h. Files, pipes and standard input are all a descriptor that is waited for together
-// with the interrupt.
+// See source.h. Tells by its name what an input is.
 #include "tools/input/source.h"
 
-#include "tools/input/interrupt.h"
+#include "tools/input/descriptor.h"
+#include "tools/input/lasting.h"
+#include "tools/input/line.h"
 
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tool
@@ -15,62 +16,69 @@ namespace tool
 namespace
 {
 
-class cDescriptorSource : public cSource
+// A terminal device: /dev/null and the like are read as files.
+bool IsSerial(const std::string& name)
 {
-public:
-    cDescriptorSource(std::string sourceName, int fd, bool own)
-        : cSource(std::move(sourceName)), iFd(fd), bOwn(own)
-    {
-    }
-    ~cDescriptorSource() override
-    {
-        if (bOwn)
-            ::close(iFd);
-    }
-    cDescriptorSource(const cDescriptorSource&) = delete;
-    cDescriptorSource& operator=(const cDescriptorSource&) = delete;
+    struct stat status = {};
+    if (::stat(name.c_str(), &status) != 0 || !S_ISCHR(status.st_mode))
+        return false;
+    const int fd = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
+    const bool serial = fd >= 0 ? ::isatty(fd) != 0 : errno != ENXIO;
+    if (fd >= 0)
+        ::close(fd);
+    return serial;
+}
 
-    bool Ready() override { return Interrupted() || Wait(0); }
-
-    long Read(unsigned char* data, std::size_t size) override
-    {
-        while (!Interrupted()) {
-            if (!Wait(-1))
-                continue; // an interrupt, or a signal that concerns us not
-            const ssize_t count = ::read(iFd, data, size);
-            if (count >= 0)
-                return count;
-            if (errno != EINTR && errno != EAGAIN) {
-                error = std::strerror(errno);
-                return FAILED;
-            }
-        }
-        return END;
-    }
-
-private:
-    bool Wait(int timeout) const noexcept
-    {
-        pollfd fds[2] = {{iFd, POLLIN, 0}, {InterruptFd(), POLLIN, 0}};
-        return ::poll(fds, 2, timeout) > 0 && fds[0].revents != 0;
-    }
-
-    int iFd;
-    bool bOwn;
-};
-
-} // namespace
-
-std::unique_ptr<cSource> OpenSource(const std::string& name, std::string& error)
+// A device that is unplugged has no name at all until it comes back.
+bool MayBecomeSerial(const std::string& name)
 {
-    if (name == "-")
-        return std::make_unique<cDescriptorSource>("standard input", STDIN_FILENO, false);
+    return name.compare(0, 5, "/dev/") == 0 && ::access(name.c_str(), F_OK) != 0;
+}
+
+std::unique_ptr<cSource> OpenFile(const std::string& name, std::string& error)
+{
     const int fd = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
     if (fd < 0) {
         error = std::strerror(errno);
         return nullptr;
     }
     return std::make_unique<cDescriptorSource>(name, fd, true);
+}
+
+bool IsRegular(const std::string& name)
+{
+    struct stat status = {};
+    return ::stat(name.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+} // namespace
+
+std::unique_ptr<cSource> OpenSource(const std::string& name, const InputOptions& options,
+                                    cReport& report, std::string& error)
+{
+    if (name == "-")
+        return std::make_unique<cDescriptorSource>("standard input", STDIN_FILENO, false);
+    const bool tcp = IsTcp(name);
+    std::string host;
+    std::string port;
+    if (tcp && !SplitTcp(name, host, port)) {
+        error = "a connection is named tcp:HOST:PORT";
+        return nullptr;
+    }
+    if (tcp || IsSerial(name) || (options.bReconnect && MayBecomeSerial(name))) {
+        const Opener open = [=, settings = options.serial](std::string& why) {
+            return tcp ? OpenTcp(host, port, why) : OpenSerial(name, settings, why);
+        };
+        if (options.bReconnect)
+            return MakeReconnecting(name, open, report);
+        std::unique_ptr<cSource> source = open(error);
+        if (source == nullptr && tcp)
+            error += " (with --reconnect, it is tried on)";
+        return source;
+    }
+    if (options.bFollow && IsRegular(name))
+        return MakeFollowing(name, report, error);
+    return OpenFile(name, error);
 }
 
 } // namespace tool

@@ -17,7 +17,7 @@ namespace
 class cJsonLine
 {
 public:
-    explicit cJsonLine(cOutput& output) : json(output) {}
+    cJsonLine(cOutput& output, const FormatOptions&) : json(output) {}
 
     void Start() {}
     void Begin() { json.StartObject(); }
@@ -50,6 +50,7 @@ public:
         if (!text.empty())
             Text(key, text);
     }
+    void Correction(std::string_view text) { Name("correction", text); }
     void Hex(std::string_view key, std::string_view bytes)
     {
         json.Key(key);
@@ -64,11 +65,15 @@ private:
 class cCsvLine
 {
 public:
-    explicit cCsvLine(cOutput& output) : out(output) {}
+    cCsvLine(cOutput& output, const FormatOptions& options)
+        : out(output), bCorrections(options.bCorrections)
+    {
+    }
 
     void Start()
     {
-        out.Append("frame,message,server,time,obis,name,value,unit,scaler,raw,status\n");
+        out.Append("frame,message,server,time,obis,name,value,unit,scaler,raw,status");
+        out.Append(bCorrections ? ",correction\n" : "\n");
     }
     void Begin() { bFirst = true; }
     void End() { out.Put('\n'); }
@@ -101,6 +106,11 @@ public:
         out.Put('"');
     }
     void Name(std::string_view key, std::string_view text) { Text(key, text); }
+    void Correction(std::string_view text)
+    {
+        if (bCorrections)
+            Text({}, text);
+    }
     void Hex(std::string_view, std::string_view bytes)
     {
         Separate();
@@ -116,6 +126,7 @@ private:
     }
 
     cOutput& out;
+    bool bCorrections;
     bool bFirst = true;
 };
 
@@ -123,7 +134,10 @@ template <typename Line>
 class cReadingsFormat : public cFormat
 {
 public:
-    explicit cReadingsFormat(cOutput& output) : cFormat(output), line(output) {}
+    cReadingsFormat(cOutput& output, const FormatOptions& options)
+        : cFormat(output), line(output, options)
+    {
+    }
 
     bool IsComplete() const noexcept override { return false; }
     void Start() override { line.Start(); }
@@ -145,6 +159,7 @@ public:
             else
                 OtherFields(reading);
             line.Uint("status", reading.status);
+            line.Correction(reading.pcCorrection);
             line.End();
         }
     }
@@ -153,7 +168,8 @@ private:
     void NumberFields(const Reading& reading, Integer number)
     {
         char text[kMaxDecimal];
-        line.Number("value", {text, FormatDecimal(number, reading.scaler.value_or(0), text)});
+        line.Number("value", {text, FormatDecimal(reading.corrected.value_or(number),
+                                                  reading.scaler.value_or(0), text)});
         line.Name("unit", UnitSymbol(reading.unit.value_or(0)));
         line.Number("scaler", reading.scaler ? Decimal(Integer::OfSigned(*reading.scaler), text)
                                              : std::string_view());
@@ -185,14 +201,14 @@ private:
 
 } // namespace
 
-std::unique_ptr<cFormat> MakeReadingsFormat(cOutput& output)
+std::unique_ptr<cFormat> MakeReadingsFormat(cOutput& output, const FormatOptions& options)
 {
-    return std::make_unique<cReadingsFormat<cJsonLine>>(output);
+    return std::make_unique<cReadingsFormat<cJsonLine>>(output, options);
 }
 
-std::unique_ptr<cFormat> MakeCsvFormat(cOutput& output)
+std::unique_ptr<cFormat> MakeCsvFormat(cOutput& output, const FormatOptions& options)
 {
-    return std::make_unique<cReadingsFormat<cCsvLine>>(output);
+    return std::make_unique<cReadingsFormat<cCsvLine>>(output, options);
 }
 
 } // namespace tool

@@ -3,21 +3,12 @@
 #include "tools/output/format.h"
 #include "tools/output/json.h"
 
-#include <algorithm>
 #include <string_view>
 
 namespace tool
 {
 namespace
 {
-
-bool IsList(std::string_view label) noexcept
-{
-    static constexpr std::string_view kLists[] = {"parTreePath", "object_List", "valList",
-                                                  "child_List",  "period_List", "header_List",
-                                                  "value_List"};
-    return std::find(std::begin(kLists), std::end(kLists), label) != std::end(kLists);
-}
 
 void WriteValue(cJson& json, const vorn::cRecordPar& par);
 
@@ -46,7 +37,7 @@ void WriteValue(cJson& json, const vorn::cRecordPar& par)
         break;
     case vorn::TYPE_RECORD: {
         const vorn::cRecord record = Nested(par);
-        if (IsList(par.GetName())) {
+        if (SmlElementLabel(par.GetName()) != nullptr) {
             json.StartArray();
             for (const vorn::cRecordPar& element : record)
                 WriteValue(json, element);
@@ -110,7 +101,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<cFormat> MakeRecordsFormat(cOutput& output)
+std::unique_ptr<cFormat> MakeRecordsFormat(cOutput& output, const FormatOptions&)
 {
     return std::make_unique<cRecordsFormat>(output);
 }

@@ -1,12 +1,10 @@
 // --format text: for people. Per SML file a heading, then an aligned line per reading; messages
 // without readings (parameters, attention responses, requests) as an indented outline.
 #include "tools/output/format.h"
-#include "tools/reading/obis.h"
+#include "tools/output/reading_rows.h"
+#include "tools/output/terminal.h"
 #include "tools/reading/status.h"
-#include "tools/reading/unit.h"
 
-#include <algorithm>
-#include <ctime>
 #include <string>
 
 namespace tool
@@ -15,48 +13,6 @@ namespace
 {
 
 constexpr unsigned kMaxDepth = 64; // of an outline; what is deeper is left out
-
-void AppendText(std::string& line, const Time& time)
-{
-    char text[48];
-    const auto seconds = static_cast<std::time_t>(time.ullValue);
-    std::tm utc{};
-    std::size_t size = 0;
-    if (time.uiType != 1 && ::gmtime_r(&seconds, &utc) != nullptr)
-        size = std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%SZ", &utc);
-    if (size != 0)
-        line.append(text, size);
-    else
-        line.append(std::to_string(time.ullValue)).append(" s");
-}
-
-void AppendHexText(std::string& line, std::string_view bytes)
-{
-    const std::size_t size = line.size();
-    line.resize(size + 2 * bytes.size());
-    WriteHex(bytes, &line[size]);
-}
-
-void AppendObis(std::string& line, std::uint64_t code)
-{
-    char text[kMaxObis];
-    line.append(text, FormatObis(code, text));
-}
-
-// A leaf: number, boolean or byte string.
-void AppendValue(std::string& line, const vorn::cRecordPar& value, int scaler)
-{
-    if (const std::optional<Integer> number = NumberOf(value)) {
-        char text[kMaxDecimal];
-        line.append(text, FormatDecimal(*number, scaler, text));
-    } else if (value.GetType(1) == vorn::TYPE_BOOL) {
-        line.append(value.GetBool() ? "true" : "false");
-    } else if (const std::string_view bytes = BytesOf(value); IsPrintable(bytes)) {
-        line.append(bytes);
-    } else {
-        AppendHexText(line, bytes);
-    }
-}
 
 // Labels whose numbers are six octets that name something.
 bool IsName(std::string_view label) noexcept
@@ -68,7 +24,10 @@ bool IsName(std::string_view label) noexcept
 class cTextFormat : public cFormat
 {
 public:
-    explicit cTextFormat(cOutput& output) : cFormat(output) {}
+    cTextFormat(cOutput& output, const FormatOptions& options)
+        : cFormat(output), bColour(options.bColour)
+    {
+    }
 
     bool IsComplete() const noexcept override { return false; }
 
@@ -118,55 +77,26 @@ private:
         if (!bFirstHeading)
             out.Put('\n');
         bFirstHeading = false;
-        line.assign("frame ").append(std::to_string(ullFrame));
+        line.assign(bColour ? escape::kBold : "");
+        line.append("frame ").append(std::to_string(ullFrame));
         if (!info.server.empty())
             AppendHexText(line.append("  server "), info.server);
         if (info.time)
-            AppendText(line.append("  time "), *info.time);
+            AppendTime(line.append("  time "), *info.time);
+        if (bColour)
+            line.append(escape::kPlain);
         EndLine();
     }
 
-    // Codes and names left, numbers right, byte strings from where numbers begin.
     void Readings(const MessageInfo& info, const std::vector<Reading>& readings)
     {
-        std::size_t nameWidth = 0;
-        std::size_t numberWidth = 0;
-        for (const Reading& reading : readings) {
-            nameWidth = std::max(nameWidth, ObisName(reading.ullObis).size());
-            if (NumberOf(*reading.pValue)) {
-                ValueOf(reading);
-                numberWidth = std::max(numberWidth, value.size());
-            }
-        }
-        for (const Reading& reading : readings) {
-            line.assign("  ");
-            AppendObis(line, reading.ullObis);
-            line.resize(std::max<std::size_t>(line.size(), kObisColumn) + 2, ' ');
-            const std::string_view name = ObisName(reading.ullObis);
-            line.append(name).append(nameWidth - name.size() + 2, ' ');
-            ValueOf(reading);
-            if (NumberOf(*reading.pValue))
-                line.append(numberWidth - value.size(), ' ');
-            line.append(value);
-            const std::string_view unit = UnitSymbol(reading.unit.value_or(0));
-            if (!unit.empty())
-                line.append(" ").append(unit);
-            if (reading.time && IsOtherTime(*reading.time, info.time))
-                AppendText(line.append("  at "), *reading.time);
-            EndLine();
-        }
-    }
-
-    void ValueOf(const Reading& reading)
-    {
-        value.clear();
-        AppendValue(value, *reading.pValue, reading.scaler.value_or(0));
-    }
-
-    // The heading does not tell it already; a seconds index of 0 is a time that is not set.
-    static bool IsOtherTime(const Time& time, const std::optional<Time>& heading) noexcept
-    {
-        return time.ullValue != 0 && (!heading || heading->ullValue != time.ullValue);
+        if (rows.size() < readings.size())
+            rows.resize(readings.size());
+        for (std::size_t i = 0; i < readings.size(); ++i)
+            rows[i].Set(readings[i], info.time);
+        line.clear();
+        AppendRows(rows, readings.size(), bColour, line);
+        out.Append(line);
     }
 
     void Outline(const vorn::cRecord& record, unsigned depth)
@@ -181,7 +111,7 @@ private:
             } else if (par.GetType(1) != vorn::TYPE_RECORD) {
                 Leaf(label, par);
             } else if (const std::optional<Time> time = TimeIn(par)) {
-                AppendText(line.append(label).append("  "), *time);
+                AppendTime(line.append(label).append("  "), *time);
                 EndLine();
             } else {
                 line.append(label);
@@ -232,20 +162,19 @@ private:
             Outline(Nested(*children), depth + 1);
     }
 
-    static constexpr std::size_t kObisColumn = 23; // two blanks and a code of usual length
-
+    bool bColour;
     std::uint64_t ullFrame = 0;
     bool bHeading = true;
     bool bFirstHeading = true;
     std::string line;
-    std::string value;
+    std::vector<ReadingRow> rows; // kept for their memory
 };
 
 } // namespace
 
-std::unique_ptr<cFormat> MakeTextFormat(cOutput& output)
+std::unique_ptr<cFormat> MakeTextFormat(cOutput& output, const FormatOptions& options)
 {
-    return std::make_unique<cTextFormat>(output);
+    return std::make_unique<cTextFormat>(output, options);
 }
 
 } // namespace tool

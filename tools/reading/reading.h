@@ -40,6 +40,8 @@ struct Reading {
     std::optional<unsigned> unit;
     std::optional<int> scaler;
     const vorn::cRecordPar* pValue = nullptr; // a leaf: never a record
+    std::optional<Integer> corrected;         // what it should have been
+    const char* pcCorrection = "";            // and what was done for that
 };
 
 // The fields of a parser's record that concern the message as a whole. Valid as long as record

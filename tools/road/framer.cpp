@@ -3,6 +3,21 @@
 
 namespace tool
 {
+namespace
+{
+
+// A buffer over bytes that the machine only reads.
+struct Input : cBuffer {
+    Input(std::string_view bytes, int flags)
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): it does not write to its input
+        : cBuffer(const_cast<char*>(bytes.data()), static_cast<long>(bytes.size()),
+                  BUF_FLAG_SML | flags, 0)
+    {
+        Commit(static_cast<long>(bytes.size()));
+    }
+};
+
+} // namespace
 
 void cFramer::Feed(std::string_view bytes)
 {
@@ -23,11 +38,7 @@ void cFramer::End()
 
 void cFramer::Process(std::string_view bytes, int flags)
 {
-    // Read only, since the machine does not write to its input.
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast)
-    cBuffer in(const_cast<char*>(bytes.data()), static_cast<long>(bytes.size()),
-               BUF_FLAG_SML | flags, 0);
-    in.Commit(static_cast<long>(bytes.size()));
+    Input in(bytes, flags);
     int result = SMLTP_OUTPUT_FULL;
     while (result == SMLTP_OUTPUT_FULL) {
         const std::size_t room = 2 * bytes.size() + 32; // mostly enough for all at once
@@ -35,6 +46,16 @@ void cFramer::Process(std::string_view bytes, int flags)
         result = machine.Process(&in, &framed);
         out.Advance(static_cast<std::size_t>(framed.Left()));
     }
+}
+
+void AppendFramed(std::string_view payload, std::string& bytes)
+{
+    const std::size_t size = bytes.size();
+    bytes.resize(size + 2 * payload.size() + 19); // as much as a frame may take
+    Input in(payload, BUF_FLAG_FIRST | BUF_FLAG_LAST);
+    cBuffer framed(&bytes[size], static_cast<long>(bytes.size() - size), 0, 0);
+    SmlTpTx(SMLT_MODE_TP).Process(&in, &framed);
+    bytes.resize(size + static_cast<std::size_t>(framed.Left()));
 }
 
 } // namespace tool

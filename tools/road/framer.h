@@ -6,6 +6,7 @@
 #include "quarn/quarn.h"
 #include "tools/output/output.h"
 
+#include <string>
 #include <string_view>
 
 namespace tool
@@ -29,6 +30,9 @@ private:
     SmlTpTx machine;
     bool bOpen = false;
 };
+
+// Appends the frame of payload, a whole SML file, to bytes.
+void AppendFramed(std::string_view payload, std::string& bytes);
 
 } // namespace tool
 

@@ -171,13 +171,35 @@ void cReceiver::LeaveFile()
     if (!bWaiting)
         return;
     parser.TimeoutEvent();
-    for (const unsigned flags : {0U, static_cast<unsigned>(BUF_FLAG_LAST)}) {
-        vorn::cRecord nothing;
-        nothing.AppendUIntPar("SmltFlags", flags, 0);
-        nothing.AppendDataPar("SmlRawData", nullptr, 0, 0);
-        Parse(nothing);
-    }
+    ParseNothing(0);
+    ParseNothing(BUF_FLAG_LAST);
     bWaiting = false;
+}
+
+void cReceiver::ParseNothing(unsigned flags)
+{
+    vorn::cRecord nothing;
+    nothing.AppendUIntPar("SmltFlags", flags, 0);
+    nothing.AppendDataPar("SmlRawData", nullptr, 0, 0);
+    Parse(nothing);
+}
+
+void cReceiver::Timeout()
+{
+    if (!bWaiting)
+        return;
+    events.OnTimeout(frame);
+    parser.TimeoutEvent();
+    ParseNothing(0);
+}
+
+void cReceiver::Restart()
+{
+    End();
+    decoder = cSMLTdec(bRaw ? SMLT_MODE_RAW : SMLT_MODE_TP);
+    ullGapStart = ullPosition;
+    uiStartSeen = 0;
+    bAnyFrame = false;
 }
 
 void cReceiver::Gap(std::uint64_t end, eGAP gap)

@@ -18,7 +18,8 @@
 //      whether the frame is good holds its output back until then.
 //
 // At the end of a frame, however it ends, a parser that still waits inside a file is reset, so that
-// no frame harms the next. Memory does not grow with the input.
+// no frame harms the next. The same is done, for the message alone, when a live line falls silent:
+// what the events tell then does depend on the time. Memory does not grow with the input.
 #ifndef TOOLS_ROAD_RECEIVER_H
 #define TOOLS_ROAD_RECEIVER_H
 
@@ -70,6 +71,8 @@ public:
     }
     virtual void OnFrameEnd(const Frame& frame) = 0;
     virtual void OnFrameLost(const Frame& frame, eLOSS loss) = 0;
+    // Within the frame no byte has come for too long.
+    virtual void OnTimeout(const Frame& frame) { (void)frame; }
     // count bytes from offset on belong to no frame.
     virtual void OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap) = 0;
 };
@@ -81,6 +84,12 @@ public:
     cReceiver(bool raw, cReceiverEvents& receiver);
 
     void Feed(const unsigned char* data, std::size_t size);
+    // No byte has come for longer than between two of one message: one that is unfinished is given
+    // up. The frame goes on.
+    void Timeout();
+    // What is fed from here on does not continue what came before: a frame that is open has been
+    // cut off.
+    void Restart();
     // The input has ended. Nothing may be fed afterwards.
     void End();
 
@@ -94,6 +103,7 @@ private:
     void CloseFrame(bool crcOk);
     void LoseFrame(eLOSS loss);
     void Parse(vorn::cRecord& piece);
+    void ParseNothing(unsigned flags);
     void LeaveFile();
     void Gap(std::uint64_t end, eGAP gap);
 

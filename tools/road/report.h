@@ -21,15 +21,20 @@ public:
     void SetSubject(std::string name) { subject = std::move(name); }
     const std::string& Subject() const noexcept { return subject; }
 
-    // Writes one line, formatted as printf does: "quarn: SUBJECT: text", and raises the status to
-    // severity (EXIT_GOOD: a note, which leaves it as it is).
+    // Writes one line, formatted as printf does: "quarn: SUBJECT: text" (coloured on a screen), and
+    // raises the status to severity (EXIT_GOOD: a note, which leaves it as it is).
     void Say(eEXIT severity, const char* format, ...) __attribute__((format(printf, 3, 4)));
+
+    // Shows a line that is overwritten by the next one, or by what is said; an empty one takes it
+    // away. REQUIRES: standard error is a screen.
+    void Show(const std::string& line);
 
     eEXIT Status() const noexcept { return eStatus; }
 
 private:
     std::string subject;
     eEXIT eStatus = EXIT_GOOD;
+    bool bShown = false; // a line is to be overwritten
 };
 
 } // namespace tool

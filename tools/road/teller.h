@@ -22,6 +22,7 @@ public:
     void OnRefused(const Frame& frame, int result) override;
     void OnFrameEnd(const Frame& frame) override;
     void OnFrameLost(const Frame& frame, eLOSS loss) override;
+    void OnTimeout(const Frame& frame) override;
     void OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap) override;
 
 protected:

@@ -1,0 +1,36 @@
+// What the program may do on a terminal: colours, a line that is overwritten, a screen.
+#ifndef TOOLS_OUTPUT_TERMINAL_H
+#define TOOLS_OUTPUT_TERMINAL_H
+
+#include <string_view>
+
+namespace tool
+{
+
+// The descriptor is a terminal that understands escape sequences.
+bool IsScreen(int fd) noexcept;
+
+// The same, and the user has not set NO_COLOR.
+bool WantsColour(int fd) noexcept;
+
+// Lines of the screen; 24 when that is not known.
+unsigned ScreenLines(int fd) noexcept;
+
+namespace escape
+{
+
+constexpr std::string_view kBold = "\x1B[1m";
+constexpr std::string_view kRed = "\x1B[31m";
+constexpr std::string_view kYellow = "\x1B[33m";
+constexpr std::string_view kCyan = "\x1B[36m";
+constexpr std::string_view kPlain = "\x1B[0m";
+constexpr std::string_view kHome = "\x1B[H";
+constexpr std::string_view kClearScreen = "\x1B[2J";
+constexpr std::string_view kClearLine = "\x1B[K";  // from here on
+constexpr std::string_view kClearBelow = "\x1B[J"; // from here on
+
+} // namespace escape
+
+} // namespace tool
+
+#endif

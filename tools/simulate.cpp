@@ -1,0 +1,199 @@
+// quarn simulate: a meter that never tires, for whoever has none on the desk.
+//
+// What it has damaged stands at the end on stderr, in the counts that 'quarn check' prints of the
+// same stream.
+#include "tools/command.h"
+#include "tools/input/interrupt.h"
+#include "tools/simulation/faults.h"
+#include "tools/simulation/meter.h"
+#include "tools/simulation/server.h"
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unistd.h>
+
+namespace tool
+{
+namespace
+{
+
+using ull = unsigned long long;
+
+struct SimulateOptions {
+    unsigned uiEntries = 6;
+    std::optional<double> interval;
+    ull ullCount = 0; // 0: without end
+    ull ullSeed = 1;
+    double dFaults = 0;
+    std::string output = "-";
+    std::optional<std::uint16_t> port;
+};
+
+// The frames of the meter, as the line delivers them.
+class cStream
+{
+public:
+    explicit cStream(const SimulateOptions& simulate)
+        : options(simulate), meter(options.ullSeed, options.uiEntries),
+          faults(~options.ullSeed, options.dFaults),
+          dStep(options.interval.value_or(0) > 0 ? *options.interval : 1)
+    {
+    }
+
+    // Appends the next frame; false when it was the last.
+    bool Next(std::string& bytes)
+    {
+        frame.clear();
+        meter.AppendFrame(dStep, frame);
+        faults.Pass(frame);
+        bytes += frame;
+        ++ullFrames;
+        return options.ullCount == 0 || ullFrames < options.ullCount;
+    }
+
+    void Tell(cReport& report)
+    {
+        faults.End();
+        report.Say(EXIT_GOOD, "frames sent: %llu", ullFrames);
+        const cFaults::Done& done = faults.Faults();
+        report.Say(EXIT_GOOD,
+                   "damaged: %llu by flipped bits, %llu lost their end, %llu their begin, "
+                   "%llu have noise before them",
+                   ull{done.ullFlipped}, ull{done.ullNoEnd}, ull{done.ullNoBegin},
+                   ull{done.ullNoise});
+        cOutput out(STDERR_FILENO);
+        WriteCounts(out, faults.Counts());
+        out.Drain();
+    }
+
+private:
+    const SimulateOptions& options;
+    cMeter meter;
+    cFaults faults;
+    double dStep; // of the meter's clock, in seconds
+    ull ullFrames = 0;
+    std::string frame;
+};
+
+// Writes the stream to fd; false when that fails.
+bool Write(cStream& stream, const SimulateOptions& options, int fd)
+{
+    using Clock = std::chrono::steady_clock;
+    cOutput out(fd);
+    std::string bytes;
+    const Clock::time_point start = Clock::now();
+    const std::chrono::duration<double> step(options.interval.value_or(0));
+    bool more = true;
+    for (ull i = 1; more && !Interrupted() && out.Error() == 0; ++i) {
+        bytes.clear();
+        more = stream.Next(bytes);
+        out.Append(bytes);
+        out.DrainIfLarge();
+        if (!more || step.count() <= 0)
+            continue;
+        out.Drain();
+        const auto due = start + step * static_cast<double>(i) - Clock::now();
+        Sleep(static_cast<long>(std::chrono::ceil<std::chrono::milliseconds>(due).count()));
+    }
+    out.Drain();
+    errno = out.Error();
+    return errno == 0;
+}
+
+int ToFile(cStream& stream, const SimulateOptions& options, cReport& report)
+{
+    const bool standard = options.output == "-";
+    if (standard && ::isatty(STDOUT_FILENO) != 0) {
+        report.Say(EXIT_FAILED, "frames are no text for a terminal: give --output FILE or --listen "
+                                "PORT, or pipe them into 'quarn decode'");
+        return report.Status();
+    }
+    report.SetSubject(standard ? "standard output" : options.output);
+    const int fd =
+        standard ? STDOUT_FILENO
+                 : ::open(options.output.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (fd < 0) {
+        report.Say(EXIT_FAILED, "cannot be opened: %s", std::strerror(errno));
+        return report.Status();
+    }
+    const bool written = Write(stream, options, fd);
+    const int error = errno;
+    if (!standard)
+        ::close(fd);
+    if (!written && error == EPIPE) // whoever read it has seen enough
+        return EXIT_FAILED;
+    if (!written)
+        report.Say(EXIT_FAILED, "cannot be written: %s", std::strerror(error));
+    report.SetSubject("");
+    stream.Tell(report);
+    return report.Status();
+}
+
+int Simulate(const SimulateOptions& options)
+{
+    CatchInterrupts();
+    std::signal(SIGPIPE, SIG_IGN);
+    cReport report;
+    cStream stream(options);
+    if (!options.port)
+        return ToFile(stream, options, report);
+    const Producer produce = [&stream](std::string& bytes) { return stream.Next(bytes); };
+    if (Serve(*options.port, options.interval.value_or(1), produce, report))
+        stream.Tell(report);
+    return report.Status();
+}
+
+} // namespace
+
+void AddSimulate(CLI::App& app, int& status)
+{
+    const auto options = std::make_shared<SimulateOptions>();
+    CLI::App* simulate = app.add_subcommand("simulate", "Be a meter: write frames of readings");
+    simulate->add_option("--entries", options->uiEntries, "Entries of a reading (6)")
+        ->check(CLI::Range(1U, cMeter::kMaxEntries).description(""))
+        ->type_name("N");
+    simulate
+        ->add_option("--interval", options->interval,
+                     "Seconds from one frame to the next, such as 0.5. Without it the\n"
+                     "meter's clock steps by 1 and files and pipes get their frames as fast\n"
+                     "as they take them, clients of --listen one a second (with 0, theirs\n"
+                     "come without a pause, too)")
+        ->check(CLI::Range(0.0, 1e6).description(""))
+        ->type_name("SEC");
+    simulate->add_option("--count", options->ullCount, "Frames to send; without it, no end")
+        ->check(CLI::PositiveNumber.description(""))
+        ->type_name("N");
+    simulate->add_option("--seed", options->ullSeed, "The same seed makes the same bytes (1)")
+        ->type_name("N");
+    simulate
+        ->add_option("--faults", options->dFaults,
+                     "Fraction of the frames to damage, from 0 to 1: flipped bits, a lost\n"
+                     "begin or end, noise between frames")
+        ->check(CLI::Range(0.0, 1.0).description(""))
+        ->type_name("P");
+    CLI::Option* output = simulate
+                              ->add_option("-o,--output", options->output,
+                                           "File to write; - is standard output (the default)")
+                              ->type_name("FILE");
+    simulate
+        ->add_option("--listen", options->port,
+                     "Serve TCP clients on this port of the loopback interface (0: any that\n"
+                     "is free); frames are sent while there is a client")
+        ->type_name("PORT")
+        ->excludes(output);
+    simulate->footer("The counts at the end, on stderr, are those that 'quarn check' finds.\n"
+                     "\n"
+                     "Examples:\n"
+                     "  quarn simulate --count 1000 --faults 0.05 | quarn check\n"
+                     "  quarn simulate --listen 4059 --count 3 & sleep 1; quarn decode "
+                     "tcp:127.0.0.1:4059");
+    simulate->callback([options, &status] { status = Simulate(*options); });
+}
+
+} // namespace tool

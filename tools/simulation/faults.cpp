@@ -1,0 +1,113 @@
+// See faults.h.
+#include "tools/simulation/faults.h"
+
+namespace tool
+{
+namespace
+{
+
+constexpr char kEscape = 0x1B;
+constexpr std::size_t kStart = 8; // bytes of the start sequence
+constexpr std::size_t kEnd = 8;   // bytes from the escape of the end on
+constexpr std::size_t kTail = 3;  // of these, the padding count and the checksum
+
+} // namespace
+
+void cFaults::Pass(std::string& frame)
+{
+    if (!random.Chance(dFraction)) {
+        Begin();
+        ++counts.ullGood;
+    } else {
+        switch (random.Below(4)) {
+        case 0:
+            AddNoise(frame);
+            break;
+        case 1:
+            LoseEnd(frame);
+            break;
+        case 2:
+            // Inside an open frame its end would count; and an escape at its end could begin a
+            // start sequence.
+            if (!bOpen && frame.back() != kEscape) {
+                LoseBegin(frame);
+                break;
+            }
+            [[fallthrough]];
+        default:
+            Flip(frame);
+            break;
+        }
+    }
+    counts.ullBytes += frame.size();
+}
+
+void cFaults::End()
+{
+    if (bOpen)
+        ++counts.ullCut;
+    bOpen = false;
+}
+
+// A start sequence comes.
+void cFaults::Begin()
+{
+    if (bOpen)
+        ++counts.ullBroken;
+    bOpen = false;
+}
+
+void cFaults::Flip(std::string& frame)
+{
+    Begin();
+    ++counts.ullDamaged;
+    ++done.ullFlipped;
+    const std::size_t content = frame.size() - kStart - kEnd;
+    const std::string sent = frame;
+    for (std::uint64_t bits = 1 + 2 * random.Below(2); bits > 0;) { // an odd number shows surely
+        std::size_t at = kStart + random.Below(content + kTail);
+        if (at >= kStart + content)
+            at += kEnd - kTail;
+        const char flipped = static_cast<char>(sent[at] ^ (1 << random.Below(8)));
+        if (frame[at] != sent[at] || sent[at] == kEscape || flipped == kEscape)
+            continue; // another place
+        frame[at] = flipped;
+        --bits;
+    }
+}
+
+void cFaults::LoseEnd(std::string& frame)
+{
+    Begin();
+    bOpen = true;
+    ++done.ullNoEnd;
+    std::size_t size = kStart + random.Below(frame.size() - kStart - kEnd);
+    while (size > kStart && frame[size - 1] == kEscape)
+        --size; // a run of escapes would swallow those of the next start
+    frame.resize(size);
+}
+
+void cFaults::LoseBegin(std::string& frame)
+{
+    ++done.ullNoBegin;
+    frame.erase(0, kStart + random.Below(frame.size() - kStart));
+    counts.ullOutside += frame.size();
+}
+
+void cFaults::AddNoise(std::string& frame)
+{
+    ++done.ullNoise;
+    std::string noise(1 + random.Below(40), '\0');
+    for (char& c : noise) {
+        c = static_cast<char>(random.Below(0x100));
+        if (c == kEscape)
+            c = 0;
+    }
+    if (!bOpen) // else it is taken for content
+        counts.ullOutside += noise.size();
+    Begin();
+    ++counts.ullGood;
+    frame.insert(0, noise);
+}
+
+} // namespace tool
