@@ -34,8 +34,8 @@ public:
     {
         if (size > kInPlace)
             MakeShared(data);
-        else if (size != 0)
-            std::memcpy(acStore, data, size);
+        else
+            CopyInPlace(static_cast<const char*>(data), size);
     }
     cMemBuffer(const cMemBuffer& other) noexcept : uiSize(other.uiSize)
     {
@@ -97,6 +97,23 @@ private:
         const std::uint32_t size = uiSize;
         uiSize = other.uiSize;
         other.uiSize = size;
+    }
+    // As std::memcpy, without a call: the last bytes of a piece may be copied twice.
+    void CopyInPlace(const char* data, std::size_t size) noexcept
+    {
+        if (size >= 16) {
+            std::memcpy(acStore, data, 16);
+            std::memcpy(acStore + size - 4, data + size - 4, 4);
+        } else if (size >= 8) {
+            std::memcpy(acStore, data, 8);
+            std::memcpy(acStore + size - 8, data + size - 8, 8);
+        } else if (size >= 4) {
+            std::memcpy(acStore, data, 4);
+            std::memcpy(acStore + size - 4, data + size - 4, 4);
+        } else {
+            for (std::size_t i = 0; i < size; ++i)
+                acStore[i] = data[i];
+        }
     }
     void MakeShared(const void* data);
     const char* SharedData() const noexcept;

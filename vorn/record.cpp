@@ -57,7 +57,6 @@ namespace
 {
 
 constexpr std::size_t kFirstCapacity = 4;
-constexpr std::uint32_t kMostHint = 64; // a record once huge does not stay so
 
 // Names are compared as they are stored: cut off at kMaxName bytes.
 std::size_t NameSize(const char* name) { return ::strnlen(name, cRecordPar::kMaxName); }
@@ -195,13 +194,7 @@ cRecord& cRecord::operator=(cRecord&& other) noexcept
 
 cRecord::~cRecord() { Node::Release(pNode); }
 
-void cRecord::Create() noexcept
-{
-    if (pNode == nullptr)
-        return;
-    uiCapacityHint = std::min(pNode->uiCount, kMostHint);
-    Node::Release(std::exchange(pNode, nullptr));
-}
+void cRecord::Create() noexcept { Node::Release(std::exchange(pNode, nullptr)); }
 
 bool cRecord::HasRoom(std::size_t capacity) const noexcept
 {
@@ -214,7 +207,7 @@ void cRecord::MakeRoom(std::size_t capacity)
         return;
     const std::size_t count = pNode != nullptr ? pNode->uiCount : 0;
     if (count == 0)
-        capacity = std::max<std::size_t>({capacity, kFirstCapacity, uiCapacityHint});
+        capacity = std::max(capacity, kFirstCapacity);
     else if (capacity > count)
         capacity = std::max(capacity, 2 * count);
     Node* const node = Node::New(capacity);

@@ -258,8 +258,7 @@ private:
     void MakeRoom(std::size_t capacity); // an unshared node with room for that many parameters
     void Replace(std::size_t index, const cRecord& r);
 
-    detail::Node* pNode = nullptr;    // null: no parameters
-    std::uint32_t uiCapacityHint = 0; // what Create() found: the next filling is likely as large
+    detail::Node* pNode = nullptr; // null: no parameters
 };
 
 } // namespace vorn

@@ -48,13 +48,13 @@ int cSMLP::SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& 
 {
     try {
         RecordReader fields(in);
-        const vorn::cRecordPar* par = fields.Find(label::SmltFlags);
+        const vorn::cRecordPar* par = fields.Find<label::SmltFlags>();
         if (par == nullptr || !IsOfKind(*par, KIND_UINT)) {
             Say(kError, "SMLT-Flags missing, smlp[%d]");
             return SMLP_BAD_PARAMETER;
         }
         uiSmltFlags = par->GetUInt();
-        par = fields.Find(label::SmlRawData);
+        par = fields.Find<label::SmlRawData>();
         if (par == nullptr || !IsOfKind(*par, KIND_DATA)) {
             Say(kError, "SML-RawData missing, smlp[%d]");
             return SMLP_BAD_PARAMETER;

@@ -20,12 +20,13 @@ constexpr cSMLP::Field cSMLP::Tables::aTime[] = {
                  {RC_TIME_LENGTH, "Time:Len=%d, smlp[%d]"})
         .Kept(label::value, KIND_UINT, Keep::Always),
 };
-const cSMLP::Layout cSMLP::Tables::kTime =
-    Layout{aTime,
-           2,
-           {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
-           {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
-           {RC_NOT_OPTIONAL, "Time:Optional not supported!, smlp[%d]"}};
+const cSMLP::Layout cSMLP::Tables::kTime = Layout{
+    aTime,
+    2,
+    {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
+    {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
+    {RC_NOT_OPTIONAL,
+     "Time:Optional not supported!, smlp[%d]"}}.TakenBy(&cSMLP::TakeFields<aTime>);
 
 int cSMLP::CheckTimeChoice()
 {

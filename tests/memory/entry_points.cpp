@@ -202,17 +202,6 @@ TEST(OutOfMemory, EveryStepEveryAllocation)
     vorn::SetTraceSink({});
 }
 
-TEST(OutOfMemory, ARecordOnceHugeDoesNotStaySo)
-{
-    cRecord record;
-    for (unsigned i = 0; i < 10000; ++i)
-        record.AppendUIntPar("n", i, 0);
-    record.Create();
-    const long before = lBytesInUse;
-    record.AppendUIntPar("n", 0, 0);
-    EXPECT_LT(lBytesInUse - before, static_cast<long>(100 * sizeof(vorn::cRecordPar)));
-}
-
 TEST(OutOfMemory, TraceLinesAreLostNotThrown)
 {
     vorn::cUnit unit("T", vorn::LEVEL_ERROR, vorn::OUTPUT_DEFAULT);
