@@ -1,12 +1,13 @@
 // Replaces the global operator new of a test program, so that allocations can be made to fail:
 // while a FailingNew lives, the first count allocations succeed and as many as failures after them
-// fail. Counts the blocks in use, so that a leak is seen without a sanitizer. To be
-// included by one source file of a program.
+// fail. Counts the blocks in use, so that a leak is seen without a sanitizer, and their bytes. To
+// be included by one source file of a program.
 #ifndef TESTS_SUPPORT_FAILING_NEW_H
 #define TESTS_SUPPORT_FAILING_NEW_H
 
 #include <cstdlib>
 #include <limits>
+#include <malloc.h>
 #include <new>
 
 namespace test
@@ -16,6 +17,7 @@ inline constexpr long kAll = std::numeric_limits<long>::max();
 inline thread_local long lAllocationsLeft = kAll;
 inline thread_local long lFailuresLeft = 0;
 inline thread_local long lBlocksInUse = 0; // of a program that frees in the thread that allocates
+inline thread_local long lBytesInUse = 0;
 
 struct FailingNew {
     explicit FailingNew(long count, long failures = kAll)
@@ -42,8 +44,10 @@ TESTS_NOINLINE void* operator new(std::size_t size, const std::nothrow_t&) noexc
         return nullptr;
     }
     void* const p = std::malloc(size != 0 ? size : 1);
-    if (p != nullptr)
+    if (p != nullptr) {
         ++test::lBlocksInUse;
+        test::lBytesInUse += static_cast<long>(malloc_usable_size(p));
+    }
     return p;
 }
 TESTS_NOINLINE void* operator new(std::size_t size)
@@ -59,8 +63,10 @@ TESTS_NOINLINE void* operator new[](std::size_t size, const std::nothrow_t& noth
 }
 TESTS_NOINLINE void operator delete(void* p) noexcept
 {
-    if (p != nullptr)
+    if (p != nullptr) {
         --test::lBlocksInUse;
+        test::lBytesInUse -= static_cast<long>(malloc_usable_size(p));
+    }
     std::free(p);
 }
 TESTS_NOINLINE void operator delete[](void* p) noexcept { ::operator delete(p); }
