@@ -13,19 +13,14 @@
 namespace vorn::detail
 {
 
-struct Node {
+struct alignas(cRecordPar) Node {
     std::atomic<std::uint32_t> uiRefs{1}; // without meaning in an arena
     std::uint32_t uiCount = 0;
-    std::uint32_t uiCapacity; // 0: in an arena
-    union {
-        Node* pNextDead; // links the nodes that Release still has to destroy
-        Arena* pArena;
-    };
+    std::uint32_t uiCapacity;  // 0: in an arena
+    Node* pNextDead = nullptr; // links the nodes that Release still has to destroy
+    Arena* pArena = nullptr;
 
-    explicit Node(std::size_t capacity)
-        : uiCapacity(static_cast<std::uint32_t>(capacity)), pNextDead(nullptr)
-    {
-    }
+    explicit Node(std::size_t capacity) : uiCapacity(static_cast<std::uint32_t>(capacity)) {}
     Node(Arena& arena, std::size_t count)
         : uiCount(static_cast<std::uint32_t>(count)), uiCapacity(0), pArena(&arena)
     {

@@ -60,10 +60,9 @@ void AppendBytes(vorn::cRecord& record, const char* label, const std::string& by
 
 } // namespace
 
-cMeter::cMeter(std::uint64_t seed, unsigned entries) : random(seed), uiEntries(entries)
+cMeter::cMeter(std::uint64_t seed, unsigned entries)
+    : random(seed), uiEntries(entries), server(std::string("\x0A\x01") + kMaker)
 {
-    server = "\x0A\x01";
-    server += kMaker;
     for (int i = 0; i < 5; ++i)
         server += static_cast<char>(random.Below(0x100));
     uiTransaction = static_cast<std::uint32_t>(random.Below(0x10000));
