@@ -103,13 +103,13 @@ private:
     {
         if (size >= 16) {
             std::memcpy(acStore, data, 16);
-            std::memcpy(acStore + size - 4, data + size - 4, 4);
+            std::memcpy(acStore + (size - 4), data + (size - 4), 4);
         } else if (size >= 8) {
             std::memcpy(acStore, data, 8);
-            std::memcpy(acStore + size - 8, data + size - 8, 8);
+            std::memcpy(acStore + (size - 8), data + (size - 8), 8);
         } else if (size >= 4) {
             std::memcpy(acStore, data, 4);
-            std::memcpy(acStore + size - 4, data + size - 4, 4);
+            std::memcpy(acStore + (size - 4), data + (size - 4), 4);
         } else {
             for (std::size_t i = 0; i < size; ++i)
                 acStore[i] = data[i];
