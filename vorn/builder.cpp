@@ -62,25 +62,13 @@ Arena& cRecordBuilder::TheArena()
     return *pArena;
 }
 
-void cRecordBuilder::AppendDataPar(const cParName& name, const void* p, int size, int)
+void cRecordBuilder::AppendBlock(const cParName& name, const void* p, std::size_t bytes)
 {
-    const std::size_t bytes = p != nullptr && size > 0 ? static_cast<std::size_t>(size) : 0;
-    if (bytes <= cMemBuffer::kInPlace) {
-        Append(name, p, bytes);
-        return;
-    }
     Arena& arena = TheArena();
     auto* const block = new (arena.Take(sizeof(Block) + bytes)) Block;
     block->pArena = &arena;
     std::memcpy(block->Bytes(), p, bytes);
     Append(name, block, bytes);
-}
-
-void cRecordBuilder::AppendRecordPar(const cParName& name, cPart part, int)
-{
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &part.pNode, sizeof part.pNode);
-    Append(name, TYPE_RECORD, bits);
 }
 
 cRecordBuilder::cPart cRecordBuilder::Close() noexcept

@@ -77,8 +77,20 @@ public:
     {
         Append(name, TYPE_BOOL, std::uint64_t{v ? 1U : 0U});
     }
-    void AppendDataPar(const cParName& name, const void* p, int size, int);
-    void AppendRecordPar(const cParName& name, cPart part, int);
+    void AppendDataPar(const cParName& name, const void* p, int size, int)
+    {
+        const std::size_t bytes = p != nullptr && size > 0 ? static_cast<std::size_t>(size) : 0;
+        if (bytes <= cMemBuffer::kInPlace)
+            Append(name, p, bytes);
+        else
+            AppendBlock(name, p, bytes);
+    }
+    void AppendRecordPar(const cParName& name, cPart part, int)
+    {
+        std::uint64_t bits = 0;
+        std::memcpy(&bits, &part.pNode, sizeof part.pNode);
+        Append(name, TYPE_RECORD, bits);
+    }
 
     // Ends the innermost record. REQUIRES: there is one.
     cPart Close() noexcept;
@@ -114,6 +126,7 @@ private:
         new (level.pNext) cRecordPar(name, value..., position);
         ++level.pNext;
     }
+    void AppendBlock(const cParName& name, const void* p, std::size_t bytes);
     void Grow(Level& level);
     detail::Arena& TheArena();
 

@@ -62,7 +62,11 @@ int cSMLP::SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& 
         pucInData = reinterpret_cast<const unsigned char*>(par->GetData());
         pucInEnd = pucInData + par->GetSize();
         pucRun = pucInData;
-        const int result = Drive(out, count);
+        int result = SMLP_OK;
+        if (usParserState == STATE_WAIT && FeedPrimitive())
+            usEvents = 0;
+        else
+            result = Drive(out, count);
         KeepRun(); // what belongs to an unfinished message
         pucInData = pucInEnd = pucRun = nullptr;
         return result;

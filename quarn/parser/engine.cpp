@@ -19,12 +19,12 @@ int cSMLP::Walk()
             if (rc == RC_ABSENT)
                 rc = Leave();
         } else {
-            if (usFieldState == 0 && usCacheState == 0 && !inDetail &&
+            if (InputLeft() >= kLeastTaken && usFieldState == 0 && usCacheState == 0 && !inDetail &&
                 frame.pLayout->pfnTake != nullptr)
                 rc = (this->*frame.pLayout->pfnTake)(frame);
             if (rc == RC_LEFT)
                 rc = ReadField(frame);
-            if (rc == RC_DONE && frame.uiIndex > frame.uiCount) {
+            while (rc == RC_DONE && aFrames[uiDepth].uiIndex > aFrames[uiDepth].uiCount) {
                 if (uiDepth == 0)
                     return RC_MESSAGE;
                 rc = Leave();
@@ -167,10 +167,7 @@ int cSMLP::RefuseList(const Layout& layout, const Refusal& refusal) const noexce
 
 void cSMLP::KeepRun() noexcept
 {
-    const auto run = static_cast<std::uint32_t>(pucInData - pucRun);
-    if (run != 0)
-        std::memcpy(aucMsgBuf.data() + uiMsgLen, pucRun, run);
-    uiMsgLen += run;
+    KeepBytes(pucRun, static_cast<std::uint32_t>(pucInData - pucRun));
     pucRun = pucInData;
 }
 

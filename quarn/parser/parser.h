@@ -145,6 +145,9 @@ private:
 
     // ---- The short way for plain fields
 
+    // Bytes of the longest integer and its TL field: less input than that is left to the readers.
+    static constexpr std::uint32_t kLeastTaken = 9;
+
     struct Whole;
     template <const auto& Fields>
     int TakeFields(Frame& frame);
@@ -156,6 +159,11 @@ private:
     int TakeNumber(Frame& frame, Whole& in);
     template <const auto& Fields, std::size_t I>
     int TakeOctets(Frame& frame, Whole& in);
+    template <const auto& Fields, std::size_t I>
+    int TakeByReader(Whole& in);
+    template <const auto& Fields, std::size_t I>
+    int TellHook(const Whole& in);
+    static void TakeList(Frame& entered, Whole& in);
     int TakeValue(Frame& frame, Whole& in, bool keep);
     int TakeStructure(const Field& field, Whole& in);
     template <const auto& Fields>
@@ -169,6 +177,7 @@ private:
     int Parse_OctetString(std::uint32_t len, std::uint32_t max, bool keep) noexcept;
     int Parse_EndOfSmlMsg() noexcept;
     void CleanUp_Cache() noexcept;
+    bool FeedPrimitive() noexcept;
 
     // ---- Readers of fields
 
@@ -276,6 +285,14 @@ private:
         return uiMsgLen + static_cast<std::uint32_t>(pucInData - pucRun);
     }
     std::uint32_t StoreFree() const noexcept { return SML_MESSAGE_STORE - StoreUsed(); }
+    void KeepBytes(const unsigned char* from, std::uint32_t count) noexcept
+    {
+        if (count == 1)
+            aucMsgBuf[uiMsgLen] = *from;
+        else if (count != 0)
+            std::memcpy(aucMsgBuf.data() + uiMsgLen, from, count);
+        uiMsgLen += count;
+    }
     void KeepRun() noexcept;
     const char* StoreBytes() noexcept;
     void EmptyStore() noexcept;

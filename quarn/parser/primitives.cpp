@@ -159,6 +159,28 @@ int cSMLP::Parse_OctetString(std::uint32_t len, std::uint32_t max, bool keep) no
     return RC_DONE;
 }
 
+// Input that belongs to the primitive in progress and does not end it, as most pieces of one byte
+// do, goes to where its reader would take it; false, and nothing done, when there is more to it.
+bool cSMLP::FeedPrimitive() noexcept
+{
+    const std::uint32_t n = InputLeft();
+    if (n == 0 || usCacheState == 0 || uiCacheCnt + n >= uiCacheLen || n >= StoreFree() ||
+        Traces(LibSmlp, kDetail))
+        return false;
+    if (uiTLF_Type == TLF_OCTET_STRING) {
+        if (uiCacheCnt + n >= SML_VALUE_CHUNK)
+            return false;
+        std::memcpy(aucValueBuf.data() + uiCacheCnt, pucInData, n);
+        uiCacheCnt += n;
+    } else {
+        for (std::uint32_t i = 0; i < n; ++i)
+            ullInteger = ullInteger << 8 | pucInData[i];
+        uiCacheLen -= n;
+    }
+    pucInData += n;
+    return true;
+}
+
 int cSMLP::Parse_EndOfSmlMsg() noexcept
 {
     if (StoreFree() == 0)
