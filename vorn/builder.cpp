@@ -29,15 +29,33 @@ std::size_t Capacity(std::size_t count, std::size_t expected) noexcept
     return expected > count ? std::min(grown, expected) : grown;
 }
 
+void DropRef(Arena* arena) noexcept
+{
+    if (arena != nullptr)
+        arena->DropRef();
+}
+
 } // namespace
 
-cRecordBuilder::~cRecordBuilder() { Create(); }
+cRecordBuilder::~cRecordBuilder()
+{
+    DropRef(pArena);
+    for (Arena* const kept : apKept)
+        DropRef(kept);
+}
 
 void cRecordBuilder::Create() noexcept
 {
     aLevels.clear();
-    if (pArena != nullptr)
-        std::exchange(pArena, nullptr)->DropRef();
+    Arena* const done = std::exchange(pArena, nullptr);
+    if (done == nullptr)
+        return;
+    if (!done->IsWorthKeeping()) {
+        done->DropRef();
+        return;
+    }
+    DropRef(std::exchange(apKept[uiOldest], done));
+    uiOldest = (uiOldest + 1) % kKeptArenas;
 }
 
 void cRecordBuilder::Grow(Level& level)
@@ -57,7 +75,12 @@ void cRecordBuilder::Grow(Level& level)
 
 Arena& cRecordBuilder::TheArena()
 {
-    if (pArena == nullptr)
+    if (pArena != nullptr)
+        return *pArena;
+    Arena*& oldest = apKept[uiOldest];
+    if (oldest != nullptr && oldest->Reuse())
+        pArena = std::exchange(oldest, nullptr);
+    else
         pArena = Arena::New();
     return *pArena;
 }
