@@ -59,14 +59,13 @@ int cSMLP::SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& 
             Say(kError, "SML-RawData missing, smlp[%d]");
             return SMLP_BAD_PARAMETER;
         }
-        pucInData = reinterpret_cast<const unsigned char*>(par->GetData());
-        pucInEnd = pucInData + par->GetSize();
-        pucRun = pucInData;
-        int result = SMLP_OK;
-        if (usParserState == STATE_WAIT && FeedPrimitive())
-            usEvents = 0;
-        else
-            result = Drive(out, count);
+        const auto* const piece = reinterpret_cast<const unsigned char*>(par->GetData());
+        const auto size = static_cast<std::uint32_t>(par->GetSize());
+        if (usParserState == STATE_WAIT && FeedPrimitive(piece, size))
+            return SMLP_OK;
+        pucRun = pucInData = piece;
+        pucInEnd = piece + size;
+        const int result = Drive(out, count);
         KeepRun(); // what belongs to an unfinished message
         pucInData = pucInEnd = pucRun = nullptr;
         return result;
@@ -133,13 +132,18 @@ int cSMLP::StepActive(Records& out, int& count)
 {
     usEvents = 0;
     const int rc = Walk();
+    if (rc != RC_INPUT_EMPTY)
+        return OnStop(rc, out, count);
+    Say(kDetail, "State:WAIT -> Start IC-Timeout, smlp[%d]");
+    usParserState = STATE_WAIT;
+    return kGoOn;
+}
+
+int cSMLP::OnStop(int rc, Records& out, int& count)
+{
     switch (rc) {
     case RC_MESSAGE:
         return OnMessage(out, count);
-    case RC_INPUT_EMPTY:
-        Say(kDetail, "State:WAIT -> Start IC-Timeout, smlp[%d]");
-        usParserState = STATE_WAIT;
-        return kGoOn;
     case RC_STORE_FULL:
     case RC_CHUNK:
         return OnPacket(rc, out, count);
@@ -154,17 +158,22 @@ void cSMLP::StepWait(Records& out, int& count)
         Say(kDetail, "WAIT->ACTIVE, smlp[%d]");
         usParserState = STATE_ACTIVE;
     } else if ((usEvents & kInterCharacterTimeout) != 0) {
-        if (IsCloseMessage(uiMsgIdentifier) && uiDepth == 0 &&
-            aFrames[0].uiIndex == kEndByteIndex) {
-            SmlMsg_Validate();
-            ErrorHandler(RC_MSG_TYPE);
-            ullFileSize += StoreUsed();
-            Emit(out, count);
-        }
-        Reset_MsgAttributes();
-        Say(kDetail, "IC-Timeout: WAIT->IDLE, smlp[%d]");
+        OnTimeout(out, count);
     }
     usEvents &= static_cast<std::uint16_t>(~kInterCharacterTimeout);
+}
+
+// Drops the message, or accepts a close message that lacks its last byte alone.
+void cSMLP::OnTimeout(Records& out, int& count)
+{
+    if (IsCloseMessage(uiMsgIdentifier) && uiDepth == 0 && aFrames[0].uiIndex == kEndByteIndex) {
+        SmlMsg_Validate();
+        ErrorHandler(RC_MSG_TYPE);
+        ullFileSize += StoreUsed();
+        Emit(out, count);
+    }
+    Reset_MsgAttributes();
+    Say(kDetail, "IC-Timeout: WAIT->IDLE, smlp[%d]");
 }
 
 int cSMLP::OnMessage(Records& out, int& count)

@@ -30,15 +30,25 @@ int cSMLP::Walk()
                 rc = Leave();
             }
         }
-        if (rc == RC_DONE || rc == RC_ENTERED)
+        if (rc == RC_DONE || rc == RC_ENTERED) {
+            if (InputLeft() == 0 && IsStuck())
+                return RC_INPUT_EMPTY;
             continue;
+        }
         if (frame.pLayout->pfnFailed != nullptr)
             (this->*frame.pLayout->pfnFailed)(rc);
         return rc;
     }
 }
 
-int cSMLP::ReadField(Frame& frame)
+// Without input nothing would come of another step but to run out of it: the next field is one of a
+// table whose readers all want a byte first, and that byte has room.
+bool cSMLP::IsStuck() const noexcept
+{
+    return StoreFree() >= kLeastTaken && aFrames[uiDepth].pLayout->pfnTake != nullptr;
+}
+
+inline int cSMLP::ReadField(Frame& frame)
 {
     if (frame.uiIndex > frame.uiCount)
         return RC_DONE;
@@ -167,7 +177,9 @@ int cSMLP::RefuseList(const Layout& layout, const Refusal& refusal) const noexce
 
 void cSMLP::KeepRun() noexcept
 {
-    KeepBytes(pucRun, static_cast<std::uint32_t>(pucInData - pucRun));
+    const auto run = static_cast<std::uint32_t>(pucInData - pucRun);
+    CopyBytes(aucMsgBuf.data() + uiMsgLen, pucRun, run);
+    uiMsgLen += run;
     pucRun = pucInData;
 }
 

@@ -130,6 +130,7 @@ private:
 
     int Walk();
     int ReadField(Frame& frame);
+    bool IsStuck() const noexcept;
     int OpenSequence(Frame& frame);
     int Enter(const Layout& layout, bool optional, bool kept, bool own);
     int EnterKept(const Layout& layout, const Field& field,
@@ -177,7 +178,7 @@ private:
     int Parse_OctetString(std::uint32_t len, std::uint32_t max, bool keep) noexcept;
     int Parse_EndOfSmlMsg() noexcept;
     void CleanUp_Cache() noexcept;
-    bool FeedPrimitive() noexcept;
+    bool FeedPrimitive(const unsigned char* piece, std::uint32_t size) noexcept;
 
     // ---- Readers of fields
 
@@ -261,7 +262,9 @@ private:
     int Drive(Records& out, int& count);
     int StepIdle();
     int StepActive(Records& out, int& count);
+    int OnStop(int rc, Records& out, int& count);
     void StepWait(Records& out, int& count);
+    void OnTimeout(Records& out, int& count);
     int OnMessage(Records& out, int& count);
     int OnOpenCrcError();
     int OnPacket(int rc, Records& out, int& count);
@@ -285,13 +288,12 @@ private:
         return uiMsgLen + static_cast<std::uint32_t>(pucInData - pucRun);
     }
     std::uint32_t StoreFree() const noexcept { return SML_MESSAGE_STORE - StoreUsed(); }
-    void KeepBytes(const unsigned char* from, std::uint32_t count) noexcept
+    static void CopyBytes(unsigned char* to, const unsigned char* from, std::uint32_t size) noexcept
     {
-        if (count == 1)
-            aucMsgBuf[uiMsgLen] = *from;
-        else if (count != 0)
-            std::memcpy(aucMsgBuf.data() + uiMsgLen, from, count);
-        uiMsgLen += count;
+        if (size == 1)
+            *to = *from;
+        else if (size != 0)
+            std::memcpy(to, from, size);
     }
     void KeepRun() noexcept;
     const char* StoreBytes() noexcept;
