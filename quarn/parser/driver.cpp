@@ -44,6 +44,48 @@ void cSMLP::TimeoutEvent() noexcept
     Say(kProgress, "TimerEvent: InterCharacterTo, Id=%d");
 }
 
+inline void cSMLP::StepWait(Records& out, int& count)
+{
+    if (InputLeft() != 0) {
+        Say(kDetail, "WAIT->ACTIVE, smlp[%d]");
+        usParserState = STATE_ACTIVE;
+    } else if ((usEvents & kInterCharacterTimeout) != 0) {
+        OnTimeout(out, count);
+    }
+    usEvents &= static_cast<std::uint16_t>(~kInterCharacterTimeout);
+}
+
+inline int cSMLP::StepActive(Records& out, int& count)
+{
+    usEvents = 0;
+    const int rc = Walk();
+    if (rc != RC_INPUT_EMPTY)
+        return OnStop(rc, out, count);
+    Say(kDetail, "State:WAIT -> Start IC-Timeout, smlp[%d]");
+    usParserState = STATE_WAIT;
+    return kGoOn;
+}
+
+inline int cSMLP::Drive(Records& out, int& count)
+{
+    do {
+        int result = kGoOn;
+        if (usParserState == STATE_WAIT)
+            StepWait(out, count);
+        else if (usParserState == STATE_IDLE)
+            result = StepIdle();
+        else if (usParserState != STATE_ACTIVE) {
+            Say(kError, "Unknown State!, smlp[%d]");
+            return SMLP_UNKNOWN_STATE;
+        }
+        if (result == kGoOn && usParserState == STATE_ACTIVE)
+            result = StepActive(out, count);
+        if (result != kGoOn)
+            return result;
+    } while (InputLeft() != 0 && usParserState != STATE_WAIT);
+    return SMLP_OK;
+}
+
 int cSMLP::SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& count) noexcept
 {
     try {
@@ -78,26 +120,6 @@ int cSMLP::SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& 
     }
 }
 
-int cSMLP::Drive(Records& out, int& count)
-{
-    do {
-        int result = kGoOn;
-        if (usParserState == STATE_WAIT)
-            StepWait(out, count);
-        else if (usParserState == STATE_IDLE)
-            result = StepIdle();
-        else if (usParserState != STATE_ACTIVE) {
-            Say(kError, "Unknown State!, smlp[%d]");
-            return SMLP_UNKNOWN_STATE;
-        }
-        if (result == kGoOn && usParserState == STATE_ACTIVE)
-            result = StepActive(out, count);
-        if (result != kGoOn)
-            return result;
-    } while (InputLeft() != 0 && usParserState != STATE_WAIT);
-    return SMLP_OK;
-}
-
 int cSMLP::StepIdle()
 {
     const bool first = (uiSmltFlags & BUF_FLAG_FIRST) != 0;
@@ -128,17 +150,6 @@ int cSMLP::StepIdle()
     return kGoOn;
 }
 
-int cSMLP::StepActive(Records& out, int& count)
-{
-    usEvents = 0;
-    const int rc = Walk();
-    if (rc != RC_INPUT_EMPTY)
-        return OnStop(rc, out, count);
-    Say(kDetail, "State:WAIT -> Start IC-Timeout, smlp[%d]");
-    usParserState = STATE_WAIT;
-    return kGoOn;
-}
-
 int cSMLP::OnStop(int rc, Records& out, int& count)
 {
     switch (rc) {
@@ -150,17 +161,6 @@ int cSMLP::OnStop(int rc, Records& out, int& count)
     default:
         return OnError(rc, out, count);
     }
-}
-
-void cSMLP::StepWait(Records& out, int& count)
-{
-    if (InputLeft() != 0) {
-        Say(kDetail, "WAIT->ACTIVE, smlp[%d]");
-        usParserState = STATE_ACTIVE;
-    } else if ((usEvents & kInterCharacterTimeout) != 0) {
-        OnTimeout(out, count);
-    }
-    usEvents &= static_cast<std::uint16_t>(~kInterCharacterTimeout);
 }
 
 // Drops the message, or accepts a close message that lacks its last byte alone.

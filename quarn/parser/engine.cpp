@@ -175,14 +175,6 @@ int cSMLP::RefuseList(const Layout& layout, const Refusal& refusal) const noexce
 
 // ---- The message store
 
-void cSMLP::KeepRun() noexcept
-{
-    const auto run = static_cast<std::uint32_t>(pucInData - pucRun);
-    CopyBytes(aucMsgBuf.data() + uiMsgLen, pucRun, run);
-    uiMsgLen += run;
-    pucRun = pucInData;
-}
-
 // All bytes of the store in one piece; in place where the input still holds them all.
 const char* cSMLP::StoreBytes() noexcept
 {

@@ -295,7 +295,13 @@ private:
         else if (size != 0)
             std::memcpy(to, from, size);
     }
-    void KeepRun() noexcept;
+    void KeepRun() noexcept
+    {
+        const auto run = static_cast<std::uint32_t>(pucInData - pucRun);
+        CopyBytes(aucMsgBuf.data() + uiMsgLen, pucRun, run);
+        uiMsgLen += run;
+        pucRun = pucInData;
+    }
     const char* StoreBytes() noexcept;
     void EmptyStore() noexcept;
     unsigned StoreTail(std::uint32_t back) const noexcept;
