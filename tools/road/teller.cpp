@@ -51,8 +51,7 @@ void cTeller::OnFrameLost(const Frame& frame, eLOSS loss)
 void cTeller::OnTimeout(const Frame& frame)
 {
     report.Say(EXIT_GOOD,
-               "frame %llu: the line has fallen silent inside it; a message that is unfinished is "
-               "given up",
+               "frame %llu: the line has fallen silent inside it; the SML file in it is given up",
                ull{frame.ullNumber});
 }
 
