@@ -215,6 +215,30 @@ TEST(Live, InterruptEndsEveryWait)
     }
 }
 
+// A reader that has seen enough is no error to be told of; a descriptor that is closed is one.
+TEST(Live, PipesAndClosedDescriptors)
+{
+    const struct {
+        const char* pcCommand; // of the shell; $quarn is the program
+        const char* pcPrints;
+    } rows[] = {
+        {"{ $quarn simulate | { $quarn decode; echo $? >&2; } | head -1 >/dev/null; } 2>&1", "2\n"},
+        {"$quarn decode 2>&1 <&-", "quarn: standard input: cannot be read: Bad file descriptor\n"},
+        {"$quarn decode --format csv 2>&1 >&- </dev/null",
+         "quarn: standard output: cannot be written: Bad file descriptor\n"},
+    };
+    ::setenv("quarn", QUARN_PROGRAM, 1);
+    for (const auto& row : rows) {
+        FILE* const shell = ::popen(row.pcCommand, "r");
+        ASSERT_NE(shell, nullptr);
+        char printed[1000] = {};
+        std::fread(printed, 1, sizeof printed - 1, shell);
+        ::pclose(shell);
+        EXPECT_STREQ(printed, row.pcPrints) << row.pcCommand;
+    }
+    ::unsetenv("quarn");
+}
+
 // What check counts is what the simulator says.
 TEST(Simulate, FaultsAreCountedAlike)
 {
