@@ -209,7 +209,7 @@ TEST(Live, InterruptEndsEveryWait)
         if (*row.pcReached != '\0')
             EXPECT_TRUE(quarn.Tells(row.pcReached)) << row.pcName << quarn.err;
         else
-            ::usleep(150000);
+            ::usleep(400000);
         quarn.Interrupt();
         EXPECT_EQ(quarn.Ended(), row.iStatus) << row.pcName << ": " << quarn.err;
     }
