@@ -19,22 +19,20 @@ std::string GoodFile(test::Choices& choices)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    for (vorn::cUnit* unit : {LibSmle, LibSmlp})
-        unit->iLevel = 0;
     fuzz::Input input(data, size);
     test::Choices choices = input.Seeded();
     const std::string good = GoodFile(choices);
     const std::string garbage = input.Rest();
 
     test::Parser parser;
-    for (std::size_t from = 0; from < garbage.size();) {
-        const std::string piece =
-            garbage.substr(from, choices.Below(choices.Chance(50) ? 9 : 5000));
+    fuzz::InPieces(garbage, choices, 8, 5000, [&](std::string_view piece, bool) {
         parser.Feed(choices.Chance(80) ? unsigned{BUF_FLAG_FIRST} : choices.Below(0x40), piece);
         if (choices.Chance(5))
             parser.parser.TimeoutEvent();
-        from += piece.size();
-    }
+        if (choices.Chance(10))
+            parser.Feed(choices.Below(0x40), "");
+        return true;
+    });
     parser.Reset();
     parser.records.clear();
     parser.count = 0;

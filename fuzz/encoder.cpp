@@ -128,8 +128,6 @@ void Encode(Sent& sent)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    for (vorn::cUnit* unit : {LibSmle, LibSmlp})
-        unit->iLevel = 0;
     fuzz::Input input(data, size);
     Damage damage(input.Back());
     Choices choices = input.Front();

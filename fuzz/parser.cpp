@@ -5,8 +5,6 @@
 #include "tests/support/failing_new.h"
 #include "tests/support/parse.h"
 
-#include <algorithm>
-
 namespace
 {
 
@@ -16,13 +14,13 @@ using vorn::cRecord;
 // Pieces as the tool gives them: each may begin a file, and nothing follows what was refused.
 void Feed(test::Parser& parser, std::string_view bytes, test::Choices* cuts)
 {
-    while (!bytes.empty() && (parser.results.empty() || parser.results.back() >= 0)) {
-        const unsigned most = static_cast<unsigned>(bytes.size());
-        const unsigned size =
-            cuts == nullptr ? most : 1 + cuts->Below(std::min(most, cuts->Chance(50) ? 8U : 3000U));
-        parser.Feed(BUF_FLAG_FIRST, bytes.substr(0, size));
-        bytes.remove_prefix(size);
-    }
+    const auto feed = [&parser](std::string_view piece, bool) {
+        return parser.Feed(BUF_FLAG_FIRST, piece) >= 0;
+    };
+    if (cuts != nullptr)
+        fuzz::InPieces(bytes, *cuts, 8, 3000, feed);
+    else if (!bytes.empty())
+        feed(bytes, true);
     parser.Reset();
 }
 
@@ -86,8 +84,6 @@ constexpr struct {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    for (vorn::cUnit* unit : {LibSmlp, LibQuarn})
-        unit->iLevel = 0;
     fuzz::Input input(data, size);
     test::Choices cuts = input.Seeded();
     const std::string bytes = input.Rest();

@@ -2,6 +2,7 @@
 // take bytes of the wire, random bytes for those that take choices.
 //
 //   fuzz_seeds FOLDER      makes FOLDER/TARGET for each target
+#include "fuzz/framed.h"
 #include "tests/roundtrip/generator.h"
 #include "tests/support/message.h"
 
@@ -68,20 +69,6 @@ std::vector<std::string> OtherFiles()
     };
 }
 
-std::string Framed(const std::string& payload)
-{
-    cSMLTenc encoder(SMLT_MODE_TP);
-    cRecord ifRec;
-    cRecord record;
-    AppendBytes(ifRec, "RawData", payload);
-    record.AppendUIntPar("SmltFlags", BUF_FLAG_SML | BUF_FLAG_FIRST | BUF_FLAG_LAST, 0);
-    record.AppendRecordPar("IfRec", ifRec, 0);
-    vorn::cMsg msg(record);
-    encoder.Encode(msg);
-    const vorn::cRecordPar raw = msg.GetRecord().GetFirstParByPath("IfRec.RawData", ".", 0, 0);
-    return {raw.GetData(), static_cast<std::size_t>(raw.GetSize())};
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -105,7 +92,9 @@ int main(int argc, char** argv)
                                     static_cast<char>(choices.Below(256))};
         parser.Write(file + ending);
         damage.Write(file.substr(0, choices.Below(static_cast<unsigned>(file.size()))) + ending);
-        const std::string frame = Framed(file.substr(0, 1000));
+        cSMLTenc encoder(SMLT_MODE_TP);
+        const std::string frame = fuzz::Framed(
+            encoder, BUF_FLAG_SML | BUF_FLAG_FIRST | BUF_FLAG_LAST, file.substr(0, 1000));
         transport.Write(frame + ending);
         std::string damaged = frame.substr(choices.Below(40));
         damaged.append(frame, 0, 30).append(frame).append(ending);

@@ -12,8 +12,8 @@ namespace
 using test::Choices;
 using test::Over;
 
-std::string
-Bytes(Choices& choices) // rich in what the framing gives a meaning to, now and then long
+// Rich in what the framing gives a meaning to, now and then long.
+std::string Bytes(Choices& choices)
 {
     const bool isLong = choices.Chance(2);
     std::string bytes(static_cast<std::size_t>(choices.Pick(0, isLong ? 40000 : 40)), 0);
@@ -111,7 +111,6 @@ std::string RunBoth(Choices& choices, int mode, const std::string& stream, int f
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    LibSmlt->iLevel = 0;
     fuzz::Input input(data, size);
     Choices choices = input.Seeded();
     const bool generated = choices.Chance(20);

@@ -12,7 +12,6 @@
 #include <memory>
 #include <set>
 #include <string>
-#include <unistd.h>
 
 namespace tool
 {
@@ -183,10 +182,7 @@ void AddCheck(CLI::App& app, int& status)
                   "Example:\n"
                   "  quarn check --json examples/household.bin");
     check->callback([options, &status] {
-        cOutput out(STDOUT_FILENO);
-        cReport report;
-        cChecker checker(options->eKind, options->bJson, out, report);
-        status = PumpInputs(options->inputs, checker, out, report);
+        status = PumpToStdout<cChecker>(options->inputs, options->eKind, options->bJson);
     });
 }
 

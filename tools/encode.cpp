@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <unistd.h>
 
 namespace tool
 {
@@ -139,10 +138,7 @@ void AddEncode(CLI::App& app, int& status)
                    "  quarn decode --format records examples/household.bin |\n"
                    "  quarn encode --frame > again.bin");
     encode->callback([options, &status] {
-        cOutput out(STDOUT_FILENO);
-        cReport report;
-        cLineEncoder encoder(options->bFrame, out, report);
-        status = PumpInputs(options->inputs, encoder, out, report);
+        status = PumpToStdout<cLineEncoder>(options->inputs, options->bFrame);
     });
 }
 

@@ -4,7 +4,6 @@
 #include "tools/road/framer.h"
 
 #include <memory>
-#include <unistd.h>
 
 namespace tool
 {
@@ -14,7 +13,7 @@ namespace
 class cFrameEach : public cConsumer
 {
 public:
-    explicit cFrameEach(cOutput& output) : framer(output) {}
+    cFrameEach(cOutput& output, cReport&) : framer(output) {}
 
     void Feed(const unsigned char* data, std::size_t size) override
     {
@@ -36,12 +35,7 @@ void AddFrame(CLI::App& app, int& status)
               "Raw SML files, of which each becomes one frame (none, when it has no bytes)");
     frame->footer("Example:\n"
                   "  quarn unframe examples/household.bin | quarn frame > one.bin");
-    frame->callback([inputs, &status] {
-        cOutput out(STDOUT_FILENO);
-        cReport report;
-        cFrameEach framer(out);
-        status = PumpInputs(*inputs, framer, out, report);
-    });
+    frame->callback([inputs, &status] { status = PumpToStdout<cFrameEach>(*inputs); });
 }
 
 } // namespace tool

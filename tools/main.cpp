@@ -5,8 +5,10 @@
 
 #include <algorithm>
 #include <exception>
+#include <fcntl.h>
 #include <numeric>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace tool
@@ -54,11 +56,22 @@ std::string Suggestion(const CLI::App& app)
            "': " + (nearest.empty() ? "there are " + all : "did you mean '" + nearest + "'?");
 }
 
+// The next file opened would take the place of a standard descriptor that is closed: reading it, or
+// writing there, fails instead.
+void HoldStandardDescriptors()
+{
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(fd, F_GETFD) < 0)
+            ::open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
+
 } // namespace
 } // namespace tool
 
 int main(int argc, char** argv)
 {
+    tool::HoldStandardDescriptors();
     try {
         int status = tool::EXIT_GOOD;
         CLI::App app("Reads Smart Message Language (SML), the language of meters.", "quarn");

@@ -76,8 +76,8 @@ void AddInputs(CLI::App& command, InputOptions& inputs, const std::string& what)
                      "Do not stop at the end of a file but wait for what is added to it");
     command
         .add_option("--timeout", inputs.timeout,
-                    "Milliseconds of silence that end an unfinished message: 500 on lines and\n"
-                    "connections unless given, none in files and pipes unless given; 0 is none")
+                    "Milliseconds of silence after which an unfinished SML file is given up (500\n"
+                    "on lines and connections; none, which is 0, in files and pipes)")
         ->check(CLI::Range(0L, 3600000L).description(""))
         ->type_name("MS");
 }

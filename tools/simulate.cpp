@@ -10,6 +10,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <climits>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
@@ -167,7 +168,7 @@ void AddSimulate(CLI::App& app, int& status)
         ->check(CLI::Range(0.0, 1e6).description(""))
         ->type_name("SEC");
     simulate->add_option("--count", options->ullCount, "Frames to send; without it, no end")
-        ->check(CLI::PositiveNumber.description(""))
+        ->check(CLI::Range(1ULL, ULLONG_MAX).description(""))
         ->type_name("N");
     simulate->add_option("--seed", options->ullSeed, "The same seed makes the same bytes (1)")
         ->type_name("N");

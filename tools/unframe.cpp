@@ -7,7 +7,6 @@
 #include "tools/road/teller.h"
 
 #include <memory>
-#include <unistd.h>
 
 namespace tool
 {
@@ -94,10 +93,7 @@ void AddUnframe(CLI::App& app, int& status)
                     "Example:\n"
                     "  quarn unframe examples/household.bin > household.sml");
     unframe->callback([options, &status] {
-        cOutput out(STDOUT_FILENO);
-        cReport report;
-        cUnframer unframer(options->bKeepBad, out, report);
-        status = PumpInputs(options->inputs, unframer, out, report);
+        status = PumpToStdout<cUnframer>(options->inputs, options->bKeepBad);
     });
 }
 

@@ -2,6 +2,7 @@
 """Does what the pages of the documentation say, block by block, in a folder of its own for each page.
 
     pages.py --root DIR --build DIR --prefix DIR --compiler CXX [--update] PAGE...
+    pages.py --machine DIR PAGE...
 
 A block is marked by its language:
 
@@ -9,12 +10,17 @@ A block is marked by its language:
            function that has a decoder, an encoder, a parser and some more at hand (see CONTEXT).
   console  lines behind "$ " are run by bash ("> " goes on with a command); what they print, on
            either output, has to be what follows. A line of "..." stands for any lines.
+           "export" holds for all commands that follow.
+  machine  the same, but for commands that make a machine ready: they are run with --machine alone.
   bytes    hex with comments behind ";": one SML file or frames, which decode without complaint.
   text     not looked at.
 
 A comment <!-- NAME --> in the line before a block stores the block in the file NAME instead, for the
 commands that follow. Commands find the installed program and libraries in PREFIX, a copy of
 examples/ and the build as build/release. --update writes what commands print now into the page.
+
+--machine: commands are run in the root folder of another machine, where the repository stands in
+/root/libquarn and nothing else is ready: all that a page needs it has to make itself.
 """
 import argparse
 import os
@@ -26,6 +32,7 @@ import tempfile
 
 BLOCK = re.compile(r"(?:^<!-- (?P<file>\S+) -->\n)?^```(?P<language>\S*)\n(?P<body>.*?)^```$",
                    re.M | re.S)
+CLONE = "/root/libquarn"
 CONTEXT = """
 #include "quarn/quarn.h"
 #include <chrono>
@@ -51,8 +58,19 @@ class Page:
     def __init__(self, path, options):
         self.path, self.options = path, options
         self.name = os.path.relpath(path, options.root)
+        self.failures, self.includes, self.blocks, self.exports = [], [], [], ""
+        self.shell, self.timeout = ["bash", "-c"], 120
+        if options.machine:
+            self.folder = options.machine + CLONE
+            self.environment = {"HOME": "/root", "PATH": "/usr/local/bin:/usr/bin:/usr/sbin:/bin:/sbin",
+                                "LC_ALL": "C.UTF-8"}
+            self.shell = ["chroot", options.machine, "sh", "-c", f'cd {CLONE} && exec bash -c "$0"']
+            self.timeout = 7200
+        else:
+            self.prepare(options)
+
+    def prepare(self, options):
         self.folder = tempfile.mkdtemp()
-        self.failures, self.includes, self.blocks = [], [], []
         shutil.copytree(os.path.join(options.root, "examples"), os.path.join(self.folder, "examples"))
         os.mkdir(os.path.join(self.folder, "build"))
         os.symlink(options.build, os.path.join(self.folder, "build", "release"))
@@ -68,9 +86,10 @@ class Page:
         self.failures.append(f"{self.name}:{line}: {text}")
 
     def run(self, command):
-        done = subprocess.run(["bash", "-c", command], cwd=self.folder, env=self.environment, text=True,
-                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                              stderr=subprocess.STDOUT, timeout=120, check=False, errors="replace")
+        done = subprocess.run([*self.shell, self.exports + command], cwd=self.folder,
+                              env=self.environment, text=True, stdin=subprocess.DEVNULL,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                              timeout=self.timeout, check=False, errors="replace")
         return done.returncode, done.stdout
 
     def cpp(self, line, body):
@@ -99,7 +118,7 @@ class Page:
         if status or "messages" not in output:
             self.fail(line, output)
 
-    def console(self, line, body):
+    def console(self, line, body, succeeds=False):
         """What the block would have to say: its commands with what they print."""
         made, lines, at = "", body.split("\n")[:-1], 0
         while at < len(lines):
@@ -115,7 +134,11 @@ class Page:
             while at < len(lines) and not lines[at].startswith("$ "):
                 at += 1
             expected = "".join(l + "\n" for l in lines[behind:at])
-            _, output = self.run(command)
+            status, output = self.run(command)
+            if status and succeeds:
+                self.fail(line + start + 1, f"status {status}\n{output}")
+            if command.startswith("export "):
+                self.exports += command + "\n"
             if output and not output.endswith("\n"):
                 output += "\n"
             pattern = "".join("(?:.*\n)*?" if l == "..." else re.escape(l + "\n")
@@ -142,15 +165,18 @@ class Page:
                     out.write(body)
             elif language == "console":
                 body = self.console(line, body)
+            elif language == "machine" and self.options.machine:
+                self.console(line, body, succeeds=True)
             elif language in ("cpp", "bytes"):
                 getattr(self, language)(line, body)
-            elif language != "text":
+            elif language not in ("text", "machine"):
                 self.fail(line, f"a block of an unknown kind: '{language}'")
             updated += body
         updated += text[end:]
         self.compile()
         self.links(BLOCK.sub("", text))
-        shutil.rmtree(self.folder)
+        if not self.options.machine:
+            shutil.rmtree(self.folder)
         if self.options.update and updated != text:
             with open(self.path, "w", encoding="utf-8") as page:
                 page.write(updated)
@@ -163,8 +189,9 @@ class Page:
 
 def main():
     parser = argparse.ArgumentParser()
-    for name in ("--root", "--build", "--prefix", "--compiler"):
-        parser.add_argument(name, required=True)
+    for name in ("--build", "--prefix", "--compiler", "--machine"):
+        parser.add_argument(name)
+    parser.add_argument("--root", default=".")
     parser.add_argument("--update", action="store_true")
     parser.add_argument("pages", nargs="+")
     options = parser.parse_args()

@@ -28,6 +28,14 @@ const sections = [...document.querySelectorAll('section')];
 for (const section of sections) {
   const hex = section.querySelector('.hex'), tree = section.querySelector('.tree');
   check(hex.children.length === tree.children.length, 'as many ranges as rows');
+  if (section.id === 's1') {
+    const heights = ['.at', '.hex'].map(name => {
+      const range = document.createRange();
+      range.selectNodeContents(section.querySelector(name));
+      return range.getBoundingClientRect().height;
+    });
+    check(Math.abs(heights[0] - heights[1]) < 5, 'offsets beside their bytes: ' + heights);
+  }
   result.bytes += hex.textContent.replace(/ /g, '');
   const n = Math.min(20, tree.children.length - 1), row = tree.children[n], range = hex.children[n];
   for (const node of [row, range.querySelector('s') || range]) {
@@ -56,6 +64,10 @@ document.body.dataset.result = JSON.stringify(result);
 }</script></body>"""
 
 
+# As in a window narrower than the browser makes one here.
+NARROW = "<style>body { width: 20em } .pair { display: block !important }</style>"
+
+
 def browse(page, *options):
     with tempfile.TemporaryDirectory() as profile:
         command = ["chromium", "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic",
@@ -63,6 +75,16 @@ def browse(page, *options):
                    "--disable-component-update", "--disable-sync", "--window-size=1400,1000",
                    f"--user-data-dir={profile}", *options, page.as_uri()]
         return subprocess.run(command, capture_output=True, text=True, timeout=100, check=True).stdout
+
+
+def self_test(text, folder):
+    page = pathlib.Path(folder) / "tested.html"
+    page.write_text(text.replace("</body>", SELF_TEST))
+    found = re.search(r'data-result="([^"]*)"', browse(page, "--dump-dom"))
+    assert found, "the test did not run to its end"
+    result = json.loads(found.group(1).replace("&quot;", '"'))
+    assert not result["errors"], result["errors"]
+    return result
 
 
 def main():
@@ -81,16 +103,14 @@ def main():
         assert status.returncode == 1 and status.stdout == b"", status
         text = page.read_text()
         assert not re.search(r"https?:|src=|url\(|@import", text), "the page refers to something"
-        tested = pathlib.Path(folder) / "tested.html"
-        tested.write_text(text.replace("</body>", SELF_TEST))
-        dom = browse(tested, "--dump-dom")
-        found = re.search(r'data-result="([^"]*)"', dom)
-        assert found, "the test did not run to its end"
-        result = json.loads(found.group(1).replace("&quot;", '"'))
-        assert not result["errors"], result["errors"]
+        result = self_test(text, folder)
         assert bytes.fromhex(result["bytes"]) == stream
         assert result["places"] >= 40 * 2 + 2, result["places"]
         print(f"{result['hover']:.1f} ms to find and mark both pairs of a frame")
+        small = pathlib.Path(folder) / "small.html"
+        subprocess.run([quarn, "decode", "--html", small, examples / "household.bin"],
+                       capture_output=True)
+        self_test(small.read_text().replace("</head>", NARROW + "</head>"), folder)
         for name, scheme in (("light", 1), ("dark", 0)):
             picture = output / f"explain-{name}.png"
             browse(page, f"--blink-settings=preferredColorScheme={scheme}",

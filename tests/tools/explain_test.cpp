@@ -73,8 +73,9 @@ struct Told {
     bool bDamaged;
 };
 
+// silences: behind so many pieces the line is silent.
 Told Explain(const std::string& input, std::size_t piece = std::string::npos,
-             tool::eINPUT kind = tool::INPUT_AUTO)
+             tool::eINPUT kind = tool::INPUT_AUTO, unsigned silences = 0)
 {
     Listener listener;
     tool::cReport report;
@@ -86,6 +87,8 @@ Told Explain(const std::string& input, std::size_t piece = std::string::npos,
         const std::size_t size = std::min(piece, input.size() - at);
         explainer.Feed(reinterpret_cast<const unsigned char*>(input.data()) + at, size);
         at += size;
+        if (at <= silences * piece)
+            explainer.Timeout();
     }
     explainer.End();
     explainer.Finish();
@@ -146,7 +149,7 @@ TEST(Explain, CoversAnyBytes)
                     break;
                 }
             }
-            Explain(bytes, 1 + below(2000));
+            Explain(bytes, 1 + below(2000), tool::INPUT_AUTO, round % 4);
         }
     }
 }
@@ -241,6 +244,45 @@ TEST(Explain, TellsFieldsAndDamage)
     }
 }
 
+// A message that a silence cuts off is damaged, what is late of it as well; a message that begins
+// then is read.
+TEST(Explain, GoesOnBehindASilence)
+{
+    const std::string frame = test::ReadFile(kExample).substr(0, 252);
+    const std::string file = frame.substr(8, 236);
+    const struct {
+        const char* pcName;
+        std::string input;
+        std::size_t uiPiece;
+        std::vector<const char*> told;
+    } rows[] = {
+        {"in a frame",
+         frame + frame,
+         103, // of which three are held back
+         {"unit|not set||the data ends here, before scaler; the line fell silent here: the "
+          "file",
+          "cannot be taken apart|||the parser stops here", "frame 2: 252 bytes at 0xfc|\n"}},
+        {"in a frame that is lost",
+         frame.substr(0, 103) + frame,
+         103,
+         {"the line fell silent", "broken off", "message 3|close response||\n"}},
+        {"raw",
+         file.substr(0, 100) + file,
+         100,
+         {"it announces 6 bytes, and 0 are left; the line fell silent",
+          "SML file: 236 bytes at 0x64|\n0 message 1|open response||\n"}},
+        {"raw, between messages",
+         file,
+         38,
+         {"endOfSmlMsg|||the line fell silent", "0 message 1|get-list response||\n"}},
+    };
+    for (const auto& row : rows) {
+        const std::string text = Explain(row.input, row.uiPiece, tool::INPUT_AUTO, 1).text;
+        for (const char* told : row.told)
+            EXPECT_NE(text.find(told), std::string::npos) << row.pcName << told << '\n' << text;
+    }
+}
+
 TEST(Explain, TellsTheTransport)
 {
     const std::string frame = Hex("1B1B1B1B01010101 01 1B1B1B1B1B1B1B1B 02 0000 1B1B1B1B1A02 7A58");
@@ -277,6 +319,8 @@ TEST(Explain, OnTheCommandLine)
         {{"--explain", "--keep-bad"}, good, 2, "", "--keep-bad", ""},
         {{"--html", page}, good, 0, "", "", "14798112.9 Wh</b>"},
         {{"--html", page}, much, 2, "", "too long for a page", "frame 1000:"},
+        {{"--html", page}, good, 0, "", "", "14798112.9 Wh</b>"}, // in the place of another
+        {{"--html", kExample}, good, 2, "", "household.bin: is no page", ""},
         {{"--html", "/nonexistent/page"}, good, 2, "", "/nonexistent/page: cannot be written", ""},
         {{"--html", "/dev/full"}, good, 2, "", "/dev/full: cannot be written: No space", ""},
     };

@@ -209,10 +209,34 @@ TEST(Live, InterruptEndsEveryWait)
         if (*row.pcReached != '\0')
             EXPECT_TRUE(quarn.Tells(row.pcReached)) << row.pcName << quarn.err;
         else
-            ::usleep(150000);
+            ::usleep(400000);
         quarn.Interrupt();
         EXPECT_EQ(quarn.Ended(), row.iStatus) << row.pcName << ": " << quarn.err;
     }
+}
+
+// A reader that has seen enough is no error to be told of; a descriptor that is closed is one.
+TEST(Live, PipesAndClosedDescriptors)
+{
+    const struct {
+        const char* pcCommand; // of the shell; $quarn is the program
+        const char* pcPrints;
+    } rows[] = {
+        {"{ $quarn simulate | { $quarn decode; echo $? >&2; } | head -1 >/dev/null; } 2>&1", "2\n"},
+        {"$quarn decode 2>&1 <&-", "quarn: standard input: cannot be read: Bad file descriptor\n"},
+        {"$quarn decode --format csv 2>&1 >&- </dev/null",
+         "quarn: standard output: cannot be written: Bad file descriptor\n"},
+    };
+    ::setenv("quarn", QUARN_PROGRAM, 1);
+    for (const auto& row : rows) {
+        FILE* const shell = ::popen(row.pcCommand, "r");
+        ASSERT_NE(shell, nullptr);
+        char printed[1000] = {};
+        std::fread(printed, 1, sizeof printed - 1, shell);
+        ::pclose(shell);
+        EXPECT_STREQ(printed, row.pcPrints) << row.pcCommand;
+    }
+    ::unsetenv("quarn");
 }
 
 // What check counts is what the simulator says.

@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <unistd.h>
 
 namespace tool
@@ -15,11 +17,28 @@ namespace tool
 namespace
 {
 
+// A file that is there is written over when it is a page already, or is empty: it may have been
+// named by mistake.
+bool MayBecomePage(const std::string& name)
+{
+    constexpr std::string_view kBegin = "<!DOCTYPE html>";
+    std::error_code none;
+    if (!std::filesystem::is_regular_file(name, none))
+        return true;
+    std::string begin(kBegin.size(), '\0');
+    std::ifstream(name, std::ios::binary).read(begin.data(), static_cast<long>(begin.size()));
+    return begin == kBegin || std::filesystem::file_size(name, none) == 0;
+}
+
 int ExplainOnPage(const InputOptions& inputs, eINPUT kind, const std::string& page)
 {
     cReport report;
-    const int fd = ::open(page.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     report.SetSubject(page);
+    if (!MayBecomePage(page)) {
+        report.Say(EXIT_FAILED, "is no page, and is not written over; name another FILE");
+        return report.Status();
+    }
+    const int fd = ::open(page.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     if (fd < 0) {
         report.Say(EXIT_FAILED, "cannot be written: %s", std::strerror(errno));
         return report.Status();

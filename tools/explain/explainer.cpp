@@ -12,7 +12,6 @@ namespace
 {
 
 constexpr std::size_t kMaxGap = std::size_t{64} * 1024; // bytes outside of frames that are kept
-constexpr std::size_t kStart = 8;                       // of a start sequence
 
 std::string Where(std::uint64_t offset, std::uint64_t size)
 {
@@ -78,6 +77,7 @@ void cExplainer::OnFrameStart(const Frame& frame, std::uint64_t offset)
         ShowBytes(before, "outside of frames", bAnyFrame ? "no frame begins here" : "");
     bLost = false;
     bAnyFrame = true;
+    silences.clear();
     current = frame;
     eState = frame.bRaw ? RAW : INSIDE;
     if (eState == RAW) {
@@ -108,6 +108,15 @@ void cExplainer::OnFrameLost(const Frame& frame, eLOSS loss)
     }
 }
 
+void cExplainer::OnTimeout(const Frame& frame)
+{
+    cTeller::OnTimeout(frame);
+    if (frame.bRaw)
+        pJudge->Timeout();
+    else
+        silences.push_back(frame.ullBytes);
+}
+
 // ---- Explanations
 
 void cExplainer::ExplainFrame(const Frame& frame, std::size_t size, eFRAME kind, const char* damage)
@@ -120,7 +129,14 @@ void cExplainer::ExplainFrame(const Frame& frame, std::size_t size, eFRAME kind,
     Layout layout =
         LayOutFrame(ullAt, std::string_view(bytes).substr(0, size), frame.ullBytes, kind);
     cJudge judge;
-    judge.Feed(layout.payload);
+    std::string_view payload = layout.payload;
+    for (const std::uint64_t silence : silences) {
+        const std::string_view before = payload.substr(0, silence - judge.Fed());
+        judge.Feed(before);
+        judge.Timeout();
+        payload.remove_prefix(before.size());
+    }
+    judge.Feed(payload);
     judge.End();
     Section section;
     section.ullOffset = ullAt;
@@ -183,14 +199,15 @@ void cExplainer::Relieve()
     if (eState == RAW && bytes.size() > kMaxFrame) {
         ExplainRaw(true);
     } else if (eState == OUTSIDE && bytes.size() > kMaxGap) {
-        ShowBytes(bytes.size() - (kStart - 1), "outside of frames",
+        ShowBytes(bytes.size() - (kStartSize - 1), "outside of frames",
                   bAnyFrame ? "no frame begins here" : "");
     } else if (eState == INSIDE && bytes.size() > kMaxFrame) {
-        ExplainFrame(current, bytes.size() - (kStart - 1), eFRAME::UNENDED,
+        ExplainFrame(current, bytes.size() - (kStartSize - 1), eFRAME::UNENDED,
                      "too long: only its beginning is taken apart");
         eState = REST;
     } else if (eState == REST && bytes.size() > kMaxFrame) {
-        ShowBytes(bytes.size() - (kStart - 1), "frame " + std::to_string(current.ullNumber), "");
+        ShowBytes(bytes.size() - (kStartSize - 1), "frame " + std::to_string(current.ullNumber),
+                  "");
     }
 }
 

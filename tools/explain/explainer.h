@@ -14,6 +14,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tool
 {
@@ -40,6 +41,7 @@ protected:
     void OnPayload(const Frame& frame, std::string_view) override { current = frame; }
     void OnFrameEnd(const Frame& frame) override;
     void OnFrameLost(const Frame& frame, eLOSS loss) override;
+    void OnTimeout(const Frame& frame) override;
 
 private:
     enum eSTATE { OUTSIDE, INSIDE, RAW, REST }; // of frames; REST: of one that is too long
@@ -57,10 +59,11 @@ private:
     bool bFull = false;         // the writer takes no more
 
     eSTATE eState = OUTSIDE;
-    std::string bytes;       // of the input, not explained yet
-    std::uint64_t ullAt = 0; // where they begin in it
-    Frame current;           // the frame they belong to, as last told
-    bool bLost = false;      // it is lost; where it ends is told by the next one
+    std::string bytes;                   // of the input, not explained yet
+    std::uint64_t ullAt = 0;             // where they begin in it
+    Frame current;                       // the frame they belong to, as last told
+    std::vector<std::uint64_t> silences; // how much of its payload stood before each
+    bool bLost = false;                  // it is lost; where it ends is told by the next one
     bool bAnyFrame = false;
     std::unique_ptr<cJudge> pJudge; // of raw SML
     unsigned uiMessage = 1;         // of raw SML, the next one's number in its file

@@ -2,6 +2,8 @@
 // a row are content: four of it.
 #include "tools/explain/layout.h"
 
+#include "tools/road/receiver.h"
+
 #include <algorithm>
 
 namespace tool
@@ -9,7 +11,6 @@ namespace tool
 namespace
 {
 
-constexpr std::size_t kStart = 8;  // 1B 1B 1B 1B 01 01 01 01
 constexpr std::size_t kEscape = 4; // 1B 1B 1B 1B
 constexpr std::size_t kEnd = 8;    // 1B 1B 1B 1B 1A, padding count, CRC
 
@@ -77,8 +78,8 @@ Layout LayOutFrame(std::uint64_t offset, std::string_view input, std::uint64_t s
     layout.input = input;
     const bool ends = frame != eFRAME::UNENDED;
     const std::size_t end = ends ? input.size() - kEnd : input.size();
-    Note(layout, 0, kStart, eWHAT::TRANSPORT, "start of a frame");
-    for (std::size_t at = kStart; at < end;)
+    Note(layout, 0, kStartSize, eWHAT::TRANSPORT, "start of a frame");
+    for (std::size_t at = kStartSize; at < end;)
         at = TakeContent(layout, at, end);
     Settle(layout, size, ends ? "padding" : "not delivered: it may have been padding");
     std::sort(layout.transport.begin(), layout.transport.end(),

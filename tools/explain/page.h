@@ -40,7 +40,7 @@ h2 strong, .tree strong { color: var(--bad); font-weight: 600; }
   background: var(--panel); border: 1px solid var(--line); }
 pre { margin: 0; font: 13px/1.65 ui-monospace, "DejaVu Sans Mono", monospace; }
 .at { color: var(--mute); text-align: right; user-select: none; }
-.hex { width: 47.5ch; white-space: pre-wrap; cursor: default; }
+.hex { flex: none; width: 47.5ch; white-space: pre-wrap; cursor: default; }
 .hex i { font-style: normal; border-radius: 2px; }
 .hex s { text-decoration: none; }
 .hex :is(.v, .c, .x) s { opacity: .55; }
@@ -63,6 +63,8 @@ footer { position: fixed; inset: auto 0 0 0; padding: .35em 1.5em; background: v
 footer:empty { display: none; }
 @media (max-width: 62em) { .pair { grid-template-columns: minmax(0, 1fr); gap: 1em; }
   .dump { max-height: 35vh; z-index: 1; } }
+@media (max-width: 32em) { body { padding: .7em .7em 4em; } pre { font-size: 11px; }
+  .dump { padding: .5em; gap: .6em; } }
 )css";
 
 constexpr const char* kPageScript = R"js(

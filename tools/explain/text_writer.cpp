@@ -7,6 +7,7 @@
 // Offsets count from 0, in hexadecimal. Damaged places begin with "!", and their reason stands
 // below them.
 #include "tools/explain/writers.h"
+#include "tools/output/terminal.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -21,12 +22,10 @@ constexpr std::size_t kRow = 9;      // bytes of hex in a line: an eight-byte nu
 constexpr std::size_t kMaxRows = 16; // what is longer is cut short
 constexpr std::size_t kText = 2 + 8 + 1 + 3 * kRow + 3; // column of the description
 
-constexpr const char* kDim = "\x1B[2m";
-constexpr const char* kBold = "\x1B[1m";
-constexpr const char* kRed = "\x1B[1;31m";
-constexpr const char* kPlain = "\x1B[0m";
 // Of kinds of bytes, in the order of eWHAT.
-constexpr const char* kColours[] = {"\x1B[36m", kDim, "\x1B[35m", "\x1B[34m", "", kDim, "\x1B[33m"};
+constexpr std::string_view kColours[] = {escape::kCyan,  escape::kDim, escape::kMagenta,
+                                         escape::kBlue,  "",           escape::kDim,
+                                         escape::kYellow};
 
 class cTextWriter : public cExplanationWriter
 {
@@ -41,11 +40,11 @@ public:
             out.Put('\n');
         bAny = true;
         if (!name.empty())
-            Put(kDim, name + '\n');
+            Put(escape::kDim, name + '\n');
         name.clear();
-        Put(kBold, section.title);
+        Put(escape::kBold, section.title);
         if (!section.damage.empty())
-            Put(kRed, ": " + section.damage);
+            Put(escape::kRed, ": " + section.damage);
         out.Put('\n');
         for (const Annotation& item : section.items) {
             Write(item);
@@ -56,12 +55,12 @@ public:
     void Finish() override {}
 
 private:
-    void Put(const char* colour, std::string_view text)
+    void Put(std::string_view colour, std::string_view text)
     {
-        const bool isPlain = !bColours || *colour == '\0' || text.empty();
-        out.Append(isPlain ? "" : colour);
+        const bool isPlain = !bColours || colour.empty() || text.empty();
+        out.Append(isPlain ? std::string_view() : colour);
         out.Append(text);
-        out.Append(isPlain ? "" : kPlain);
+        out.Append(isPlain ? std::string_view() : escape::kPlain);
     }
 
     void Write(const Annotation& item)
@@ -74,14 +73,14 @@ private:
             out.Put('\n');
         }
         if (size > kRow * kMaxRows)
-            Below(0, kDim, "and " + std::to_string(size - kRow * kMaxRows) + " bytes more");
+            Below(0, escape::kDim, "and " + std::to_string(size - kRow * kMaxRows) + " bytes more");
         if (!item.note.empty())
-            Below(item.uiDepth, kDim, item.note);
+            Below(item.uiDepth, escape::kDim, item.note);
         if (!item.damage.empty())
-            Below(item.uiDepth, kRed, "^ " + item.damage);
+            Below(item.uiDepth, escape::kRed, "^ " + item.damage);
     }
 
-    void Below(unsigned depth, const char* colour, const std::string& text)
+    void Below(unsigned depth, std::string_view colour, const std::string& text)
     {
         out.Pad(kText + 2 * std::size_t{depth});
         Put(colour, text);
@@ -94,12 +93,12 @@ private:
         char offset[24];
         std::snprintf(offset, sizeof offset, "%8llx ",
                       static_cast<unsigned long long>(item.ullOffset) + at);
-        Put(kRed, item.damage.empty() ? "" : "! ");
+        Put(escape::kRed, item.damage.empty() ? "" : "! ");
         out.Pad(item.damage.empty() ? 2 : 0);
-        Put(kDim, offset);
-        const char* const colour = kColours[static_cast<unsigned>(item.eWhat)];
+        Put(escape::kDim, offset);
+        const std::string_view colour = kColours[static_cast<unsigned>(item.eWhat)];
         const std::size_t tl = at == 0 && item.eWhat == eWHAT::VALUE ? item.uiTl : 0;
-        Put(kDim, Spaced(bytes.substr(0, tl)));
+        Put(escape::kDim, Spaced(bytes.substr(0, tl)));
         Put(colour, Spaced(bytes.substr(std::min(tl, bytes.size()))));
         if (at == 0)
             out.Pad(3 * (kRow - bytes.size()) + 3);
@@ -117,14 +116,14 @@ private:
     {
         out.Pad(2 * std::size_t{item.uiDepth});
         const char* gap = "";
-        const auto put = [&](const char* colour, const std::string& text) {
+        const auto put = [&](std::string_view colour, const std::string& text) {
             out.Append(text.empty() ? "" : gap);
             Put(colour, text);
             gap = text.empty() ? gap : "  ";
         };
         put(kColours[static_cast<unsigned>(item.eWhat)], item.name);
-        put(item.eWhat == eWHAT::ABSENT ? kDim : kBold, item.value);
-        put(kDim, item.type.empty() ? "" : '[' + item.type + ']');
+        put(item.eWhat == eWHAT::ABSENT ? escape::kDim : escape::kBold, item.value);
+        put(escape::kDim, item.type.empty() ? "" : '[' + item.type + ']');
     }
 
     cOutput& out;

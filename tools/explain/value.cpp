@@ -1,7 +1,7 @@
 // See value.h.
 #include "tools/explain/value.h"
 
-#include "tools/output/output.h"
+#include "tools/output/reading_rows.h"
 #include "tools/reading/decimal.h"
 #include "tools/reading/kind.h"
 #include "tools/reading/obis.h"
@@ -10,7 +10,6 @@
 #include "tools/reading/unit.h"
 
 #include <algorithm>
-#include <ctime>
 
 namespace tool
 {
@@ -21,8 +20,8 @@ constexpr std::size_t kMaxOctets = 64; // of a byte string that is shown as a va
 
 std::string HexText(std::string_view bytes)
 {
-    std::string text(2 * bytes.size(), ' ');
-    WriteHex(bytes, text.data());
+    std::string text;
+    AppendHexText(text, bytes);
     return text;
 }
 
@@ -43,9 +42,9 @@ std::string NameText(std::string_view bytes)
 {
     if (bytes.size() != 6)
         return OctetText(bytes);
-    char text[kMaxObis];
-    const std::size_t size = FormatObis(UnsignedOf(bytes), text);
-    return WithMeaning({text, size}, ObisName(UnsignedOf(bytes)));
+    std::string text;
+    AppendObis(text, UnsignedOf(bytes));
+    return WithMeaning(text, ObisName(UnsignedOf(bytes)));
 }
 
 std::string AttentionText(std::string_view bytes)
@@ -60,16 +59,6 @@ std::string TagText(std::string_view bytes)
     const auto tag = static_cast<unsigned>(UnsignedOf(bytes));
     const MessageKind* const kind = FindKind(tag);
     return kind != nullptr ? WithMeaning("0x" + HexText(bytes), kind->pcName) : std::to_string(tag);
-}
-
-std::string TimestampText(std::uint64_t seconds)
-{
-    const auto time = static_cast<std::time_t>(seconds);
-    std::tm utc{};
-    char text[48];
-    if (::gmtime_r(&time, &utc) == nullptr)
-        return std::to_string(seconds);
-    return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%SZ", &utc)};
 }
 
 std::string ScaledText(bool isSigned, std::string_view bytes, const Scale& scale)
@@ -88,9 +77,10 @@ std::string NumberText(eFIELD kind, unsigned type, std::string_view bytes, const
     case eFIELD::VALUE:
         return ScaledText(type == TYPE_SIGNED, bytes, scale);
     case eFIELD::SECONDS:
-        return number + " s";
     case eFIELD::TIMESTAMP:
-        return TimestampText(UnsignedOf(bytes));
+        number.clear();
+        AppendTime(number, {kind == eFIELD::SECONDS ? 1U : 2U, UnsignedOf(bytes)});
+        return number;
     case eFIELD::UNIT:
         return number + " " + std::string(UnitSymbol(static_cast<unsigned>(UnsignedOf(bytes))));
     case eFIELD::STATUS:

@@ -41,6 +41,11 @@ void cJudge::Feed(std::string_view payload)
     });
 }
 
+void cJudge::Timeout()
+{
+    Listening([&] { road.Timeout(); });
+}
+
 void cJudge::End()
 {
     Listening([&] { road.End(); });
@@ -63,9 +68,11 @@ void cJudge::OnRefused(const Frame&, int result)
     Add(result == SMLP_OUT_OF_MEMORY ? SML_STATUS_NULL_POINTER : SML_STATUS_IGNORE_FILE);
 }
 
-void cJudge::Add(int error)
+void cJudge::OnTimeout(const Frame&) { Add(SML_STATUS_OK, true); }
+
+void cJudge::Add(int error, bool silence)
 {
-    verdicts.push_back({ullFed, error, trace});
+    verdicts.push_back({ullFed, error, silence, trace});
     trace.clear();
 }
 

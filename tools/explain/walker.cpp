@@ -75,7 +75,7 @@ class cWalker
 {
 public:
     cWalker(Layout& frame, const std::vector<Verdict>& judged, const WalkOptions& walkOptions)
-        : layout(frame), payload(frame.payload), verdicts(judged), options(walkOptions),
+        : layout(frame), whole(frame.payload), verdicts(judged), options(walkOptions),
           uiAt(walkOptions.uiStart)
     {
         walked.uiMessage = options.uiMessage;
@@ -83,20 +83,13 @@ public:
 
     Walked Run()
     {
-        while (uiAt < payload.size()) {
-            const std::size_t start = uiAt;
-            const std::size_t count = walked.items.size();
-            bCut = false;
-            const bool whole = payload[uiAt] == '\x76' && Message();
-            if (options.bMore && bCut) {
-                walked.items.resize(count);
-                uiAt = start;
-                break;
-            }
-            if (!whole)
-                Junk(start);
-            else if (options.bOneFile && walked.uiMessage == 1)
-                break;
+        for (bool more = true; more && uiAt < whole.size();) {
+            TakeUpToSilence();
+            while (more && uiAt < payload.size())
+                more = Step();
+            if (bSilent && uiAt == payload.size())
+                Silence();
+            more = more && !(options.bOneFile && walked.uiMessage == 1);
         }
         if (!options.bMore)
             CatchUp(layout.ullOffset + layout.input.size(), 0);
@@ -105,6 +98,41 @@ public:
     }
 
 private:
+    // What stands before a silence is parsed as if nothing followed.
+    void TakeUpToSilence()
+    {
+        const auto silence =
+            std::find_if(verdicts.begin(), verdicts.end(), [this](const Verdict& v) {
+                return v.bSilence && v.ullEnd > options.ullBase + uiAt;
+            });
+        bSilent = silence != verdicts.end();
+        payload = whole.substr(
+            0, bSilent ? static_cast<std::size_t>(silence->ullEnd - options.ullBase) : whole.npos);
+    }
+
+    void Silence()
+    {
+        AddDamage(walked.items.back().damage, "the line fell silent here: the file is given up");
+        walked.uiMessage = 1;
+    }
+
+    // A message or what stands in its place; false when the walk ends there.
+    bool Step()
+    {
+        const std::size_t start = uiAt;
+        const std::size_t count = walked.items.size();
+        bCut = false;
+        const bool isWhole = payload[uiAt] == '\x76' && Message();
+        if (options.bMore && !bSilent && bCut) {
+            walked.items.resize(count);
+            uiAt = start;
+            return false;
+        }
+        if (!isWhole)
+            Junk(start);
+        return !(isWhole && options.bOneFile && walked.uiMessage == 1);
+    }
+
     // ---- Messages
 
     bool Message()
@@ -115,10 +143,10 @@ private:
         message.pRule = &kMessageRule;
         uiTag = 0;
         PeekTag(uiAt, uiTag);
-        const bool whole = Element(message, 0, walked.uiMessage);
+        const bool isWhole = Element(message, 0, walked.uiMessage);
         const bool closes = uiTag == SML_CLOSE_REQ || uiTag == SML_CLOSE_RES;
-        walked.uiMessage = closes && whole ? 1 : walked.uiMessage + 1;
-        return whole;
+        walked.uiMessage = closes && isWhole ? 1 : walked.uiMessage + 1;
+        return isWhole;
     }
 
     // Bytes that lead nowhere, up to what looks like a message; the last one began at message.
@@ -386,13 +414,15 @@ private:
     }
 
     Layout& layout;
-    std::string_view payload;
+    std::string_view whole;   // payload
+    std::string_view payload; // of it, what was there before the line fell silent
     const std::vector<Verdict>& verdicts;
     const WalkOptions& options;
     Walked walked;
     std::size_t uiAt;            // in the payload
     std::size_t uiTransport = 0; // of the layout's other bytes that have been added
     bool bCut = false;           // the walk ended where the data did
+    bool bSilent = false;        // the line fell silent where the payload ends
     unsigned uiTag = 0;          // of the message
     unsigned uiChosen = 0;       // the tag read last
     Scale scale;

@@ -53,6 +53,8 @@ void PumpInput(cSource& source, const InputOptions& options, cConsumer& consumer
     } while (count != cSource::END && count != cSource::FAILED && out.Error() == 0);
     if (count == cSource::FAILED)
         report.Say(EXIT_FAILED, "cannot be read: %s", source.Error().c_str());
+    if (out.Error() != 0)
+        return; // what the rest holds is of no concern to anybody
     consumer.End();
     out.Drain();
 }

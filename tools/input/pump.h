@@ -8,6 +8,7 @@
 #include "tools/road/report.h"
 
 #include <cstddef>
+#include <unistd.h>
 
 namespace tool
 {
@@ -35,6 +36,16 @@ public:
 // Returns the exit status. What the consumer prints to out is written whenever an input has to be
 // waited for.
 int PumpInputs(const InputOptions& inputs, cConsumer& consumer, cOutput& out, cReport& report);
+
+// The same for a consumer that is made of the options given, standard output and a report.
+template <class Consumer, class... Options>
+int PumpToStdout(const InputOptions& inputs, Options... options)
+{
+    cOutput out(STDOUT_FILENO);
+    cReport report;
+    Consumer consumer(options..., out, report);
+    return PumpInputs(inputs, consumer, out, report);
+}
 
 } // namespace tool
 

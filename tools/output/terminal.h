@@ -20,8 +20,11 @@ namespace escape
 {
 
 constexpr std::string_view kBold = "\x1B[1m";
+constexpr std::string_view kDim = "\x1B[2m";
 constexpr std::string_view kRed = "\x1B[31m";
 constexpr std::string_view kYellow = "\x1B[33m";
+constexpr std::string_view kBlue = "\x1B[34m";
+constexpr std::string_view kMagenta = "\x1B[35m";
 constexpr std::string_view kCyan = "\x1B[36m";
 constexpr std::string_view kPlain = "\x1B[0m";
 constexpr std::string_view kHome = "\x1B[H";

@@ -163,13 +163,14 @@ void cReceiver::Parse(vorn::cRecord& piece)
     }
 }
 
-// The host's duty where a frame ends: a parser that waits inside a file gives up its unfinished
-// message (or completes a close message that lacks only its last byte), then the file.
+// The host's duty where a frame ends or the line is silent: a parser that waits inside a file gives
+// up its unfinished message (or completes a close message that lacks only its last byte), then the
+// file.
 void cReceiver::LeaveFile()
 {
-    frame.bInsideFile = bWaiting;
     if (!bWaiting)
         return;
+    frame.bInsideFile = true;
     parser.TimeoutEvent();
     ParseNothing(0);
     ParseNothing(BUF_FLAG_LAST);
@@ -189,8 +190,7 @@ void cReceiver::Timeout()
     if (!bWaiting)
         return;
     events.OnTimeout(frame);
-    parser.TimeoutEvent();
-    ParseNothing(0);
+    LeaveFile();
 }
 
 void cReceiver::Restart()

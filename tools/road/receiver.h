@@ -18,8 +18,9 @@
 //      whether the frame is good holds its output back until then.
 //
 // At the end of a frame, however it ends, a parser that still waits inside a file is reset, so that
-// no frame harms the next. The same is done, for the message alone, when a live line falls silent:
-// what the events tell then does depend on the time. Memory does not grow with the input.
+// no frame harms the next. The same is done when a live line falls silent: what the events tell
+// then does depend on the time. What comes late of the frame is refused, unless a file begins with
+// it. Memory does not grow with the input.
 #ifndef TOOLS_ROAD_RECEIVER_H
 #define TOOLS_ROAD_RECEIVER_H
 
@@ -33,13 +34,15 @@
 namespace tool
 {
 
+constexpr std::size_t kStartSize = 8; // of a start sequence, 1B 1B 1B 1B 01 01 01 01
+
 struct Frame {
     std::uint64_t ullNumber = 1;   // of the frames that finish, from 1
     std::uint64_t ullBytes = 0;    // payload so far
     std::uint64_t ullMessages = 0; // records so far
     bool bRaw = false;             // a raw input, which stands for a frame
     bool bCrcOk = true;            // known when it has ended
-    bool bInsideFile = false;      // it ended before the SML file in it did
+    bool bInsideFile = false;      // it ended, or fell silent, before the SML file in it did
 };
 
 enum class eLOSS { CUT_OFF, ABANDONED }; // by the end of the input, by a new start sequence
@@ -71,7 +74,7 @@ public:
     }
     virtual void OnFrameEnd(const Frame& frame) = 0;
     virtual void OnFrameLost(const Frame& frame, eLOSS loss) = 0;
-    // Within the frame no byte has come for too long.
+    // Within the frame no byte has come for too long: the SML file at hand is given up.
     virtual void OnTimeout(const Frame& frame) { (void)frame; }
     // count bytes from offset on belong to no frame.
     virtual void OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap) = 0;
@@ -84,8 +87,8 @@ public:
     cReceiver(bool raw, cReceiverEvents& receiver);
 
     void Feed(const unsigned char* data, std::size_t size);
-    // No byte has come for longer than between two of one message: one that is unfinished is given
-    // up. The frame goes on.
+    // No byte has come for longer than between two of one message: an SML file that is unfinished
+    // is given up. The frame goes on.
     void Timeout();
     // What is fed from here on does not continue what came before: a frame that is open has been
     // cut off.
@@ -94,8 +97,6 @@ public:
     void End();
 
 private:
-    static constexpr unsigned kStartSize = 8; // 1B 1B 1B 1B 01 01 01 01
-
     std::size_t FindCut(const unsigned char* data, std::size_t size) noexcept;
     void Unframe(const unsigned char* data, std::size_t size);
     void Decoded(int result, std::size_t size);

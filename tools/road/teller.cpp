@@ -51,8 +51,7 @@ void cTeller::OnFrameLost(const Frame& frame, eLOSS loss)
 void cTeller::OnTimeout(const Frame& frame)
 {
     report.Say(EXIT_GOOD,
-               "frame %llu: the line has fallen silent inside it; a message that is unfinished is "
-               "given up",
+               "frame %llu: the line has fallen silent inside it; the SML file in it is given up",
                ull{frame.ullNumber});
 }
 
@@ -61,8 +60,8 @@ void cTeller::OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap)
     static constexpr const char* kWhere[] = {"before the first frame", "between frames",
                                              "after the last frame", "and no frame"};
     report.Say(
-        gap == eGAP::BEFORE_FIRST ? EXIT_GOOD : EXIT_DAMAGED, "%llu bytes %s, from byte %llu on%s",
-        ull{count}, kWhere[static_cast<int>(gap)], ull{offset} + 1,
+        gap == eGAP::BEFORE_FIRST ? EXIT_GOOD : EXIT_DAMAGED, "%llu byte%s %s, from byte %llu on%s",
+        ull{count}, count == 1 ? "" : "s", kWhere[static_cast<int>(gap)], ull{offset} + 1,
         gap == eGAP::NO_FRAME ? " (raw SML or hex? See --input. A serial line? See --serial)" : "");
 }
 
