@@ -42,21 +42,14 @@ Sml_Time* TimeBySetters(unsigned char choice)
     });
 }
 
-struct ObjectRow {
-    const char* name;
-    std::unique_ptr<Sml_Type> object;
-    int typeId;
-    std::string hex;
-
-    ObjectRow(const char* n, Sml_Type* o, int id, std::string h)
-        : name(n), object(o), typeId(id), hex(std::move(h))
-    {
-    }
-};
-
 TEST(Objects, WriteTheirBytes)
 {
-    const ObjectRow rows[] = {
+    const struct {
+        const char* name;
+        Sml_Type* object;
+        int typeId;
+        std::string hex;
+    } rows[] = {
         {"integer 8", new Sml_Integer8(-3), 3, "52FD"},
         {"integer 16 is never shortened", new Sml_Integer16(5), 4, "530005"},
         {"integer 32 is", new Sml_Integer32(5), 5, "5205"},
@@ -123,7 +116,8 @@ TEST(Objects, WriteTheirBytes)
         {"body without fields", new Sml_Message_Body(0x0200, 0), 17, "72 630200 70"},
         {"body without anything", new Sml_Message_Body, 17, "70"},
     };
-    for (const ObjectRow& row : rows) {
+    for (const auto& row : rows) {
+        const std::unique_ptr<Sml_Type> owner(row.object);
         EXPECT_EQ(Written(*row.object), Hexed(row.hex)) << row.name;
         EXPECT_EQ(row.object->GetTypeId(), row.typeId) << row.name;
     }
