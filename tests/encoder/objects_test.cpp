@@ -144,9 +144,9 @@ TEST(Objects, LongOctetStringsGoInPieces)
     Sml_OctetString name(1LL); // the order of a name is no matter of pieces
     name.SetValue("AB", 2, 5000);
     EXPECT_EQ(Written(name), "4142");
-    EXPECT_EQ(trace.Lines(), "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=999|"
-                             "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=1002|"
-                             "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=03ea \n");
+    EXPECT_EQ(trace.Lines(), "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=999 + "
+                             "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=1002 + "
+                             "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=03ea \\n");
 }
 
 TEST(Objects, OctetStringsAsNumbers)
@@ -232,10 +232,10 @@ TEST(Objects, RefusalsAreTraced)
     EXPECT_EQ(path.GetTreePath_LL(255), 0);
     Sml_Close_Request body;
     EXPECT_EQ(body.SetListElement(&time, 1), 222);
-    EXPECT_EQ(trace.Lines(), "2 Set_ListType: unknown choice: 2\n|"
-                             "2 Set_ProcParValue: unknown choice: 6\n|"
-                             "2 GetTreePath_OStr: List empty or index out of range! Index=0003\n|"
-                             "2 GetTreePath_LL: List empty or index out of range! Index=00ff\n");
+    EXPECT_EQ(trace.Lines(),
+              "2 Set_ListType: unknown choice: 2\\n + 2 Set_ProcParValue: unknown choice: 6\\n + "
+              "2 GetTreePath_OStr: List empty or index out of range! Index=0003\\n + "
+              "2 GetTreePath_LL: List empty or index out of range! Index=00ff\\n");
 }
 
 // 200,000 elements: were any step quadratic, this would not end in a day.

@@ -1,5 +1,7 @@
 // Decimals, OBIS codes, units, status texts, hex text and the detection of what an input holds.
 #include "tests/support/hex.h"
+#include "tests/support/record_text.h"
+#include "tests/support/rows.h"
 #include "tools/input/format.h"
 #include "tools/input/hex_reader.h"
 #include "tools/input/serial_settings.h"
@@ -10,105 +12,91 @@
 #include "tools/reading/unit.h"
 
 #include <gtest/gtest.h>
-#include <limits>
+#include <map>
 
 namespace
 {
 
 using tool::Integer;
 
-TEST(Tables, DecimalsAreExact)
+std::string Decimal(const Integer& number, int scaler)
 {
-    const struct {
-        Integer number;
-        int iScaler;
-        std::string text;
-    } rows[] = {
-        {Integer::Of(147981129), -1, "14798112.9"},
-        {Integer::Of(100), -2, "1.00"},
-        {Integer::OfSigned(-5), -2, "-0.05"},
-        {Integer::OfSigned(-50), -2, "-0.50"},
-        {Integer::Of(0), -3, "0.000"},
-        {Integer::Of(0), 5, "0"},
-        {Integer::OfSigned(-12), 3, "-12000"},
-        {Integer::Of(std::numeric_limits<std::uint64_t>::max()), 0, "18446744073709551615"},
-        {Integer::Of(std::numeric_limits<std::uint64_t>::max()), -20, "0.18446744073709551615"},
-        {Integer::OfSigned(std::numeric_limits<std::int64_t>::min()), -18, "-9.223372036854775808"},
-        {Integer::OfSigned(std::numeric_limits<std::int64_t>::min()), 127,
-         "-9223372036854775808" + std::string(127, '0')},
-        {Integer::OfSigned(-1), -128, "-0." + std::string(127, '0') + "1"},
-        {Integer::Of(1), 1000, "1" + std::string(127, '0')},
-    };
-    for (const auto& row : rows) {
-        char text[tool::kMaxDecimal];
-        ASSERT_LE(row.text.size(), sizeof text);
-        EXPECT_EQ(std::string(text, tool::FormatDecimal(row.number, row.iScaler, text)), row.text);
-    }
+    char text[tool::kMaxDecimal];
+    const std::size_t size = tool::FormatDecimal(number, scaler, text);
+    EXPECT_LE(size, sizeof text);
+    return {text, size};
 }
 
-TEST(Tables, ObisCodesAndPatterns)
+std::string Exact(const std::string& number, const std::string& scaler)
 {
-    const std::uint64_t energy = 0x0100010800FF;
+    return Decimal(number[0] == '-' ? Integer::OfSigned(std::stoll(number))
+                                    : Integer::Of(std::stoull(number)),
+                   std::stoi(scaler));
+}
+
+std::uint64_t Code(const std::string& hex) { return std::stoull(hex, nullptr, 16); }
+
+std::string Obis(const std::string& hex, const std::string&)
+{
     char text[tool::kMaxObis];
-    EXPECT_EQ(std::string(text, tool::FormatObis(energy, text)), "1-0:1.8.0*255");
-    EXPECT_EQ(std::string(text, tool::FormatObis(0xFFFFFFFFFFFF, text)), "255-255:255.255.255*255");
-
-    const struct {
-        const char* pcPattern;
-        int iMatches; // -1: no pattern
-        std::uint64_t ullCode;
-    } rows[] = {
-        {"1-0:1.8.0*255", 1, energy},
-        {"1.8.0", 1, energy},
-        {"1.8", 1, energy},
-        {"1", 1, energy},
-        {"*", 1, energy},
-        {"1-0:*.8.*", 1, energy},
-        {"*-*:1.8.0**", 1, energy},
-        {"1.8.**255", 1, energy},
-        {"1.8.1*255", 0, 0x010001080AFF}, // E is 10, not 1
-        {"2.8.0", 0, energy},
-        {"1-1:1.8.0", 0, energy},
-        {"1.8.0*254", 0, energy},
-        {"", -1, energy},
-        {"1-0:", -1, energy},
-        {"1.8.", -1, energy},
-        {"1.8.0*", -1, energy},
-        {"1.8.0*255*", -1, energy},
-        {"1.8.256", -1, energy},
-        {"1.8*0", -1, energy},
-        {"-0:1.8", -1, energy},
-        {"1:1.8", -1, energy},
-        {"99999999999999999999", -1, energy},
-        {"1.8.x", -1, energy},
-    };
-    for (const auto& row : rows) {
-        tool::ObisPattern pattern;
-        const bool good = tool::ParseObisPattern(row.pcPattern, pattern);
-        EXPECT_EQ(good, row.iMatches >= 0) << row.pcPattern;
-        if (good) {
-            EXPECT_EQ(pattern.Matches(row.ullCode), row.iMatches == 1) << row.pcPattern;
-        }
-    }
-    EXPECT_EQ(tool::ObisName(energy), "Active energy import");
-    EXPECT_EQ(tool::ObisName(0x010001080061), "Active energy import, last 7 days");
-    EXPECT_EQ(tool::ObisName(0x8181C78203FF), "Manufacturer");
-    EXPECT_EQ(tool::ObisName(0x0100630100FF), "");
+    const std::string code(text, tool::FormatObis(Code(hex), text));
+    return test::Trimmed(code + ' ' + std::string(tool::ObisName(Code(hex))));
 }
 
-TEST(Tables, UnitsAndStatusTexts)
+std::string Pattern(const std::string& text, const std::string& hex)
 {
-    EXPECT_EQ(tool::UnitSymbol(30), "Wh");
-    EXPECT_EQ(tool::UnitSymbol(9), "°C");
-    EXPECT_EQ(tool::UnitSymbol(72), "dB");
-    for (const unsigned none : {0U, 255U})
-        EXPECT_EQ(tool::UnitSymbol(none), "");
-    for (const unsigned unknown : {58U, 73U, 254U, 256U, 4000000000U})
-        EXPECT_EQ(tool::UnitSymbol(unknown), "unit?");
-    EXPECT_STREQ(tool::StatusMeaning(-6), "the checksum of the message is wrong");
-    EXPECT_STREQ(tool::StatusMeaning(12345), "refused for a reason that is not known");
-    EXPECT_STREQ(tool::AttentionMeaning(0x8181C7C7FE03), "unknown server id");
-    EXPECT_EQ(tool::AttentionMeaning(0x8181C7C8FE03), nullptr);
+    tool::ObisPattern pattern;
+    if (!tool::ParseObisPattern(text, pattern))
+        return "no pattern";
+    return pattern.Matches(Code(hex)) ? "yes" : "no";
+}
+
+std::string Unit(const std::string& unit, const std::string&)
+{
+    return std::string(tool::UnitSymbol(static_cast<unsigned>(std::stoul(unit))));
+}
+
+std::string Status(const std::string& status, const std::string&)
+{
+    return tool::StatusMeaning(std::stoi(status));
+}
+
+std::string Attention(const std::string& hex, const std::string&)
+{
+    const char* const text = tool::AttentionMeaning(Code(hex));
+    return text != nullptr ? text : "";
+}
+
+std::string Corrected(const std::string& option, const std::string& value)
+{
+    tool::Correction correction;
+    if (!tool::ParseCorrection(option, correction))
+        return "no correction";
+    const vorn::cRecord record = test::Rec("value=" + value);
+    std::vector<tool::Reading> readings(1);
+    readings[0].ullObis = 0x0100100700FF;
+    readings[0].pValue = &*record.begin();
+    tool::Correct({correction}, "\x0A\x01", readings);
+    EXPECT_EQ(*readings[0].pcCorrection != '\0', readings[0].corrected.has_value());
+    return readings[0].corrected ? Decimal(*readings[0].corrected, 0) : "as it is";
+}
+
+std::string Serial(const std::string& text, const std::string&)
+{
+    tool::SerialSettings s;
+    if (!tool::ParseSerialSettings(text, s))
+        return "no settings";
+    return vorn::FormatString("%u %u %c %u", s.uiBaud, s.uiBits, s.cParity, s.uiHalfStopBits);
+}
+
+TEST(Tables, OutcomeOfEveryInput)
+{
+    const std::map<std::string, std::string (*)(const std::string&, const std::string&)> rooms = {
+        {"decimal", Exact}, {"obis", Obis},           {"pattern", Pattern},      {"unit", Unit},
+        {"status", Status}, {"attention", Attention}, {"correction", Corrected}, {"serial", Serial},
+    };
+    for (const test::Row& row : test::Rows("tools/tables.txt", 4))
+        EXPECT_EQ(rooms.at(row[0])(row[1], row[2]), row[3]) << row[0] << ' ' << row[1];
 }
 
 TEST(Tables, HexTextInAnyPieces)
@@ -137,96 +125,6 @@ TEST(Tables, HexTextInAnyPieces)
             EXPECT_EQ(test::ToHex(bytes), row.pcBytes) << row.pcText;
             EXPECT_EQ(reader.Position(), row.ullPosition) << row.pcText;
             EXPECT_EQ(reader.HasHalfByte(), row.bHalf) << row.pcText;
-        }
-    }
-}
-
-TEST(Tables, CorrectionsOfReadings)
-{
-    const struct {
-        const char* pcCorrection;
-        std::int64_t llRaw;
-        int iType;        // kind of parameter that holds it
-        std::string text; // corrected; empty: as it is
-    } rows[] = {
-        {"16.7.0=unsigned", -536, vorn::TYPE_SINT, "65000"},
-        {"*=unsigned", -32768, vorn::TYPE_SINT, "32768"},
-        {"*=unsigned", -1, vorn::TYPE_SINT, "65535"},
-        {"*=unsigned", -32769, vorn::TYPE_SINT, "4294934527"},
-        {"*=unsigned", -536, vorn::TYPE_SINT64, "18446744073709551080"},
-        {"*=unsigned", 536, vorn::TYPE_SINT, ""},
-        {"*=sign8", 251, vorn::TYPE_UINT, "-5"},
-        {"*=sign8", 128, vorn::TYPE_SINT, "-128"},
-        {"*=sign8", 255, vorn::TYPE_UINT64, "-1"},
-        {"*=sign8", 127, vorn::TYPE_UINT, ""},
-        {"*=sign8", 256, vorn::TYPE_UINT, ""},
-        {"*=sign8", -5, vorn::TYPE_SINT, ""},
-        {"1.8.0=sign8", 251, vorn::TYPE_UINT, ""},
-        {"0A01/*=sign8", 251, vorn::TYPE_UINT, "-5"},
-        {"0a02/*=sign8", 251, vorn::TYPE_UINT, ""},
-    };
-    for (const auto& row : rows) {
-        tool::Correction correction;
-        ASSERT_TRUE(tool::ParseCorrection(row.pcCorrection, correction)) << row.pcCorrection;
-        vorn::cRecord record;
-        if (row.iType == vorn::TYPE_SINT)
-            record.AppendSIntPar("value", static_cast<int>(row.llRaw), 0);
-        else if (row.iType == vorn::TYPE_SINT64)
-            record.AppendSInt64Par("value", row.llRaw, 0);
-        else if (row.iType == vorn::TYPE_UINT)
-            record.AppendUIntPar("value", static_cast<unsigned>(row.llRaw), 0);
-        else
-            record.AppendUInt64Par("value", static_cast<std::uint64_t>(row.llRaw), 0);
-        std::vector<tool::Reading> readings(1);
-        readings[0].ullObis = 0x0100100700FF;
-        readings[0].pValue = &*record.begin();
-        tool::Correct({correction}, "\x0A\x01", readings);
-        char text[tool::kMaxDecimal];
-        const std::optional<Integer>& corrected = readings[0].corrected;
-        EXPECT_EQ(corrected ? std::string(text, tool::FormatDecimal(*corrected, 0, text)) : "",
-                  row.text)
-            << row.pcCorrection << ' ' << row.llRaw;
-        EXPECT_EQ(*readings[0].pcCorrection != '\0', corrected.has_value());
-    }
-    for (const char* bad : {"", "1.8.0", "=sign8", "1.8.0=", "1.8.x=sign8", "1.8.0=sign16",
-                            "/1.8.0=sign8", "0a0/1.8.0=sign8", "0x/1.8.0=sign8", "0a01/=sign8"}) {
-        tool::Correction correction;
-        EXPECT_FALSE(tool::ParseCorrection(bad, correction)) << bad;
-    }
-}
-
-TEST(Tables, SerialSettings)
-{
-    const struct {
-        const char* pcText;
-        bool bGood;
-        tool::SerialSettings settings;
-    } rows[] = {
-        {"9600,8N1", true, {9600, 8, 'N', 2}},
-        {"300,7e1.5", true, {300, 7, 'E', 3}},
-        {"115200,5O2", true, {115200, 5, 'O', 4}},
-        {"", false, {}},
-        {"9600", false, {}},
-        {"9600,", false, {}},
-        {"9600,8N", false, {}},
-        {"9600;8N1", false, {}},
-        {"0,8N1", false, {}},
-        {"-1,8N1", false, {}},
-        {"9600,9N1", false, {}},
-        {"9600,4N1", false, {}},
-        {"9600,8X1", false, {}},
-        {"9600,8N3", false, {}},
-        {"9600,8N11", false, {}},
-        {"99999999999,8N1", false, {}},
-    };
-    for (const auto& row : rows) {
-        tool::SerialSettings settings;
-        EXPECT_EQ(tool::ParseSerialSettings(row.pcText, settings), row.bGood) << row.pcText;
-        if (row.bGood) {
-            EXPECT_EQ(settings.uiBaud, row.settings.uiBaud) << row.pcText;
-            EXPECT_EQ(settings.uiBits, row.settings.uiBits) << row.pcText;
-            EXPECT_EQ(settings.cParity, row.settings.cParity) << row.pcText;
-            EXPECT_EQ(settings.uiHalfStopBits, row.settings.uiHalfStopBits) << row.pcText;
         }
     }
 }
