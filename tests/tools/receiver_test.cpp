@@ -2,6 +2,7 @@
 // transcript, captures against the records they are known to hold.
 #include "tests/support/captures.h"
 #include "tests/support/hex.h"
+#include "tests/support/parse.h"
 #include "tools/input/intake.h"
 #include "tools/output/format.h"
 
@@ -58,11 +59,16 @@ public:
 };
 
 template <typename Sink>
-void FeedPieces(Sink& sink, const std::string& bytes, std::size_t piece)
+void Feed(Sink& sink, std::string_view bytes)
 {
-    for (std::size_t i = 0; i < bytes.size(); i += piece)
-        sink.Feed(reinterpret_cast<const unsigned char*>(bytes.data()) + i,
-                  std::min(piece, bytes.size() - i));
+    sink.Feed(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+}
+
+template <typename Sink>
+void FeedPieces(Sink& sink, std::string_view bytes, std::size_t piece)
+{
+    for (; !bytes.empty(); bytes.remove_prefix(std::min(piece, bytes.size())))
+        Feed(sink, bytes.substr(0, piece));
     sink.End();
 }
 
@@ -76,14 +82,9 @@ std::string Tell(bool raw, const std::string& bytes, std::size_t piece)
 
 std::string Framed(const std::string& payload)
 {
-    vorn::cRecord interface;
-    interface.AppendDataPar("RawData", payload.data(), static_cast<int>(payload.size()), 0);
-    vorn::cMsg msg;
-    msg.GetRecord().AppendUIntPar("SmltFlags", BUF_FLAG_SML | BUF_FLAG_FIRST | BUF_FLAG_LAST, 0);
-    msg.GetRecord().AppendRecordPar("IfRec", interface, 0);
-    EXPECT_EQ(cSMLTenc(SMLT_MODE_TP).Encode(msg), 1);
-    const vorn::cRecordPar framed = msg.GetRecord().GetFirstParByPath("IfRec.RawData", ".", 0, 0);
-    return {framed.GetData(), static_cast<std::size_t>(framed.GetSize())};
+    vorn::cMsg msg = test::Carrier(BUF_FLAG_SML | BUF_FLAG_FIRST | BUF_FLAG_LAST, payload);
+    EXPECT_EQ(cSMLTenc(SMLT_MODE_TP).Encode(msg), SMLT_ENCODE_DONE);
+    return test::BytesAt(msg.GetRecord(), "IfRec.RawData");
 }
 
 // The file in the first frame of the example: messages of which the last has 20 bytes.
@@ -146,9 +147,8 @@ TEST(Receiver, TellsTheSameInAnyPieces)
         for (std::size_t cut = 1; cut < row.bytes.size(); ++cut) {
             Transcript transcript;
             tool::cReceiver receiver(false, transcript);
-            const auto* bytes = reinterpret_cast<const unsigned char*>(row.bytes.data());
-            receiver.Feed(bytes, cut);
-            receiver.Feed(bytes + cut, row.bytes.size() - cut);
+            Feed(receiver, row.bytes.substr(0, cut));
+            Feed(receiver, row.bytes.substr(cut));
             receiver.End();
             ASSERT_EQ(transcript.text.str(), row.told) << row.pcName << " cut at " << cut;
         }
@@ -188,15 +188,12 @@ TEST(Receiver, SilenceAndRestart)
     for (const auto& row : rows) {
         Transcript transcript;
         tool::cReceiver receiver(false, transcript);
-        const auto feed = [&receiver](const std::string& bytes) {
-            receiver.Feed(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
-        };
-        feed(frame.substr(0, row.uiBefore));
+        Feed(receiver, frame.substr(0, row.uiBefore));
         if (row.bRestart)
             receiver.Restart();
         else
             receiver.Timeout();
-        feed(row.rest);
+        Feed(receiver, row.rest);
         receiver.End();
         EXPECT_EQ(transcript.text.str(), row.told) << row.pcName;
     }
