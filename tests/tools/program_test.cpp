@@ -174,12 +174,19 @@ TEST(Program, EndlessFrameIsGivenUp)
     EXPECT_EQ(Lines(raw.out), 120000U);
 }
 
-TEST(Program, CapturesReadAlikeFromFileAndPipe)
+// The lines of a capture's finished frames.
+std::string Finished(const std::string& records)
+{
+    const std::size_t last = records.rfind(R"({"event":"frame",)");
+    return last == std::string::npos ? "" : records.substr(0, records.find('\n', last) + 1);
+}
+
+TEST(Program, CapturesGiveTheirRecordsFromFilesAndInAnyPieces)
 {
     const std::vector<std::filesystem::path> captures = test::Captures();
     if (captures.empty())
         GTEST_SKIP() << "no captures in " << test::CapturesDir() << " (set QUARN_CAPTURES)";
-    for (const std::filesystem::path& path : captures) {
+    for (std::filesystem::path path : captures) {
         const std::string bytes = test::ReadFile(path);
         for (const char* format : {"readings", "records", "text"}) {
             const Ran file = Quarn({"decode", "--format", format, path.string()});
@@ -190,6 +197,13 @@ TEST(Program, CapturesReadAlikeFromFileAndPipe)
                 EXPECT_EQ(pipe.Finish(), file.iStatus) << path << pipe.err;
                 EXPECT_EQ(pipe.out, file.out) << path << " by " << piece;
             }
+        }
+        const std::string expected = test::ReadFile(path.replace_extension(".records.ndjson"));
+        ASSERT_FALSE(expected.empty()) << path;
+        for (const char* input : {"auto", "framed", "hex"}) {
+            const Ran ran = Quarn({"decode", "--format", "records", "--input", input},
+                                  input == std::string("hex") ? test::ToHex(bytes) : bytes);
+            EXPECT_EQ(Finished(ran.out), expected) << path << " as " << input;
         }
     }
 }

@@ -1,14 +1,12 @@
 // The receive road tells the same whatever pieces the bytes arrive in: hand-made streams against a
-// transcript, captures against the records they are known to hold.
+// transcript.
 #include "tests/support/captures.h"
 #include "tests/support/hex.h"
 #include "tests/support/parse.h"
-#include "tools/input/intake.h"
-#include "tools/output/format.h"
+#include "tools/reading/reading.h"
+#include "tools/road/receiver.h"
 
-#include <cstdio>
 #include <gtest/gtest.h>
-#include <memory>
 #include <sstream>
 #include <string>
 
@@ -208,62 +206,6 @@ TEST(Receiver, RawFilesAreOneGoodFrame)
         EXPECT_EQ(Tell(true, file + "no SML", piece), "m1.1 m1.2 m1.3 x1 end1:ok,242,3 ");
     }
     EXPECT_EQ(Tell(true, "", 1), "");
-}
-
-// Every event of the road as the lines that --format records prints.
-class RecordLines : public Transcript
-{
-public:
-    RecordLines() : file(std::tmpfile(), std::fclose), output(::fileno(file.get())) {}
-
-    void OnMessage(const tool::Frame& frame, const vorn::cRecord& record) override
-    {
-        format->Message(frame, tool::DescribeMessage(record), record, {});
-    }
-    void OnFrameEnd(const tool::Frame& frame) override
-    {
-        format->FrameEnd(frame);
-        ullFinished = frame.ullNumber;
-    }
-    // The lines of finished frames.
-    std::string Lines()
-    {
-        output.Drain();
-        std::rewind(file.get());
-        std::string all(1 << 20, '\0');
-        all.resize(std::fread(all.data(), 1, all.size(), file.get()));
-        const std::string last = "\"frame\":" + std::to_string(ullFinished) + ",\"crc\"";
-        const std::size_t at = all.rfind(last);
-        return at == std::string::npos ? "" : all.substr(0, all.find('\n', at) + 1);
-    }
-
-private:
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file;
-    tool::cOutput output;
-    std::unique_ptr<tool::cFormat> format = tool::MakeRecordsFormat(output, {});
-    std::uint64_t ullFinished = 0;
-};
-
-TEST(Receiver, CapturesGiveTheirRecordsInAnyPieces)
-{
-    const std::vector<std::filesystem::path> captures = test::Captures();
-    if (captures.empty())
-        GTEST_SKIP() << "no captures in " << test::CapturesDir() << " (set QUARN_CAPTURES)";
-    for (std::filesystem::path path : captures) {
-        const std::string bytes = test::ReadFile(path);
-        const std::string expected = test::ReadFile(path.replace_extension(".records.ndjson"));
-        ASSERT_FALSE(expected.empty()) << path;
-        for (const std::size_t piece : {1U, 7U, 64U, 1000000U}) {
-            for (const tool::eINPUT kind :
-                 {tool::INPUT_FRAMED, tool::INPUT_AUTO, tool::INPUT_HEX}) {
-                RecordLines lines;
-                tool::cReport report;
-                tool::cIntake intake(kind, false, lines, report);
-                FeedPieces(intake, kind == tool::INPUT_HEX ? test::ToHex(bytes) : bytes, piece);
-                EXPECT_EQ(lines.Lines(), expected) << path << " by " << piece;
-            }
-        }
-    }
 }
 
 } // namespace
