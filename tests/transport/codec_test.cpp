@@ -1,6 +1,7 @@
 // The codecs: what they take from messages and put back, what they refuse and how they say so.
 #include "tests/support/parse.h"
 #include "tests/support/record_text.h"
+#include "tests/support/rows.h"
 #include "tests/support/trace_capture.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,7 @@ using test::Rec;
 namespace
 {
 
-std::string Refusal(const std::string& text)
+std::string Line(const std::string& text)
 {
     return text.empty() ? "" : "LibSmlt[2]: " + text + '\n';
 }
@@ -54,79 +55,38 @@ TEST(TransportCodec, FramesTheMessagesOfAFile)
 
 TEST(TransportCodec, RefusesToEncode)
 {
-    const std::string noFlags = "GetFlags():-1- SMLTFLAGS invalid/missing/wrong type";
-    const std::string noData = "GetMsgRawData():-1- MSGRAWDATA invalid/missing/wrong type";
-    const std::string noFirst = "Encode(): BUF_FLAG_FIRST not set in state IDLE";
-    const std::string overflow = "Encode(): Output-Buffer-Overflow or unexpected rc!";
     const std::string bytes(40, 'x');
-    const std::string data = " IfRec={RawData=x" + test::ToHex(bytes) + '}';
-    const std::string seven = " IfRec={RawData=x" + std::string(14, '7') + '}';
-    const struct {
-        const char* name;
-        bool open; // a frame is open before
-        std::string message, line;
-        bool stays; // the frame stays open
-    } rows[] = {
-        {"not SML", true, "SmltFlags=u3" + data, "", true},
-        {"no flags", true, data, noFlags, true},
-        {"flags mistyped", true, "SmltFlags=b1" + data, noFlags, true},
-        {"data mistyped", true, "SmltFlags=u16 IfRec={RawData=b1}", noData, true},
-        {"interface record mistyped", true, "SmltFlags=u16 IfRec=b1", noData, true},
-        {"no frame open", false, "SmltFlags=u16" + data, noFirst, false},
-        {"file too short", false, "SmltFlags=u19 IfRec={RawData=x" + std::string(34, '7') + '}',
-         overflow, false},
-        {"first message too short", false, "SmltFlags=u17" + seven, overflow, false},
-        {"last message too short", true, "SmltFlags=u18" + seven, overflow, false},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const test::Row& row : test::Rows("transport/refused.txt", 5)) {
+        SCOPED_TRACE(row[0]);
+        const bool stays = row[4] == "yes";
         cSMLTenc encoder(SMLT_MODE_TP);
-        vorn::cMsg first = Carrier(0x11, bytes), msg(Rec(row.message)),
-                   next = Carrier(row.stays ? 0x10 : 0x11, bytes);
-        if (row.open)
+        vorn::cMsg first = Carrier(0x11, bytes), msg(Rec(row[2])),
+                   next = Carrier(stays ? 0x10 : 0x11, bytes);
+        if (row[1] == "yes")
             encoder.Encode(first);
         const test::TraceCapture capture(LibSmlt);
         EXPECT_EQ(encoder.Encode(msg), SMLT_ENCODE_REFUSED);
-        EXPECT_EQ(capture.Text(), Refusal(row.line));
-        EXPECT_EQ(msg.GetRecord(), Rec(row.message));
+        EXPECT_EQ(capture.Text(), Line(row[3]));
+        EXPECT_EQ(msg.GetRecord(), Rec(row[2]));
         EXPECT_EQ(encoder.Encode(next), SMLT_ENCODE_DONE);
-        EXPECT_EQ(next.GetRecord().GetFirstPar("SmltFlags", 0, 0).GetUInt(),
-                  row.stays ? 0x20U : 0x21U);
+        EXPECT_EQ(next.GetRecord().GetFirstPar("SmltFlags", 0, 0).GetUInt(), stays ? 0x20U : 0x21U);
     }
 }
 
 TEST(TransportCodec, Decodes)
 {
-    const std::string frame = "1B1B1B1B010101010A0B0C001B1B1B1B1A013598";
-    const auto raw = [](const std::string& hex) { return "IfRec={RawData=x" + hex + "}"; };
-    const struct {
-        const char* name;
-        int mode;
-        std::string message, seen, line;
-    } rows[] = {
-        {"a frame", 2, raw(frame), "0 0 3 0A0B0C", ""},
-        {"bytes behind", 2, raw(frame + frame), "2 20 3 0A0B0C", ""},
-        {"a piece", 2, raw(frame.substr(0, 24)), "1 0 1 0A", ""},
-        {"noise", 2, raw("0102"), "1 0 0 ", ""},
-        {"raw", 1, raw(frame), "1 0 0 " + frame, ""},
-        {"damaged", 2, raw("1B1B1B1B010101011B1B1B1B1A000000"), "0 0 11 ", "CRC-ERROR"},
-        {"no interface record", 2, "IfRec=b1", "4 0 none",
-         "GetMsgRawData():-0- IF_RECORD_LABEL invalid/missing/wrong type"},
-        {"no data", 2, "IfRec={RawData=b1}", "4 0 none",
-         "GetMsgRawData():-0- RAWDATA_LABEL invalid/missing/wrong type"},
-    };
-    for (const auto& row : rows) {
+    for (const test::Row& row : test::Rows("transport/unframed.txt", 5)) {
         const test::TraceCapture capture(LibSmlt);
-        cSMLTdec decoder(row.mode);
+        cSMLTdec decoder(std::stoi(row[1]));
         vorn::cRecord ifRec, out;
-        vorn::cMsg msg(Rec(row.message));
+        vorn::cMsg msg(Rec(row[2]));
         const int result = decoder.Decode(msg, ifRec, out);
         std::string seen = vorn::FormatString("%d %d ", result, decoder.GetRemaining());
         seen += out == vorn::cRecord() ? "none"
                                        : std::to_string(out.begin()->GetUInt()) + ' ' +
                                              test::ToHex(BytesAt(out, "SmlRawData"));
-        EXPECT_EQ(seen, row.seen) << row.name;
-        EXPECT_EQ(capture.Text(), Refusal(row.line)) << row.name;
+        EXPECT_EQ(test::Trimmed(seen), row[3]) << row[0];
+        EXPECT_EQ(capture.Text(), Line(row[4])) << row[0];
     }
 }
 
