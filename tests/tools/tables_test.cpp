@@ -89,81 +89,52 @@ std::string Serial(const std::string& text, const std::string&)
     return vorn::FormatString("%u %u %c %u", s.uiBaud, s.uiBits, s.cParity, s.uiHalfStopBits);
 }
 
+// Text as it is, or any bytes as hex behind a #.
+std::string Bytes(const std::string& text)
+{
+    return text[0] == '#' ? test::Hex(text.substr(1)) : text;
+}
+
+std::string HexText(const std::string& input, const std::string&)
+{
+    std::string outcome[2];
+    for (const bool whole : {false, true}) {
+        tool::cHexReader reader;
+        std::string bytes;
+        bool good = true;
+        std::string rest = Bytes(input);
+        for (std::size_t piece = whole ? rest.size() : 1; !rest.empty() && good;) {
+            good = reader.Read(rest.substr(0, piece), bytes);
+            rest.erase(0, piece);
+        }
+        outcome[whole] = test::ToHex(bytes) + ' ' + std::to_string(reader.Position()) +
+                         (reader.HasHalfByte() ? " half" : "") + (good ? "" : " bad");
+    }
+    EXPECT_EQ(outcome[0], outcome[1]) << input;
+    return test::Trimmed(outcome[0]);
+}
+
+// However short the head at which the question is settled, a longer one never changes the answer.
+std::string Kind(const std::string& input, const std::string&)
+{
+    const std::string head = Bytes(input);
+    const tool::eINPUT kind = tool::DetectInput(head, true);
+    for (std::size_t n = 0; n <= head.size(); ++n) {
+        const tool::eINPUT early = tool::DetectInput(head.substr(0, n), false);
+        EXPECT_TRUE(early == tool::INPUT_AUTO || early == kind) << input << " after " << n;
+    }
+    return kind == tool::INPUT_FRAMED ? "framed" : kind == tool::INPUT_RAW ? "raw" : "hex";
+}
+
 TEST(Tables, OutcomeOfEveryInput)
 {
     const std::map<std::string, std::string (*)(const std::string&, const std::string&)> rooms = {
         {"decimal", Exact}, {"obis", Obis},           {"pattern", Pattern},      {"unit", Unit},
         {"status", Status}, {"attention", Attention}, {"correction", Corrected}, {"serial", Serial},
+        {"hex", HexText},   {"kind", Kind},
     };
     for (const test::Row& row : test::Rows("tools/tables.txt", 4))
         EXPECT_EQ(rooms.at(row[0])(row[1], row[2]), row[3]) << row[0] << ' ' << row[1];
-}
-
-TEST(Tables, HexTextInAnyPieces)
-{
-    const struct {
-        const char* pcText;
-        bool bGood;
-        const char* pcBytes;
-        unsigned long long ullPosition;
-        bool bHalf;
-    } rows[] = {
-        {"1b1B", true, "1B1B", 4, false},      {" 1\tb\r\n0 \v\f1 ", true, "1B01", 12, false},
-        {"1b 0", true, "1B", 4, true},         {"", true, "", 0, false},
-        {"1b 0x01", false, "1B", 4, true},     {"1b,01", false, "1B", 2, false},
-        {"12\xC3\xA9", false, "12", 2, false},
-    };
-    for (const auto& row : rows) {
-        for (const std::size_t piece : {1U, 100U}) {
-            tool::cHexReader reader;
-            std::string bytes;
-            bool good = true;
-            std::string_view text = row.pcText;
-            for (; !text.empty() && good; text.remove_prefix(std::min(piece, text.size())))
-                good = reader.Read(text.substr(0, piece), bytes);
-            EXPECT_EQ(good, row.bGood) << row.pcText;
-            EXPECT_EQ(test::ToHex(bytes), row.pcBytes) << row.pcText;
-            EXPECT_EQ(reader.Position(), row.ullPosition) << row.pcText;
-            EXPECT_EQ(reader.HasHalfByte(), row.bHalf) << row.pcText;
-        }
-    }
-}
-
-// However short the head at which the question is settled, a longer one never changes the answer.
-TEST(Tables, InputKindByFirstBytes)
-{
-    const std::string id64(128, '5');
-    const struct {
-        const char* pcName;
-        std::string head;
-        tool::eINPUT eKind;
-    } rows[] = {
-        {"frame", test::Hex("1B1B1B1B01010101 76"), tool::INPUT_FRAMED},
-        {"inside a frame", test::Hex("0062006200726301"), tool::INPUT_FRAMED},
-        {"a letter like a hex digit first", "a\x01\x02", tool::INPUT_FRAMED},
-        {"nothing", "", tool::INPUT_FRAMED},
-        {"open response", test::Hex("76 05 00000BBB 6200 6200 72 63 0101 76"), tool::INPUT_RAW},
-        {"open request, tag in four bytes", test::Hex("7602016200620272650000010076"),
-         tool::INPUT_RAW},
-        {"longest transaction id", test::Hex("768402" + id64 + "6200620072630100"),
-         tool::INPUT_RAW},
-        {"message of another kind", test::Hex("760500000BBB 6200 6200 72 63 0701"),
-         tool::INPUT_FRAMED},
-        {"list of six, no id", test::Hex("7662 01 6200"), tool::INPUT_FRAMED},
-        {"cut short", test::Hex("76050000"), tool::INPUT_RAW},
-        {"hex", " 1b1b1b1b 01010101\n760700160452ca7e 62006200", tool::INPUT_HEX},
-        {"short hex", "1b1b1b1b", tool::INPUT_HEX},
-        {"hex digits, then none", "1b1b1b1b0101010176070016045\x02", tool::INPUT_FRAMED},
-    };
-    for (const auto& row : rows) {
-        EXPECT_EQ(tool::DetectInput(row.head, true), row.eKind) << row.pcName;
-        for (std::size_t n = 0; n <= row.head.size(); ++n) {
-            const tool::eINPUT early = tool::DetectInput(row.head.substr(0, n), false);
-            if (early != tool::INPUT_AUTO) {
-                EXPECT_EQ(early, row.eKind) << row.pcName << " after " << n;
-            }
-        }
-    }
 }
 
 } // namespace
