@@ -48,7 +48,8 @@ inline std::string CrcField(const std::string& bytes)
     return low[0] != 0 ? '\x63' + low + high : '\x62' + high;
 }
 
-// Collects what LibSmle writes up to a level; Lines: "2 text|16 text".
+// Collects what LibSmle writes up to a level; Lines: "2 text + 16 text",
+// a line feed as \n.
 class EncoderTrace
 {
 public:
@@ -58,7 +59,10 @@ public:
         std::string all;
         for (const std::string& line : capture.Lines()) {
             const std::size_t end = line.find("]: ");
-            all += (all.empty() ? "" : "|") + line.substr(8, end - 8) + ' ' + line.substr(end + 3);
+            all +=
+                (all.empty() ? "" : " + ") + line.substr(8, end - 8) + ' ' + line.substr(end + 3);
+            if (all.back() == '\n')
+                all.replace(all.size() - 1, 1, "\\n");
         }
         return all;
     }

@@ -42,21 +42,14 @@ Sml_Time* TimeBySetters(unsigned char choice)
     });
 }
 
-struct ObjectRow {
-    const char* name;
-    std::unique_ptr<Sml_Type> object;
-    int typeId;
-    std::string hex;
-
-    ObjectRow(const char* n, Sml_Type* o, int id, std::string h)
-        : name(n), object(o), typeId(id), hex(std::move(h))
-    {
-    }
-};
-
 TEST(Objects, WriteTheirBytes)
 {
-    const ObjectRow rows[] = {
+    const struct {
+        const char* name;
+        Sml_Type* object;
+        int typeId;
+        std::string hex;
+    } rows[] = {
         {"integer 8", new Sml_Integer8(-3), 3, "52FD"},
         {"integer 16 is never shortened", new Sml_Integer16(5), 4, "530005"},
         {"integer 32 is", new Sml_Integer32(5), 5, "5205"},
@@ -123,7 +116,8 @@ TEST(Objects, WriteTheirBytes)
         {"body without fields", new Sml_Message_Body(0x0200, 0), 17, "72 630200 70"},
         {"body without anything", new Sml_Message_Body, 17, "70"},
     };
-    for (const ObjectRow& row : rows) {
+    for (const auto& row : rows) {
+        const std::unique_ptr<Sml_Type> owner(row.object);
         EXPECT_EQ(Written(*row.object), Hexed(row.hex)) << row.name;
         EXPECT_EQ(row.object->GetTypeId(), row.typeId) << row.name;
     }
@@ -150,9 +144,9 @@ TEST(Objects, LongOctetStringsGoInPieces)
     Sml_OctetString name(1LL); // the order of a name is no matter of pieces
     name.SetValue("AB", 2, 5000);
     EXPECT_EQ(Written(name), "4142");
-    EXPECT_EQ(trace.Lines(), "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=999|"
-                             "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=1002|"
-                             "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=03ea \n");
+    EXPECT_EQ(trace.Lines(), "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=999 + "
+                             "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=1002 + "
+                             "2 Sml_OctetString:ToBin:Not enough buffer-memory! Free=03ea \\n");
 }
 
 TEST(Objects, OctetStringsAsNumbers)
@@ -238,10 +232,10 @@ TEST(Objects, RefusalsAreTraced)
     EXPECT_EQ(path.GetTreePath_LL(255), 0);
     Sml_Close_Request body;
     EXPECT_EQ(body.SetListElement(&time, 1), 222);
-    EXPECT_EQ(trace.Lines(), "2 Set_ListType: unknown choice: 2\n|"
-                             "2 Set_ProcParValue: unknown choice: 6\n|"
-                             "2 GetTreePath_OStr: List empty or index out of range! Index=0003\n|"
-                             "2 GetTreePath_LL: List empty or index out of range! Index=00ff\n");
+    EXPECT_EQ(trace.Lines(),
+              "2 Set_ListType: unknown choice: 2\\n + 2 Set_ProcParValue: unknown choice: 6\\n + "
+              "2 GetTreePath_OStr: List empty or index out of range! Index=0003\\n + "
+              "2 GetTreePath_LL: List empty or index out of range! Index=00ff\\n");
 }
 
 // 200,000 elements: were any step quadratic, this would not end in a day.

@@ -1,7 +1,6 @@
 // The writers: exact bytes, and all or nothing at every size of the room that is left.
 #include "tests/encoder/encoder_support.h"
-
-#include <sstream>
+#include "tests/support/rows.h"
 
 namespace
 {
@@ -42,30 +41,6 @@ const WriterRow kWriters[] = {
     {"list of 0xFFFF", With<unsigned short>(ToBin_as_ListCount, 0xFFFF), "FF 8F 8F 0F"},
 };
 
-// The shortest unsigned and signed forms on both sides of every border.
-constexpr char kShortest[] = R"(
-    0x0 6200 5200                        0x7F 627F 527F
-    0x80 6280 530080                     0xFF 62FF 5300FF
-    0x100 630100 530100                  0x7FFF 637FFF 537FFF
-    0x8000 638000 54008000               0xFFFF 63FFFF 5400FFFF
-    0x10000 64010000 54010000            0x7FFFFF 647FFFFF 547FFFFF
-    0x800000 64800000 5500800000         0xFFFFFF 64FFFFFF 5500FFFFFF
-    0x1000000 6501000000 5501000000      0x7FFFFFFF 657FFFFFFF 557FFFFFFF
-    0x80000000 6580000000 57000080000000 0xFFFFFFFF 65FFFFFFFF 570000FFFFFFFF
-    0x100000000 67000100000000 57000100000000
-    0x7FFFFFFFFFFF 677FFFFFFFFFFF 577FFFFFFFFFFF
-    0x800000000000 67800000000000 590000800000000000
-    0xFFFFFFFFFFFF 67FFFFFFFFFFFF 590000FFFFFFFFFFFF
-    0x1000000000000 690001000000000000 590001000000000000
-    -0x1 69FFFFFFFFFFFFFFFF 52FF         -0x80 69FFFFFFFFFFFFFF80 5280
-    -0x81 69FFFFFFFFFFFFFF7F 53FF7F      -0x8000 69FFFFFFFFFFFF8000 538000
-    -0x8001 69FFFFFFFFFFFF7FFF 54FF7FFF  -0x800000 69FFFFFFFFFF800000 54800000
-    -0x800001 69FFFFFFFFFF7FFFFF 55FF7FFFFF
-    -0x80000000 69FFFFFFFF80000000 5580000000
-    -0x80000001 69FFFFFFFF7FFFFFFF 57FFFF7FFFFFFF
-    -0x800000000000 69FFFF800000000000 57800000000000
-    -0x800000000001 69FFFF7FFFFFFFFFFF 59FFFF7FFFFFFFFFFF)";
-
 void ExpectAllOrNothing(const WriterRow& row)
 {
     const std::string whole = Hexed(row.hex);
@@ -79,17 +54,12 @@ TEST(Writers, WriteWholeFieldsOrNothing)
 {
     for (const WriterRow& row : kWriters)
         ExpectAllOrNothing(row);
-    std::istringstream shortest(kShortest);
-    int rows = 0;
-    for (std::string number, asUnsigned, asInteger;
-         shortest >> number >> asUnsigned >> asInteger;) {
-        const U64 value = std::strtoull(number.c_str(), nullptr, 0);
-        ExpectAllOrNothing({number.c_str(), With(ToBin_as_Unsigned, value), asUnsigned.c_str()});
-        ExpectAllOrNothing({number.c_str(), With(ToBin_as_Integer, static_cast<long long>(value)),
-                            asInteger.c_str()});
-        ++rows;
+    for (const Row& row : Rows("encoder/shortest.txt", 3)) {
+        const U64 value = std::strtoull(row[0].c_str(), nullptr, 0);
+        const auto number = static_cast<long long>(value);
+        ExpectAllOrNothing({row[0].c_str(), With(ToBin_as_Unsigned, value), row[1].c_str()});
+        ExpectAllOrNothing({row[0].c_str(), With(ToBin_as_Integer, number), row[2].c_str()});
     }
-    EXPECT_EQ(rows, 32);
 }
 
 // The head of a long choice needs 5 free bytes even for a short tag, and keeps them when a tag of

@@ -1,12 +1,8 @@
-// Buffers and the three-byte window through whole sequences of operations, with the state after
-// each of them.
+// Buffers through whole sequences of operations, with the state after each of them. The three-byte
+// window is the matter of the framing that it serves.
 #include "quarn/quarn.h"
 
 #include <gtest/gtest.h>
-
-#include <deque>
-#include <memory>
-#include <random>
 
 namespace
 {
@@ -72,30 +68,6 @@ TEST(Buffer, HeapStorageIsReleasedOnce)
         EXPECT_EQ(buffer->Left(), 0);
         EXPECT_EQ(buffer->UnGet(), -1);
         delete static_cast<cBuffer*>(buffer);
-    }
-}
-
-TEST(Fifo3, AgreesWithAQueue)
-{
-    std::mt19937 random(1);
-    Fifo3 fifo;
-    std::deque<unsigned char> queue;
-    for (int step = 0; step < 5000; ++step) {
-        const auto b = static_cast<unsigned char>(random());
-        const unsigned what = random() % 16;
-        if (what == 0) {
-            fifo.Clear();
-            queue.clear();
-        } else if (queue.empty() || (what < 6 && queue.size() < Fifo3::kMax)) {
-            fifo.Put(b);
-            queue.push_back(b);
-        } else {
-            ASSERT_EQ(what % 2 == 0 ? fifo.Get() : fifo.Rot(b), queue.front()) << step;
-            queue.pop_front();
-            if (what % 2 != 0)
-                queue.push_back(b);
-        }
-        ASSERT_EQ(fifo.Count(), static_cast<int>(queue.size())) << step;
     }
 }
 

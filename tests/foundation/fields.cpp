@@ -2,6 +2,7 @@
 // formatted, units are ready before a host's own statics.
 #include "quarn/foundation/fields.h"
 #include "quarn/foundation/trace.h"
+#include "tests/support/record_text.h"
 #include "tests/support/trace_capture.h"
 
 #include <algorithm>
@@ -19,16 +20,8 @@ TEST(Foundation, AFieldCountsOnlyInItsOwnKind)
 {
     static constexpr eKIND kKinds[] = {KIND_SINT,   KIND_UINT,   KIND_DATA, KIND_RECORD,
                                        KIND_SINT64, KIND_UINT64, KIND_BOOL};
-    vorn::cRecord inner;
-    inner.AppendUIntPar("x", 1, 0);
-    vorn::cRecord record;
-    record.AppendSIntPar("2", 1, 0);
-    record.AppendUIntPar("3", 1, 0);
-    record.AppendDataPar("5", "x", 1, 0);
-    record.AppendRecordPar("6", inner, 0);
-    record.AppendSInt64Par("8", 1, 0);
-    record.AppendUInt64Par("9", 1, 0);
-    record.AppendBoolPar("10", true, 0);
+    const vorn::cRecord inner = test::Rec("x=u1");
+    const vorn::cRecord record = test::Rec("2=i1 3=u1 5=x78 6={x=u1} 8=I1 9=U1 10=b1");
     for (const eKIND stored : kKinds) {
         const std::string label = std::to_string(stored);
         for (const eKIND wanted : kKinds) {

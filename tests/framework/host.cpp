@@ -2,10 +2,9 @@
 // meter's telegrams, the bytes of what it encodes of them, a parameter tree whose long value
 // travels in packets, and the trace. It is built against either framework, and has to print the
 // same.
-#include "quarn/quarn.h"
+#include "tests/support/record_text.h"
 
 #include <cstdio>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -80,32 +79,23 @@ struct Host {
     // A file with a parameter tree two levels deep, the value of which comes in packets.
     void Tree()
     {
-        vorn::cRecord header, open, close, value, node, children, tree, path, body, file;
-        header.AppendDataPar("transactionId", "t1", 2, 0);
-        header.AppendUIntPar("groupNo", 0, 0);
-        header.AppendUIntPar("abortOnError", 0, 0);
-        open.AppendDataPar("clientId", "client", 6, 0);
-        open.AppendDataPar("reqFileId", "file", 4, 0);
-        value.AppendUIntPar("type", 1, 0);
-        const std::string text(1190, 'x');
-        value.AppendDataPar("value", text.data(), static_cast<int>(text.size()), 0);
-        node.AppendUInt64Par("parName", 0x0100010800FF, 0);
-        node.AppendRecordPar("procParVal", value, 0);
+        std::string children;
         for (int i = 0; i < 6; i++)
-            children.AppendRecordPar("parTree", node, 0);
-        tree.AppendUInt64Par("parName", 0x8181C78F01FF, 0);
-        tree.AppendRecordPar("child_List", children, 0);
-        path.AppendUInt64Par("path_Entry", 0x8181C78F01FF, 0);
-        body.AppendDataPar("serverId", "\x0a\x01", 2, 0);
-        body.AppendRecordPar("parTreePath", path, 0);
-        body.AppendRecordPar("parTree", tree, 0);
+            children += "parTree={parName=U0x0100010800FF procParVal={type=u1 value=x" +
+                        std::string(2380, '7') + "}} ";
+        const std::string name = "U0x8181C78F01FF ";
+        vorn::cRecord header = test::Rec("transactionId=x7431 groupNo=u0 abortOnError=u0");
+        vorn::cRecord open = test::Rec("clientId=x636C reqFileId=x66");
+        vorn::cRecord body =
+            test::Rec("serverId=x0A01 parTreePath={path_Entry=" + name +
+                      "} parTree={parName=" + name + "child_List={" + children + "}}");
+        vorn::cRecord close, file, result;
         std::string bytes;
         const auto add = [&](int rc, const vorn::cRecord& result) {
             const vorn::cRecordPar raw = result.GetFirstPar("SmlMsgRawData", 0, 0);
             std::printf("part %d\n", rc);
             bytes.append(raw.GetData(), static_cast<std::size_t>(raw.GetSize()));
         };
-        vorn::cRecord result;
         add(Encode_Open_Request(open, header, result), result);
         add(Encode_SetProcPar_Request(body, header, result), result);
         add(Encode_Close_Request(close, header, result), result);

@@ -15,22 +15,14 @@ std::vector<std::string> Payloads(const std::string& bytes)
 {
     std::vector<std::string> payloads;
     cSMLTdec decoder(SMLT_MODE_TP);
-    std::string payload;
     for (std::size_t from = 0; from < bytes.size();) {
+        vorn::cMsg msg = test::Carrier(0, std::string_view(bytes).substr(from));
         vorn::cRecord ifRec;
-        ifRec.AppendDataPar("RawData", bytes.data() + from, static_cast<int>(bytes.size() - from),
-                            0);
-        vorn::cRecord content;
-        content.AppendRecordPar("IfRec", ifRec, 0);
-        vorn::cMsg msg(content);
         vorn::cRecord out;
-        const int result = decoder.Decode(msg, ifRec, out);
-        const auto remaining = static_cast<std::size_t>(decoder.GetRemaining());
-        if (result != 0 && result != 2)
+        if (decoder.Decode(msg, ifRec, out) == SMLT_DECODE_MORE)
             break;
-        const vorn::cRecordPar data = out.GetFirstPar("SmlRawData", 0, 0);
-        payloads.emplace_back(data.GetData(), static_cast<std::size_t>(data.GetSize()));
-        from = bytes.size() - remaining;
+        payloads.push_back(test::BytesAt(out, "SmlRawData"));
+        from = bytes.size() - static_cast<std::size_t>(decoder.GetRemaining());
     }
     return payloads;
 }

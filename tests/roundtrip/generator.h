@@ -311,6 +311,15 @@ inline const std::vector<Kind>& Kinds()
 }
 // clang-format on
 
+inline const Kind& KindOf(unsigned long identifier)
+{
+    for (const Kind& kind : Kinds()) {
+        if (kind.identifier == identifier)
+            return kind;
+    }
+    throw std::logic_error("no message has the identifier " + std::to_string(identifier));
+}
+
 struct Sent {
     const Kind* kind;
     cRecord header, body, result;

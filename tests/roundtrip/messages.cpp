@@ -69,12 +69,6 @@ TEST(RoundTrip, RandomMessages)
     EXPECT_GT(longest, std::size_t{SML_MESSAGE_STORE}); // packets were among them
 }
 
-const Kind& KindOf(unsigned identifier)
-{
-    return *std::find_if(Kinds().begin(), Kinds().end(),
-                         [=](const Kind& kind) { return kind.identifier == identifier; });
-}
-
 void Second(Generator&, cRecord& rec, const Rule& rule) { rec.AppendUIntPar(rule.label, 2, 0); }
 
 void Latin(Generator&, cRecord& rec, const Rule& rule)

@@ -64,6 +64,24 @@ public:
     std::vector<int> results;
 };
 
+// The byte string at a path; empty where there is none.
+inline std::string BytesAt(const vorn::cRecord& record, const char* path)
+{
+    const vorn::cRecordPar par = record.GetFirstParByPath(path, ".", 0, 0);
+    return std::string(par.GetData(), static_cast<std::size_t>(par.GetSize()));
+}
+
+// A message as an interface hands it to the codec, or takes it from there.
+inline vorn::cMsg Carrier(unsigned flags, std::string_view bytes)
+{
+    vorn::cRecord ifRec;
+    vorn::cRecord record;
+    ifRec.AppendDataPar("RawData", bytes.data(), static_cast<int>(bytes.size()), 0);
+    record.AppendUIntPar("SmltFlags", flags, 0);
+    record.AppendRecordPar("IfRec", ifRec, 0);
+    return vorn::cMsg(record);
+}
+
 inline vorn::cRecord Nested(const vorn::cRecord& record, const char* path)
 {
     vorn::cRecord nested;

@@ -55,19 +55,13 @@ public:
             const cRecord kept = record;
             const std::string before = kept.ToString();
             record.DeletePar("SmlCrc", 0, 0);
-            const auto& kinds = Kinds();
-            const unsigned identifier =
-                record.GetFirstParByPath("SmlMsgHeader.smlMsgIdentifier", ".", 0, 0).GetUInt();
-            const auto kind = std::find_if(kinds.begin(), kinds.end(), [&](const Kind& k) {
-                return k.identifier == identifier;
-            });
-            ASSERT_NE(kind, kinds.end());
-            Sent again{&*kind, Nested(record, "SmlMsgHeader"), Nested(record, kind->name), {}};
+            const Kind& kind = KindOf(
+                record.GetFirstParByPath("SmlMsgHeader.smlMsgIdentifier", ".", 0, 0).GetUInt());
+            Sent again{&kind, Nested(record, "SmlMsgHeader"), Nested(record, kind.name), {}};
             if (const auto raw = again.body.GetFirstPar("rawdata", 0, 0); raw.IsValid())
                 AppendCopy(again.body, raw, "RawData");
-            EXPECT_EQ(kind->encode(again.body, again.header, again.result), SML_ENCODE_OK);
-            const auto raw = kept.GetFirstPar("SmlMsgRawData", 0, 0); // of the last packet
-            const std::string_view tail(raw.GetData(), static_cast<std::size_t>(raw.GetSize()));
+            EXPECT_EQ(kind.encode(again.body, again.header, again.result), SML_ENCODE_OK);
+            const std::string tail = BytesAt(kept, "SmlMsgRawData"); // of the last packet
             const std::string bytes = again.Bytes();
             EXPECT_TRUE(bytes.size() >= tail.size() && !tail.empty());
             EXPECT_EQ(bytes.substr(bytes.size() - std::min(bytes.size(), tail.size())), tail);
@@ -89,8 +83,7 @@ private:
             vorn::cMsg msg =
                 Carrier(sent.result.GetFirstPar("SmltFlags", 0, 0).GetUInt(), sent.Bytes());
             EXPECT_EQ(encoder.Encode(msg), SMLT_ENCODE_DONE);
-            const auto raw = msg.GetRecord().GetFirstParByPath("IfRec.RawData", ".", 0, 0);
-            stream.append(raw.GetData(), static_cast<std::size_t>(raw.GetSize()));
+            stream += BytesAt(msg.GetRecord(), "IfRec.RawData");
         }
         vorn::cMsg msg = Carrier(0, stream);
         cRecord ifRec, out;
@@ -108,15 +101,6 @@ private:
             record.AppendUIntPar("mine", number, 0);
         }
     }
-    static vorn::cMsg Carrier(unsigned flags, const std::string& bytes)
-    {
-        cRecord ifRec, record;
-        AppendBytes(ifRec, "RawData", bytes);
-        record.AppendUIntPar("SmltFlags", flags, 0);
-        record.AppendRecordPar("IfRec", ifRec, 0);
-        return vorn::cMsg(record);
-    }
-
     unsigned number;
     Mailbox& inbox;
     Mailbox& outbox;

@@ -2,7 +2,6 @@
 #ifndef TESTS_TOOLS_PROGRAM_H
 #define TESTS_TOOLS_PROGRAM_H
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -28,27 +27,22 @@ public:
                      const char* stderrPath = nullptr)
     {
         std::signal(SIGPIPE, SIG_IGN);
-        int in[2];
-        int outPipe[2];
-        int errPipe[2];
-        if (::pipe2(in, O_CLOEXEC) != 0 || ::pipe2(outPipe, O_CLOEXEC) != 0 ||
-            ::pipe2(errPipe, O_CLOEXEC) != 0)
-            throw std::runtime_error("pipe");
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, in[0], 0);
-        const struct {
-            int iFd;
-            int iPipe;
-            const char* pcPath;
-        } outputs[] = {{1, outPipe[1], stdoutPath}, {2, errPipe[1], stderrPath}};
-        for (const auto& output : outputs) {
-            if (output.pcPath != nullptr)
-                posix_spawn_file_actions_addopen(&actions, output.iFd, output.pcPath,
-                                                 O_WRONLY | O_NOCTTY, 0);
+        const char* const paths[] = {nullptr, stdoutPath, stderrPath};
+        int theirs[3];
+        for (int i = 0; i < 3; ++i) {
+            int ends[2];
+            if (::pipe2(ends, O_CLOEXEC) != 0)
+                throw std::runtime_error("pipe");
+            theirs[i] = ends[i == 0 ? 0 : 1];
+            aiFds[i] = ends[i == 0 ? 1 : 0];
+            if (paths[i] != nullptr)
+                posix_spawn_file_actions_addopen(&actions, i, paths[i], O_WRONLY | O_NOCTTY, 0);
             else
-                posix_spawn_file_actions_adddup2(&actions, output.iPipe, output.iFd);
+                posix_spawn_file_actions_adddup2(&actions, theirs[i], i);
         }
+        ::fcntl(aiFds[0], F_SETFL, O_NONBLOCK); // for Talk
         args.insert(args.begin(), QUARN_PROGRAM);
         std::vector<char*> argv;
         for (std::string& arg : args)
@@ -57,10 +51,8 @@ public:
         if (posix_spawn(&pid, QUARN_PROGRAM, &actions, nullptr, argv.data(), environ) != 0)
             throw std::runtime_error("cannot run " QUARN_PROGRAM);
         posix_spawn_file_actions_destroy(&actions);
-        for (const int fd : {in[0], outPipe[1], errPipe[1]})
+        for (const int fd : theirs)
             ::close(fd);
-        iIn = in[1];
-        aiOut = {outPipe[0], errPipe[0]};
     }
     ~Program()
     {
@@ -71,19 +63,15 @@ public:
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    // Writes bytes to its standard input, piece by piece, reading meanwhile what it says.
+    // Writes bytes to its standard input, piece by piece, reading meanwhile what it says. What it
+    // does not read any more is dropped.
     void Write(std::string_view bytes, std::size_t piece = std::string_view::npos)
     {
         while (!bytes.empty()) {
-            const std::string_view part = bytes.substr(0, piece);
-            pollfd room = {iIn, POLLOUT, 0};
-            while (::poll(&room, 1, 0) == 0)
-                Listen(10); // it waits for its output to be read
-            const ssize_t count =
-                ::write(iIn, part.data(), std::min<std::size_t>(part.size(), 512));
-            if (count < 0)
-                return; // it does not read any more
-            bytes.remove_prefix(static_cast<std::size_t>(count));
+            std::string_view part = bytes.substr(0, piece);
+            bytes.remove_prefix(part.size());
+            while (!part.empty())
+                Talk(-1, &part);
         }
     }
     // Waits at most ten seconds for text on its standard output, or on its standard error.
@@ -95,16 +83,14 @@ public:
     // Ends its input, waits for its end and returns its exit status (128 and more: a signal).
     int Finish()
     {
-        if (iIn >= 0)
-            ::close(iIn);
-        iIn = -1;
+        Close(0);
         return Ended();
     }
     // The same while its input stays open.
     int Ended()
     {
-        while (Listen(-1)) {
-        }
+        while (aiFds[1] >= 0 || aiFds[2] >= 0)
+            Talk(-1);
         if (iStatus < 0) {
             int status = 0;
             ::waitpid(pid, &status, 0);
@@ -120,36 +106,57 @@ private:
     bool Waits(const std::string& said, std::string_view text)
     {
         for (int i = 0; i < 100 && said.find(text) == std::string::npos; ++i)
-            Listen(100);
+            Talk(100);
         return said.find(text) != std::string::npos;
     }
-    // Takes what has been said; false when both of its outputs are closed.
-    bool Listen(int timeout)
+    // Waits until it has said something or, if there is something to say to it, takes a part of
+    // that; never for the one alone, since it may wait for the other.
+    void Talk(int timeout, std::string_view* say = nullptr)
     {
-        pollfd fds[2] = {{aiOut[0], POLLIN, 0}, {aiOut[1], POLLIN, 0}};
-        if (aiOut[0] < 0 && aiOut[1] < 0)
-            return false;
-        ::poll(fds, 2, timeout);
-        for (std::size_t i = 0; i < 2; ++i) {
-            if (fds[i].revents == 0)
-                continue;
+        pollfd fds[] = {{say != nullptr ? aiFds[0] : -1, POLLOUT, 0},
+                        {aiFds[1], POLLIN, 0},
+                        {aiFds[2], POLLIN, 0}};
+        ::poll(fds, 3, timeout);
+        for (int i = 1; i < 3; ++i) {
             char text[65536];
-            const ssize_t count = ::read(aiOut[i], text, sizeof text);
-            if (count > 0) {
-                (i == 0 ? out : err).append(text, static_cast<std::size_t>(count));
-            } else {
-                ::close(aiOut[i]);
-                aiOut[i] = -1;
-            }
+            const ssize_t count = fds[i].revents != 0 ? ::read(aiFds[i], text, sizeof text) : -1;
+            if (count > 0)
+                (i == 1 ? out : err).append(text, static_cast<std::size_t>(count));
+            else if (fds[i].revents != 0)
+                Close(i);
         }
-        return true;
+        if (fds[0].revents != 0) {
+            const ssize_t count = ::write(aiFds[0], say->data(), say->size());
+            if (count >= 0 || errno != EAGAIN)
+                say->remove_prefix(count >= 0 ? static_cast<std::size_t>(count) : say->size());
+        }
+    }
+    void Close(int i)
+    {
+        if (aiFds[i] >= 0)
+            ::close(aiFds[i]);
+        aiFds[i] = -1;
     }
 
     pid_t pid = -1;
-    int iIn = -1;
-    std::array<int, 2> aiOut{};
+    int aiFds[3] = {-1, -1, -1}; // our ends of its input, output and errors
     int iStatus = -1;
 };
+
+// A run from its begin to its end.
+struct Ran {
+    int iStatus;
+    std::string out;
+    std::string err;
+};
+
+inline Ran Quarn(std::vector<std::string> args, std::string_view input = "")
+{
+    Program quarn(std::move(args));
+    quarn.Write(input);
+    const int status = quarn.Finish();
+    return {status, quarn.out, quarn.err};
+}
 
 } // namespace test
 

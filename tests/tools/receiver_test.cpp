@@ -1,13 +1,14 @@
 // The receive road tells the same whatever pieces the bytes arrive in: hand-made streams against a
-// transcript, captures against the records they are known to hold.
+// transcript.
 #include "tests/support/captures.h"
 #include "tests/support/hex.h"
-#include "tools/input/intake.h"
-#include "tools/output/format.h"
+#include "tests/support/parse.h"
+#include "tests/support/rows.h"
+#include "tools/reading/reading.h"
+#include "tools/road/receiver.h"
 
-#include <cstdio>
 #include <gtest/gtest.h>
-#include <memory>
+#include <map>
 #include <sstream>
 #include <string>
 
@@ -58,11 +59,16 @@ public:
 };
 
 template <typename Sink>
-void FeedPieces(Sink& sink, const std::string& bytes, std::size_t piece)
+void Feed(Sink& sink, std::string_view bytes)
 {
-    for (std::size_t i = 0; i < bytes.size(); i += piece)
-        sink.Feed(reinterpret_cast<const unsigned char*>(bytes.data()) + i,
-                  std::min(piece, bytes.size() - i));
+    sink.Feed(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+}
+
+template <typename Sink>
+void FeedPieces(Sink& sink, std::string_view bytes, std::size_t piece)
+{
+    for (; !bytes.empty(); bytes.remove_prefix(std::min(piece, bytes.size())))
+        Feed(sink, bytes.substr(0, piece));
     sink.End();
 }
 
@@ -76,129 +82,77 @@ std::string Tell(bool raw, const std::string& bytes, std::size_t piece)
 
 std::string Framed(const std::string& payload)
 {
-    vorn::cRecord interface;
-    interface.AppendDataPar("RawData", payload.data(), static_cast<int>(payload.size()), 0);
-    vorn::cMsg msg;
-    msg.GetRecord().AppendUIntPar("SmltFlags", BUF_FLAG_SML | BUF_FLAG_FIRST | BUF_FLAG_LAST, 0);
-    msg.GetRecord().AppendRecordPar("IfRec", interface, 0);
-    EXPECT_EQ(cSMLTenc(SMLT_MODE_TP).Encode(msg), 1);
-    const vorn::cRecordPar framed = msg.GetRecord().GetFirstParByPath("IfRec.RawData", ".", 0, 0);
-    return {framed.GetData(), static_cast<std::size_t>(framed.GetSize())};
+    vorn::cMsg msg = test::Carrier(BUF_FLAG_SML | BUF_FLAG_FIRST | BUF_FLAG_LAST, payload);
+    EXPECT_EQ(cSMLTenc(SMLT_MODE_TP).Encode(msg), SMLT_ENCODE_DONE);
+    return test::BytesAt(msg.GetRecord(), "IfRec.RawData");
 }
 
 // The file in the first frame of the example: messages of which the last has 20 bytes.
 std::string ExampleFile() { return test::ReadFile(QUARN_EXAMPLES "/household.bin").substr(8, 236); }
 
-TEST(Receiver, TellsTheSameInAnyPieces)
+// The bytes that the table tells as a sum.
+std::string Bytes(const std::string& sum)
 {
-    const std::string file = ExampleFile();
-    const std::string frame = Framed(file);
-    const std::string escape(4, '\x1B');
-    const std::string start = escape + std::string(4, '\x01');
-    const std::string noise = test::Hex("00 1B 1B 01 01 FF 1B 1B 1B 1B 01 01 01 1B 55");
-    const std::string good1 = "m1.1 m1.2 m1.3 end1:ok,236,3 ";
-    const std::string good2 = "m2.1 m2.2 m2.3 end2:ok,236,3 ";
-    std::string badCrc = frame;
-    badCrc.back() ^= 1;
-    std::string badField = file;
-    badField[file.find("\x04XYZ")] = '\x42';
-    std::string badFirst = file;
-    badFirst[0] = '\x75';
-
-    const struct {
-        const char* pcName;
-        std::string bytes;
-        std::string told;
-    } rows[] = {
-        {"nothing", "", ""},
-        {"frames back to back", frame + frame, good1 + good2},
-        {"two files in a frame", Framed(file + file),
-         "m1.1 m1.2 m1.3 m1.1 m1.2 m1.3 end1:ok,472,6 "},
-        {"noise all around", noise + frame + noise + frame + noise,
-         "gap15@0:0 " + good1 + "gap15@267:1 " + good2 + "gap15@534:2 "},
-        {"noise alone", noise, "gap15@0:3 "},
-        {"cut off", frame + frame.substr(0, 150), good1 + "m2.1 cut2 "},
-        {"cut off in the start sequence", frame + start.substr(0, 6), good1 + "cut2 "},
-        {"cut off at an escape inside", frame.substr(0, 150) + escape, "m1.1 cut1 "},
-        {"a new frame inside one", frame.substr(0, 230) + frame + frame,
-         "m1.1 m1.2 broken1 " + good1 + good2},
-        {"a new frame at once", start + frame, "broken1 " + good1},
-        {"a new frame behind an escaped run", frame.substr(0, 60) + escape + escape + frame,
-         "m1.1 m1.2(-11) broken1 " + good1},
-        {"a start sequence escaped in the payload", Framed(file + start),
-         "m1.1 m1.2 m1.3 x1 end1:ok,244,3 "},
-        {"wrong checksum", badCrc + frame, "m1.1 m1.2 m1.3 end1:bad,236,3 " + good2},
-        {"field of a wrong type", Framed(badField) + frame,
-         "m1.1 m1.2(-11) end1:ok,236,2 " + good2},
-        {"first message damaged", Framed(badFirst) + frame, "x1 end1:ok,236,0 " + good2},
-        {"no SML", Framed("hello meter, hello world") + frame, "x1 end1:ok,24,0 " + good2},
-        {"file without its close", Framed(file.substr(0, 216)) + frame,
-         "m1.1 m1.2 end1:ok,216,2+ " + good2},
-        {"message cut short", Framed(file.substr(0, 100)) + frame, "m1.1 end1:ok,100,1+ " + good2},
-        {"close without its last byte", Framed(file.substr(0, 235)) + frame,
-         "m1.1 m1.2 m1.3(-11) end1:ok,235,3+ " + good2},
-        {"close that loses its last byte to a new frame", start + file + frame,
-         "m1.1 m1.2 m1.3(-11) broken1 " + good1},
-    };
-    for (const auto& row : rows) {
-        for (const std::size_t piece : {1U, 2U, 7U, 64U, 1000000U})
-            EXPECT_EQ(Tell(false, row.bytes, piece), row.told) << row.pcName << " by " << piece;
-        for (std::size_t cut = 1; cut < row.bytes.size(); ++cut) {
-            Transcript transcript;
-            tool::cReceiver receiver(false, transcript);
-            const auto* bytes = reinterpret_cast<const unsigned char*>(row.bytes.data());
-            receiver.Feed(bytes, cut);
-            receiver.Feed(bytes + cut, row.bytes.size() - cut);
-            receiver.End();
-            ASSERT_EQ(transcript.text.str(), row.told) << row.pcName << " cut at " << cut;
+    static const std::map<std::string, std::string> kBytes = [] {
+        std::map<std::string, std::string> bytes = {
+            {"file", ExampleFile()},
+            {"frame", Framed(ExampleFile())},
+            {"start", test::Hex("1B1B1B1B 01010101")},
+            {"escape", test::Hex("1B1B1B1B")},
+            {"noise", test::Hex("00 1B 1B 01 01 FF 1B 1B 1B 1B 01 01 01 1B 55")},
+            {"text", "hello meter, hello world"},
+            {"x", "x"},
+        };
+        (bytes["badcrc"] = bytes["frame"]).back() ^= 1;
+        (bytes["badfirst"] = bytes["file"])[0] = '\x75';
+        (bytes["badfield"] = bytes["file"])[bytes["file"].find("\x04XYZ")] = '\x42';
+        return bytes;
+    }();
+    std::string bytes;
+    for (std::size_t at = 0; at < sum.size();) {
+        if (sum[at] == '[') {
+            const std::size_t end = sum.find(']', at);
+            bytes += Framed(Bytes(sum.substr(at + 1, end - at - 1)));
+            at = end + 2;
+            continue;
         }
+        const std::string term = sum.substr(at, sum.find('+', at) - at);
+        const std::size_t sign = std::min(term.find_first_of("<>"), term.size());
+        const std::string& whole = kBytes.at(term.substr(0, sign));
+        if (sign == term.size())
+            bytes += whole;
+        else if (term[sign] == '<')
+            bytes += whole.substr(0, std::stoul(term.substr(sign + 1)));
+        else
+            bytes += whole.substr(std::stoul(term.substr(sign + 1)));
+        at += term.size() + 1;
     }
+    return bytes;
 }
 
-// Silence ends a file that is unfinished, a restart the frame. What arrives of the file later is
-// refused.
-TEST(Receiver, SilenceAndRestart)
+TEST(Receiver, TellsTheSameInAnyPieces)
 {
-    const std::string file = ExampleFile();
-    const std::string frame = Framed(file);
-    const std::size_t close = frame.size() - 8; // what has arrived: all but end and window
-    const struct {
-        const char* pcName;
-        std::size_t uiBefore; // of the frame, then silence or a restart
-        bool bRestart;
-        std::string rest;
-        std::string told;
-    } rows[] = {
-        {"inside a message", 100, false, frame,
-         "m1.1 silent1 x1 broken1 m1.1 m1.2 m1.3 end1:ok,236,3 "},
-        {"what is late is refused", 100, false, frame.substr(100),
-         "m1.1 silent1 x1 end1:ok,236,1+ "},
-        {"before a frame", 0, false, frame, "m1.1 m1.2 m1.3 end1:ok,236,3 "},
-        {"behind a frame", 252, false, frame,
-         "m1.1 m1.2 m1.3 end1:ok,236,3 m2.1 m2.2 m2.3 end2:ok,236,3 "},
-        {"before its end", close, false, frame.substr(close),
-         "m1.1 m1.2 silent1 x1 end1:ok,236,2+ "},
-        {"restart in a frame", 100, true, frame.substr(200) + frame,
-         "m1.1 cut1 gap52@100:0 m1.1 m1.2 m1.3 end1:ok,236,3 "},
-        {"restart behind one", 252, true, "x" + frame,
-         "m1.1 m1.2 m1.3 end1:ok,236,3 gap1@252:0 m2.1 m2.2 m2.3 end2:ok,236,3 "},
-        {"restart in a start sequence", 5, true, frame.substr(5) + frame,
-         "cut1 gap247@5:0 m1.1 m1.2 m1.3 end1:ok,236,3 "},
-    };
-    for (const auto& row : rows) {
-        Transcript transcript;
-        tool::cReceiver receiver(false, transcript);
-        const auto feed = [&receiver](const std::string& bytes) {
-            receiver.Feed(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
-        };
-        feed(frame.substr(0, row.uiBefore));
-        if (row.bRestart)
-            receiver.Restart();
-        else
-            receiver.Timeout();
-        feed(row.rest);
-        receiver.End();
-        EXPECT_EQ(transcript.text.str(), row.told) << row.pcName;
+    for (const test::Row& row : test::Rows("tools/receiver.txt", 5)) {
+        const std::string bytes = Bytes(row[1]);
+        for (std::size_t cut = 0; cut <= bytes.size(); ++cut) {
+            Transcript transcript;
+            tool::cReceiver receiver(false, transcript);
+            Feed(receiver, bytes.substr(0, cut));
+            Feed(receiver, bytes.substr(cut));
+            if (row[2] == "silence")
+                receiver.Timeout();
+            else if (row[2] == "restart")
+                receiver.Restart();
+            Feed(receiver, Bytes(row[3]));
+            receiver.End();
+            ASSERT_EQ(test::Trimmed(transcript.text.str()), row[4]) << row[0] << " cut at " << cut;
+        }
+        for (const std::size_t piece : {1U, 2U, 7U, 64U}) {
+            if (row[2].empty()) {
+                EXPECT_EQ(test::Trimmed(Tell(false, bytes, piece)), row[4])
+                    << row[0] << " by " << piece;
+            }
+        }
     }
 }
 
@@ -211,62 +165,6 @@ TEST(Receiver, RawFilesAreOneGoodFrame)
         EXPECT_EQ(Tell(true, file + "no SML", piece), "m1.1 m1.2 m1.3 x1 end1:ok,242,3 ");
     }
     EXPECT_EQ(Tell(true, "", 1), "");
-}
-
-// Every event of the road as the lines that --format records prints.
-class RecordLines : public Transcript
-{
-public:
-    RecordLines() : file(std::tmpfile(), std::fclose), output(::fileno(file.get())) {}
-
-    void OnMessage(const tool::Frame& frame, const vorn::cRecord& record) override
-    {
-        format->Message(frame, tool::DescribeMessage(record), record, {});
-    }
-    void OnFrameEnd(const tool::Frame& frame) override
-    {
-        format->FrameEnd(frame);
-        ullFinished = frame.ullNumber;
-    }
-    // The lines of finished frames.
-    std::string Lines()
-    {
-        output.Drain();
-        std::rewind(file.get());
-        std::string all(1 << 20, '\0');
-        all.resize(std::fread(all.data(), 1, all.size(), file.get()));
-        const std::string last = "\"frame\":" + std::to_string(ullFinished) + ",\"crc\"";
-        const std::size_t at = all.rfind(last);
-        return at == std::string::npos ? "" : all.substr(0, all.find('\n', at) + 1);
-    }
-
-private:
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file;
-    tool::cOutput output;
-    std::unique_ptr<tool::cFormat> format = tool::MakeRecordsFormat(output, {});
-    std::uint64_t ullFinished = 0;
-};
-
-TEST(Receiver, CapturesGiveTheirRecordsInAnyPieces)
-{
-    const std::vector<std::filesystem::path> captures = test::Captures();
-    if (captures.empty())
-        GTEST_SKIP() << "no captures in " << test::CapturesDir() << " (set QUARN_CAPTURES)";
-    for (std::filesystem::path path : captures) {
-        const std::string bytes = test::ReadFile(path);
-        const std::string expected = test::ReadFile(path.replace_extension(".records.ndjson"));
-        ASSERT_FALSE(expected.empty()) << path;
-        for (const std::size_t piece : {1U, 7U, 64U, 1000000U}) {
-            for (const tool::eINPUT kind :
-                 {tool::INPUT_FRAMED, tool::INPUT_AUTO, tool::INPUT_HEX}) {
-                RecordLines lines;
-                tool::cReport report;
-                tool::cIntake intake(kind, false, lines, report);
-                FeedPieces(intake, kind == tool::INPUT_HEX ? test::ToHex(bytes) : bytes, piece);
-                EXPECT_EQ(lines.Lines(), expected) << path << " by " << piece;
-            }
-        }
-    }
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // Records at their boundaries: kinds and what other getters make of them, names and data around
 // the sizes that are held in place, dumps, and nesting beyond any stack. How edits and copies work
 // together is the subject of the fuzz target of records.
-#include "vorn/vorn.h"
+#include "tests/support/record_text.h"
 
 #include <gtest/gtest.h>
 
@@ -10,37 +10,32 @@
 namespace
 {
 
+using test::Rec;
 using vorn::cRecord;
 using vorn::cRecordPar;
 
 TEST(Record, EachKindThroughOtherGetters)
 {
-    struct {
+    const struct {
+        const char* text;
         const char* dump;
-        void (*append)(cRecord&);
         int type;
         unsigned asUInt;
         long long asSInt64;
-    } const table[] = {
-        {"n=-2147483648", [](cRecord& r) { r.AppendSIntPar("n", INT_MIN, 0); }, 2, 1U << 31,
-         INT_MIN},
-        {"n=4294967295", [](cRecord& r) { r.AppendUIntPar("n", UINT_MAX, 0); }, 3, UINT_MAX,
-         UINT_MAX},
-        {"n=-9223372036854775808", [](cRecord& r) { r.AppendSInt64Par("n", LLONG_MIN, 0); }, 8, 0,
-         LLONG_MIN},
-        {"n=18446744073709551615", [](cRecord& r) { r.AppendUInt64Par("n", ULLONG_MAX, 0); }, 9,
-         UINT_MAX, -1},
-        {"n=true", [](cRecord& r) { r.AppendBoolPar("n", true, 0); }, 10, 1, 1},
-        {"n=ab0001", [](cRecord& r) { r.AppendDataPar("n", "\xAB\0\x01", 3, 0); }, 5, 0, 0},
-        {"n=", [](cRecord& r) { r.AppendDataPar("n", "x", -1, 0); }, 5, 0, 0},
-        {"n={}", [](cRecord& r) { r.AppendRecordPar("n", r, 0); }, 6, 0, 0},
-        {"", [](cRecord& r) { r.AppendBoolPar("other", true, 0); }, 0, 0, 0},
+    } table[] = {
+        {"n=i-2147483648", "n=-2147483648", 2, 1U << 31, INT_MIN},
+        {"n=u4294967295", "n=4294967295", 3, UINT_MAX, UINT_MAX},
+        {"n=I-9223372036854775808", "n=-9223372036854775808", 8, 0, LLONG_MIN},
+        {"n=U18446744073709551615", "n=18446744073709551615", 9, UINT_MAX, -1},
+        {"n=b1", "n=true", 10, 1, 1},
+        {"n=xAB0001", "n=ab0001", 5, 0, 0},
+        {"n=x", "n=", 5, 0, 0},
+        {"n={}", "n={}", 6, 0, 0},
+        {"other=b1", "", 0, 0, 0},
     };
     for (const auto& row : table) {
-        SCOPED_TRACE(row.dump);
-        cRecord record;
-        row.append(record);
-        const cRecordPar par = record.GetFirstPar("n", 0, 0);
+        SCOPED_TRACE(row.text);
+        const cRecordPar par = Rec(row.text).GetFirstPar("n", 0, 0);
         EXPECT_EQ(par.ToString(), row.dump);
         EXPECT_EQ(par.GetType(1), row.type);
         EXPECT_EQ(par.IsEmpty(), row.type == 0);
@@ -49,6 +44,9 @@ TEST(Record, EachKindThroughOtherGetters)
         EXPECT_EQ(par.GetBool(), row.asSInt64 != 0);
         EXPECT_EQ(par.GetData() != nullptr, row.type == 5);
     }
+    cRecord record;
+    record.AppendDataPar("n", "x", -1, 0);
+    EXPECT_EQ(record, Rec("n=x"));
 }
 
 TEST(Record, NamesAreCutOffAt127Bytes)
@@ -63,8 +61,7 @@ TEST(Record, NamesAreCutOffAt127Bytes)
 
 TEST(Record, PathsOfOneNameAndOfNone)
 {
-    cRecord record;
-    record.AppendRecordPar("a.b", cRecord(), 0);
+    const cRecord record = Rec("a.b={}");
     EXPECT_FALSE(record.GetFirstParByPath("a.b", ".", 0, 0).IsValid());
     for (const char* const separator : {"", static_cast<const char*>(nullptr)})
         EXPECT_TRUE(record.GetFirstParByPath("a.b", separator, 0, 0).IsValid());
@@ -73,12 +70,7 @@ TEST(Record, PathsOfOneNameAndOfNone)
 
 TEST(Record, DumpsOfEveryShape)
 {
-    cRecord inner;
-    inner.AppendUIntPar("a", 1, 0);
-    inner.AppendRecordPar("e", cRecord(), 0);
-    cRecord record;
-    record.AppendRecordPar("r", inner, 0);
-    record.AppendBoolPar("b", false, 0);
+    const cRecord record = Rec("r={a=u1 e={}} b=b0");
     EXPECT_EQ(record.ToString2(0, 0), "{r={a=1, e={}}, b=false}");
     EXPECT_EQ(record.ToString2(0, 1), "{r=..., b=false}");
     EXPECT_EQ(record.ToString2(2, 0), "{\n  r={\n    a=1,\n    e={}\n  },\n  b=false\n}");
