@@ -56,7 +56,9 @@
 //
 // Threads: an instance serves one thread at a time, TimeoutEvent included. Instances share nothing
 // but the trace unit LibSmlp. Memory: the instance itself has a fixed size; the records grow with
-// the message they describe. No exception leaves the class.
+// the message they describe. The memory of the last three messages, if they were small (10 KiB each
+// at most), is held, and taken again when the host has dropped their records. No exception leaves
+// the class.
 #ifndef QUARN_PARSER_PARSER_H
 #define QUARN_PARSER_PARSER_H
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <set>
 #include <string>
 
 namespace
@@ -97,6 +99,28 @@ TEST(Builder, PartsOutliveTheWholeAndChangesStayApart)
     Fill(expected, 0);
     ASSERT_TRUE(element.GetRecord(kept));
     EXPECT_EQ(kept, expected);
+}
+
+// The memory of trees that are gone serves the next ones; what is kept of any tree stays as it is.
+TEST(Builder, WhatIsKeptIsNotBuiltOver)
+{
+    cRecordBuilder builder;
+    std::map<int, cRecord> kept;
+    std::set<const vorn::cRecordPar*> places;
+    constexpr int kTrees = 200;
+    for (int i = 0; i < kTrees; ++i) {
+        const cRecord tree = Built(builder, i % 3 + (i % 50 == 0 ? 500 : 0), 0);
+        places.insert(tree.begin());
+        if (i % 5 == 0)
+            tree.begin()->GetRecord(kept[i]);
+        kept.erase(i - 60);
+    }
+    EXPECT_LT(places.size(), kTrees / 2U);
+    for (const auto& [i, list] : kept) {
+        cRecord expected;
+        Plain(i % 3 + (i % 50 == 0 ? 500 : 0)).begin()->GetRecord(expected);
+        EXPECT_EQ(list, expected) << "tree " << i;
+    }
 }
 
 TEST(Builder, OpenRecordsAreCopiedAndClearedAsTheyStand)
