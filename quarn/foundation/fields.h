@@ -9,6 +9,7 @@
 #include "quarn/foundation/framework.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 namespace quarn::detail
@@ -59,6 +60,28 @@ bool HasName(const Par& par)
     return std::memcmp(par.GetName(), Label, sizeof(Label)) == 0;
 }
 
+// The same for a label of that many bytes, its end included: a comparison of a few words.
+template <class Par>
+bool HasName(const Par& par, const char* label, std::size_t size)
+{
+    const auto differs = [a = par.GetName(), b = label](auto part, std::size_t at) {
+        auto other = part;
+        std::memcpy(&part, a + at, sizeof part);
+        std::memcpy(&other, b + at, sizeof other);
+        return part != other;
+    };
+    constexpr std::size_t word = sizeof(std::uint64_t), half = sizeof(std::uint32_t);
+    if (size < half)
+        return HasName(par, label);
+    if (size < word)
+        return !differs(std::uint32_t{}, 0) && !differs(std::uint32_t{}, size - half);
+    for (std::size_t at = 0; at + word < size; at += word) {
+        if (differs(std::uint64_t{}, at))
+            return false;
+    }
+    return !differs(std::uint64_t{}, size - word);
+}
+
 // Reads one record: finds its fields, and visits the elements of a list. A field that is asked for
 // when those in front of it have been is found without a search. What Find returns is valid until
 // the next call and as long as the record lives unchanged.
@@ -98,6 +121,11 @@ public:
     const vorn::cRecordPar* Find()
     {
         return Find([](const auto& par) { return HasName<Label>(par); }, Label);
+    }
+    // REQUIRES: size, of the label with its end, is at most kReadableName.
+    const vorn::cRecordPar* Find(const char* label, std::size_t size)
+    {
+        return Find([=](const auto& par) { return HasName(par, label, size); }, label);
     }
     const vorn::cRecordPar* Find(const char* label)
     {

@@ -1,40 +1,19 @@
-// The bodies of messages; see bodies.h.
+// What a profile-list response becomes as a list response; see bodies.h.
 #include "quarn/records/bodies.h"
 
 #include "quarn/records/engine.h"
 
 using namespace quarn::detail;
 
-template class quarn::detail::Object<Structure<OpenReqFields>>;
-template class quarn::detail::Object<Structure<OpenRespFields>>;
-template class quarn::detail::Object<Structure<GetProfileReqFields>>;
-template class quarn::detail::Object<Structure<GetProfListResFields>>;
-template class quarn::detail::Object<Structure<GetProfPackResFields>>;
-template class quarn::detail::Object<Structure<GetProcParReqFields>>;
-template class quarn::detail::Object<Structure<GetProcParResFields>>;
-template class quarn::detail::Object<Structure<SetProcParReqFields>>;
-template class quarn::detail::Object<Structure<AttentionResFields>>;
-template class quarn::detail::Object<Structure<GetListReqFields>>;
-template class quarn::detail::Object<Structure<GetListResFields>>;
-
 namespace
 {
 
-cSmlList ToList(const cSmlGetProfListRes& source)
+// Gives to the fields that from has under the same labels.
+template <class To, class From>
+void CopyShared(To& to, const From& from)
 {
-    const auto& periods = Access::Entries(Access::Value<field::PerList>(source));
-    cSmlList list;
-    auto& entries = Access::Entries(list);
-    entries.reserve(periods.size());
-    for (const cSmlPeriodEntry& period : periods) {
-        cSmlListEntry& entry = entries.emplace_back();
-        Access::CopyFields<field::Status, field::ValTime>(entry, source);
-        Access::CopyFields<field::ObjName, field::Unit, field::Scaler, field::Value,
-                           field::ValueSign>(entry, period);
-        if (!entry.IsValid())
-            entry.Clear();
-    }
-    return list;
+    static_cast<const StructureClass&>(ClassOf<To>())
+        .CopyShared(&to, static_cast<const StructureClass&>(ClassOf<From>()), &from);
 }
 
 } // namespace
@@ -47,8 +26,18 @@ cSmlGetListRes& cSmlGetListRes::operator=(const cSmlGetProfListRes& source) noex
         return *this;
     }
     const bool done = Guarded("cSmlGetListRes", [&] {
-        Access::CopyFields<field::ServerId>(*this, source);
-        Access::Put<field::ValList>(*this, ToList(source));
+        CopyShared(*this, source); // the server
+        const field::PerList& periods = source;
+        field::ValList& list = *this;
+        auto& entries = Access::Content(Access::Value(list));
+        for (const cSmlPeriodEntry& period : Access::Content(Access::Value(periods))) {
+            cSmlListEntry& entry = entries.emplace_back();
+            CopyShared(entry, source); // status and time
+            CopyShared(entry, period);
+            if (!entry.IsValid())
+                entry.Clear();
+        }
+        Access::IsPresent(list) = true;
     });
     if (!done)
         Clear();

@@ -64,33 +64,32 @@ constexpr Shape BodyShape(const char* name, const Label& bodyLabel,
     return {name, bodyLabel, eFIELDS::ENCLOSED, missingLevel, false, false};
 }
 
-struct QUARN_API OpenReqFields
+struct OpenReqFields
     : FieldSet<field::Codepage, Required<field::ClientId>, Required<field::ReqFileId>,
                OrEmpty<field::ServerId>, field::Username, field::Password, field::SmlVersion> {
     static constexpr Shape kShape = BodyShape("cSmlOpenReq", label::SmlOpenReq);
 };
 
-struct QUARN_API OpenRespFields
-    : FieldSet<field::Codepage, field::ClientId, Required<field::ReqFileId>,
-               Required<field::ServerId>, field::RefTime, field::SmlVersion> {
+struct OpenRespFields : FieldSet<field::Codepage, field::ClientId, Required<field::ReqFileId>,
+                                 Required<field::ServerId>, field::RefTime, field::SmlVersion> {
     static constexpr Shape kShape = BodyShape("cSmlOpenRes", label::SmlOpenRes);
 };
 
-struct QUARN_API GetProfileReqFields
+struct GetProfileReqFields
     : FieldSet<OrEmpty<field::ServerId>, field::Username, field::Password, field::WithRaw,
                Required<field::BeginTime>, Required<field::EndTime>, Required<field::TreePath>,
                field::ObjList, field::Details> {
     static constexpr Shape kShape = BodyShape("cSmlGetProfileReq", label::SmlGetProfileReq);
 };
 
-struct QUARN_API GetProfListResFields
+struct GetProfListResFields
     : FieldSet<Required<field::ServerId>, Required<field::ActTime>, Required<field::Period>,
                Required<field::TreePath>, Required<field::ValTime>, Required<field::Status>,
                Required<field::PerList>, field::RawData, field::PerSign> {
     static constexpr Shape kShape = BodyShape("cSmlGetProfListRes", label::SmlGetProfListRes);
 };
 
-struct QUARN_API GetProfPackResFields
+struct GetProfPackResFields
     : FieldSet<Required<field::ServerId>, Required<field::ActTime>, Required<field::Period>,
                Required<field::TreePath>, Required<IfRecord<field::HdList>>,
                Required<IfRecord<field::ObjPerList>>, field::RawData,
@@ -98,33 +97,32 @@ struct QUARN_API GetProfPackResFields
     static constexpr Shape kShape = BodyShape("cSmlGetProfPackRes", label::SmlGetProfPackRes);
 };
 
-struct QUARN_API GetProcParReqFields
-    : FieldSet<OrEmpty<field::ServerId>, field::Username, field::Password,
-               Required<field::TreePath>, field::Attribute> {
+struct GetProcParReqFields : FieldSet<OrEmpty<field::ServerId>, field::Username, field::Password,
+                                      Required<field::TreePath>, field::Attribute> {
     static constexpr Shape kShape = BodyShape("cSmlGetProcParReq", label::SmlGetProcParReq);
 };
 
-struct QUARN_API GetProcParResFields
+struct GetProcParResFields
     : FieldSet<Required<field::ServerId>, Required<field::TreePath>, Required<field::Tree>> {
     static constexpr Shape kShape = BodyShape("cSmlGetProcParRes", label::SmlGetProcParRes);
 };
 
-struct QUARN_API SetProcParReqFields : FieldSet<field::ServerId, field::Username, field::Password,
-                                                Required<field::TreePath>, Required<field::Tree>> {
+struct SetProcParReqFields : FieldSet<field::ServerId, field::Username, field::Password,
+                                      Required<field::TreePath>, Required<field::Tree>> {
     static constexpr Shape kShape = BodyShape("cSmlSetProcParReq", label::SmlSetProcParReq);
 };
 
-struct QUARN_API AttentionResFields : FieldSet<Required<field::ServerId>, Required<field::AttNo>,
-                                               field::AttMsg, field::AttDetails> {
+struct AttentionResFields : FieldSet<Required<field::ServerId>, Required<field::AttNo>,
+                                     field::AttMsg, field::AttDetails> {
     static constexpr Shape kShape = BodyShape("cSmlAttentionRes", label::SmlAttentionRes);
 };
 
-struct QUARN_API GetListReqFields : FieldSet<Required<field::ClientId>, OrEmpty<field::ServerId>,
-                                             field::Username, field::Password, field::ListName> {
+struct GetListReqFields : FieldSet<Required<field::ClientId>, OrEmpty<field::ServerId>,
+                                   field::Username, field::Password, field::ListName> {
     static constexpr Shape kShape = BodyShape("cSmlGetListReq", label::SmlGetListReq);
 };
 
-struct QUARN_API GetListResFields
+struct GetListResFields
     : FieldSet<field::ClientId, Required<field::ServerId>, field::ListName, field::ActSTime,
                Required<IfRecord<field::ValList>>, field::ListSign, field::ActGTime> {
     static constexpr Shape kShape = BodyShape("cSmlGetListRes", label::SmlGetListRes);
@@ -133,28 +131,29 @@ struct QUARN_API GetListResFields
 } // namespace quarn::detail
 
 // Open request: begins a file of requests.
-class QUARN_API cSmlOpenReq : public quarn::detail::Body<quarn::detail::OpenReqFields>
+class QUARN_API cSmlOpenReq : public quarn::detail::Object<quarn::detail::OpenReqFields>
 {
 public:
     using Object::Object;
 };
 
 // Open response: begins a file of responses.
-class QUARN_API cSmlOpenResp : public quarn::detail::Body<quarn::detail::OpenRespFields>
+class QUARN_API cSmlOpenResp : public quarn::detail::Object<quarn::detail::OpenRespFields>
 {
 public:
     using Object::Object;
 };
 
 // Profile request, for a list as for a pack.
-class QUARN_API cSmlGetProfileReq : public quarn::detail::Body<quarn::detail::GetProfileReqFields>
+class QUARN_API cSmlGetProfileReq : public quarn::detail::Object<quarn::detail::GetProfileReqFields>
 {
 public:
     using Object::Object;
 };
 
 // Profile-list response: one period with the values of its objects.
-class QUARN_API cSmlGetProfListRes : public quarn::detail::Body<quarn::detail::GetProfListResFields>
+class QUARN_API cSmlGetProfListRes
+    : public quarn::detail::Object<quarn::detail::GetProfListResFields>
 {
 public:
     using Object::Object;
@@ -162,55 +161,54 @@ public:
 
 // Profile-pack response: the objects once, then their values period by period. Its signature is
 // read from "periodSignature" too, and written as "profileSignature".
-class QUARN_API cSmlGetProfPackRes : public quarn::detail::Body<quarn::detail::GetProfPackResFields>
+class QUARN_API cSmlGetProfPackRes
+    : public quarn::detail::Object<quarn::detail::GetProfPackResFields>
 {
 public:
     using Object::Object;
 };
 
 // Process-parameter request.
-class QUARN_API cSmlGetProcParReq : public quarn::detail::Body<quarn::detail::GetProcParReqFields>
+class QUARN_API cSmlGetProcParReq : public quarn::detail::Object<quarn::detail::GetProcParReqFields>
 {
 public:
     using Object::Object;
 };
 
 // Process-parameter response: the tree asked for.
-class QUARN_API cSmlGetProcParRes : public quarn::detail::Body<quarn::detail::GetProcParResFields>
+class QUARN_API cSmlGetProcParRes : public quarn::detail::Object<quarn::detail::GetProcParResFields>
 {
 public:
     using Object::Object;
 };
 
 // Set-process-parameter request: the tree to be set.
-class QUARN_API cSmlSetProcParReq : public quarn::detail::Body<quarn::detail::SetProcParReqFields>
+class QUARN_API cSmlSetProcParReq : public quarn::detail::Object<quarn::detail::SetProcParReqFields>
 {
 public:
     using Object::Object;
 };
 
 // Attention response: an error, or a confirmation.
-class QUARN_API cSmlAttentionRes : public quarn::detail::Body<quarn::detail::AttentionResFields>
+class QUARN_API cSmlAttentionRes : public quarn::detail::Object<quarn::detail::AttentionResFields>
 {
 public:
     using Object::Object;
 };
 
 // List request.
-class QUARN_API cSmlGetListReq : public quarn::detail::Body<quarn::detail::GetListReqFields>
+class QUARN_API cSmlGetListReq : public quarn::detail::Object<quarn::detail::GetListReqFields>
 {
 public:
     using Object::Object;
 };
 
 // List response: the current values of a meter.
-class QUARN_API cSmlGetListRes : public quarn::detail::Body<quarn::detail::GetListResFields>
+class QUARN_API cSmlGetListRes : public quarn::detail::Object<quarn::detail::GetListResFields>
 {
 public:
     using Object::Object;
     using Object::operator=;
-
-    void Clear() noexcept { FieldSet::Clear(); }
 
     // Turns a profile-list response into a list response: its server, and of each period entry a
     // list entry with the status and the time of the period. A response that is not valid, or a

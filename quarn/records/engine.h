@@ -1,24 +1,204 @@
-// How the record classes read and write: the bodies of the templates of field.h, structure.h and
-// list.h. Each source file of this wing includes it and instantiates the classes of its header; no
-// host needs it.
+// How the record classes read, write and copy, told once. Each class is described by an object of a
+// class derived from Class here: a structure by its table of rows, a list by its shape and its
+// element's class, and the two choices by themselves. An object of the classes is a void* to its
+// core. All but Clear, IsValid and Settle may throw; Engine, through which the classes come in, is
+// what catches. No host needs this file.
 #ifndef QUARN_RECORDS_ENGINE_H
 #define QUARN_RECORDS_ENGINE_H
 
 #include "quarn/foundation/fields.h"
 #include "quarn/foundation/limits.h"
-#include "quarn/records/list.h"
-#include "quarn/records/structure.h"
-#include "quarn/records/values.h"
+#include "quarn/records/tree.h"
+
+#include <array>
 
 namespace quarn::detail
 {
 
-struct TooDeep : std::exception {
-    const char* what() const noexcept override { return "trees nested too deep"; }
+// What an object is read from: a record, and how many lists stand around it.
+struct Source : RecordReader<> {
+    explicit Source(unsigned depth) : uiDepth(depth) {}
+    Source(const vorn::cRecord& rec, unsigned depth) : RecordReader(rec), uiDepth(depth) {}
+
+    unsigned uiDepth;
 };
 
-// The parameter kinds: for each plain type its code, how it is got from a parameter and how it is
-// appended. A signed value is cut off to fit a short.
+class Class
+{
+public:
+    constexpr Class(const char* name, const Label& ownLabel, bool copiedWhenValid)
+        : pcName(name), own(ownLabel), bCopiedWhenValid(copiedWhenValid)
+    {
+    }
+
+    virtual void Clear(void* object) const noexcept = 0;
+    virtual bool IsValid(const void* object) const noexcept = 0;
+    // Fills a cleared object from the record around it, and from the parameter that stands in there
+    // under the object's label, or null.
+    virtual void Read(void* object, Source& around) const;
+    virtual void ReadFrom(void* object, const vorn::cRecordPar* par, Source& around) const = 0;
+    // Fills the open record with what stands under the object's label; false when nothing is to.
+    virtual bool WriteInto(const void* object, RecordBuilder& to) const = 0;
+    // Appends the object under a label, as a whole or not at all.
+    virtual bool Write(const void* object, RecordBuilder& to, const Label& label) const;
+    virtual bool WriteTo(vorn::cRecord& target, const void* object, const char* label) const;
+    // Makes the object what another one is; and takes from it what operator= does not take over.
+    virtual void Copy(void* to, const void* from) const = 0;
+    virtual void Settle(void*) const noexcept {}
+
+    const char* pcName;    // as trace lines name it
+    Label own;             // of its parameter in the record around it
+    bool bCopiedWhenValid; // operator= takes over valid objects only, others clear the target
+
+protected:
+    ~Class() = default;
+};
+
+class StructureClass : public Class
+{
+public:
+    using Locator = void (*)(void* object, Cell** cells);
+
+    constexpr StructureClass(const Shape& given, const Row* first, std::size_t count,
+                             Locator locator)
+        : Class(given.pcClass, given.own, given.bCopiedWhenValid), shape(given), pRows(first),
+          uiRows(count), pLocate(locator)
+    {
+    }
+
+    void Clear(void* object) const noexcept override;
+    bool IsValid(const void* object) const noexcept override;
+    void Read(void* object, Source& around) const final;
+    void ReadFrom(void* object, const vorn::cRecordPar* par, Source& around) const final;
+    bool WriteInto(const void* object, RecordBuilder& to) const override;
+    void Copy(void* to, const void* from) const final;
+    // Copies the fields that the other structure has under the same label.
+    void CopyShared(void* to, const StructureClass& other, const void* from) const;
+
+    static constexpr std::size_t kMaxRows = 23;
+
+protected:
+    bool RefuseWriting() const noexcept; // a line, and false
+
+private:
+    // The fields of an object.
+    struct Cells {
+        Cells(const StructureClass& type, const void* object)
+        {
+            type.pLocate(const_cast<void*>(object), ap);
+        }
+        Cell* ap[kMaxRows];
+    };
+
+    bool IsComplete(const Cells& cells) const noexcept;
+    void ReadRows(void* object, Source& from) const;
+
+    Shape shape;
+    const Row* pRows;
+    std::size_t uiRows;
+    Locator pLocate;
+};
+
+class ListClass final : public Class
+{
+public:
+    // The elements of a list, and these when there are to be so many of them.
+    struct Elements {
+        void* pFirst;
+        std::size_t uiCount;
+    };
+    struct Storage {
+        eVALUE value;       // an element is an object of a class, or the only plain one: UINT64
+        unsigned uiElement; // the number of the class
+        std::size_t uiSize; // of an element
+        Elements (*pElements)(void* list);
+        void* (*pResize)(void* list, std::size_t count);
+    };
+
+    constexpr ListClass(const ListShape& given, const Storage& elements)
+        : Class(given.pcClass, given.own, false), shape(given), storage(elements)
+    {
+    }
+
+    void Clear(void* list) const noexcept override { storage.pResize(list, 0); }
+    bool IsValid(const void* list) const noexcept override { return Of(list).uiCount > 0; }
+    void ReadFrom(void* list, const vorn::cRecordPar* par, Source& around) const override;
+    bool WriteInto(const void* list, RecordBuilder& to) const override;
+    void Copy(void* to, const void* from) const override;
+    bool Add(void* list, const void* element) const noexcept; // see Engine
+
+private:
+    Elements Of(const void* list) const { return storage.pElements(const_cast<void*>(list)); }
+    void* At(const Elements& elements, std::size_t i) const
+    {
+        return static_cast<char*>(elements.pFirst) + i * storage.uiSize;
+    }
+    bool ReadElement(void* element, const vorn::cRecordPar& par, unsigned depth) const;
+
+    ListShape shape;
+    Storage storage;
+};
+
+class TimeClass final : public StructureClass
+{
+public:
+    using StructureClass::StructureClass;
+
+    bool IsValid(const void* time) const noexcept override;
+    bool WriteInto(const void* time, RecordBuilder& to) const override;
+    void Settle(void* time) const noexcept override;
+};
+
+class ListTypeClass final : public StructureClass
+{
+public:
+    using StructureClass::StructureClass;
+
+    void Settle(void* listType) const noexcept override;
+};
+
+class ValueClass final : public Class
+{
+public:
+    constexpr ValueClass() : Class("cSmlValue", label::value, true) {}
+
+    void Clear(void* value) const noexcept override;
+    bool IsValid(const void* value) const noexcept override;
+    void ReadFrom(void* value, const vorn::cRecordPar* par, Source& around) const override;
+    bool WriteInto(const void*, RecordBuilder&) const override { return false; }
+    bool Write(const void* value, RecordBuilder& to, const Label& label) const override;
+    bool WriteTo(vorn::cRecord& target, const void* value, const char* label) const override;
+    void Copy(void* to, const void* from) const override;
+    void Settle(void* value) const noexcept override;
+
+private:
+    template <class Target, typename WriteListType>
+    bool WriteEither(Target& to, const void* value, const Label& label,
+                     WriteListType writeListType) const;
+};
+
+class ProcParValueClass final : public Class
+{
+public:
+    constexpr ProcParValueClass() : Class("cSmlProcParValue", label::procParVal, false) {}
+
+    void Clear(void* value) const noexcept override;
+    bool IsValid(const void* value) const noexcept override;
+    void ReadFrom(void* value, const vorn::cRecordPar* par, Source& around) const override;
+    bool WriteInto(const void* value, RecordBuilder& to) const override;
+    void Copy(void* to, const void* from) const override;
+};
+
+// The classes by their numbers.
+extern const std::array<const Class*, Classes::kCount> kClasses;
+
+template <typename T>
+const Class& ClassOf() noexcept
+{
+    return *kClasses[Access::kId<T>];
+}
+
+// The plain values: the kind of each one's parameter, how it is got and how it is appended.
 template <typename T>
 inline constexpr eKIND kKindOf = std::is_same_v<T, bool>                 ? KIND_BOOL
                                  : std::is_same_v<T, std::string>        ? KIND_DATA
@@ -28,22 +208,26 @@ inline constexpr eKIND kKindOf = std::is_same_v<T, bool>                 ? KIND_
                                                                          : KIND_SINT;
 
 template <typename T>
-T PlainOf(const vorn::cRecordPar& par)
+bool ReadPlain(const vorn::cRecordPar& par, T& value)
 {
+    if (!IsOfKind(par, kKindOf<T>))
+        return false;
     if constexpr (kKindOf<T> == KIND_BOOL)
-        return par.GetBool();
+        value = par.GetBool();
     else if constexpr (kKindOf<T> == KIND_UINT)
-        return par.GetUInt();
+        value = par.GetUInt();
     else if constexpr (kKindOf<T> == KIND_UINT64)
-        return par.GetUInt64();
+        value = par.GetUInt64();
     else if constexpr (kKindOf<T> == KIND_SINT64)
-        return par.GetSInt64();
+        value = par.GetSInt64();
     else if constexpr (kKindOf<T> == KIND_SINT)
-        return static_cast<T>(par.GetSInt());
-    else if (par.GetSize() < 1)
-        return T();
+        value = static_cast<T>(par.GetSInt());
+    else if (par.GetSize() > 0)
+        value.assign(static_cast<const char*>(par.GetData()),
+                     static_cast<std::size_t>(par.GetSize()));
     else
-        return T(static_cast<const char*>(par.GetData()), static_cast<std::size_t>(par.GetSize()));
+        value.clear();
+    return true;
 }
 
 template <class Target, typename T> // a record or a builder
@@ -63,195 +247,38 @@ void AppendPlain(Target& target, const Label& label, const T& v)
         target.AppendDataPar(label, v.data(), static_cast<int>(v.size()), 0);
 }
 
-template <typename T>
-bool ReadValue(const vorn::cRecordPar* par, Source& around, T& value)
+// Makes the choice to what the choice from is.
+template <typename... T>
+void CopyChoice(std::variant<std::monostate, T...>& to,
+                const std::variant<std::monostate, T...>& from)
 {
-    if constexpr (kIsPlain<T>) {
-        if (par == nullptr || !IsOfKind(*par, kKindOf<T>))
+    const auto isCopied = [&](const auto* v) {
+        using Held = std::decay_t<decltype(*v)>;
+        if (v == nullptr)
             return false;
-        value = PlainOf<T>(*par);
-        return true;
-    } else {
-        Access::ReadFrom(value, par, around);
-        return value.IsValid();
-    }
-}
-
-template <typename T>
-void WriteValue(RecordBuilder& to, const Label& label, const T& value)
-{
-    if constexpr (kIsPlain<T>)
-        AppendPlain(to, label, value);
-    else if constexpr (std::is_same_v<T, cSmlTime>)
-        Access::WriteAs(value, to, label);
-    else
-        Access::Write(value, to);
-}
-
-template <class Core>
-Object<Core>::Object(const vorn::cRecord& record) noexcept
-{
-    if (!Guarded(Core::kClass, [&] {
-            Source around(record, 0);
-            Access::Read(*this, around);
-        }))
-        Core::Clear();
-}
-
-template <class Core>
-Object<Core>::Object(const Object& other) noexcept : Core()
-{
-    if (!Guarded(Core::kClass, [&] { Core::CopyFrom(other); }))
-        Core::Clear();
-}
-
-template <class Core>
-Object<Core>& Object<Core>::operator=(const Object& other) noexcept
-{
-    if (this != &other && !Guarded(Core::kClass, [&] { Assign(other); }))
-        Core::Clear();
-    return *this;
-}
-
-template <class Core>
-Object<Core>& Object<Core>::operator=(Object&& other) noexcept
-{
-    if (Core::kCopiedWhenValid && !other.IsValid())
-        Core::Clear();
-    else if (this != &other)
-        Core::operator=(std::move(other));
-    Core::DropUnassigned();
-    return *this;
-}
-
-template <class Core>
-void Object<Core>::Assign(const Object& other)
-{
-    if (Core::kCopiedWhenValid && !other.IsValid())
-        Core::Clear();
-    else
-        Core::CopyFrom(other);
-    Core::DropUnassigned();
-}
-
-template <class Core>
-bool Object<Core>::ToRecord(vorn::cRecord& target) const noexcept
-{
-    bool written = false;
-    Guarded(Core::kClass, [&] { written = Access::Write(*this, target); });
-    return written;
-}
-
-template <class Fields>
-void Structure<Fields>::ReadFrom(const vorn::cRecordPar* own, Source& around)
-{
-    constexpr const Shape& shape = Fields::kShape;
-    Source inside(around.uiDepth);
-    if (inside.Open(own)) {
-        Fields::Read(inside);
-    } else if (shape.where != eFIELDS::ENCLOSED) {
-        Fields::Read(around);
-    } else if (shape.missingLevel != kUntraced) {
-        Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", shape.pcClass);
-    }
-}
-
-template <class Fields>
-bool Structure<Fields>::WriteInto(RecordBuilder& own) const
-{
-    if (Fields::kShape.bWrittenWhenValid && !IsValid()) {
-        Trace(LibQuarn, kError, "%s::ToRecord: class invalid", kClass);
-        return false;
-    }
-    own.Expect(Fields::kCount);
-    Fields::Write(own);
-    return true;
-}
-
-template <class Traits>
-void ListCore<Traits>::CopyFrom(const ListCore& other)
-{
-    if constexpr (kIsPlain<Element>) {
-        entries = other.entries;
-    } else {
-        entries.clear();
-        entries.resize(other.entries.size());
-        for (std::size_t i = 0; i < entries.size(); ++i)
-            Access::Copy(entries[i], other.entries[i]);
-    }
-}
-
-template <class Traits>
-void ListCore<Traits>::ReadFrom(const vorn::cRecordPar* own, Source& around)
-{
-    constexpr const ListShape& shape = Traits::kShape;
-    entries.clear();
-    RecordReader<> list;
-    if (!list.Open(own)) {
-        if (shape.missingLevel != kUntraced)
-            Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", shape.pcClass);
-        return;
-    }
-    int left = list.Count(shape.element);
-    if (left < 1) {
-        Trace(LibQuarn, kError, "%s: Record %s is empty", shape.pcClass, shape.pcEmptyName);
-        return;
-    }
-    const unsigned depth = around.uiDepth + 1;
-    if (depth >= SML_MAX_TREE_DEPTH)
-        throw TooDeep();
-    entries.reserve(static_cast<std::size_t>(left));
-    const char* const label = shape.element;
-    const char* const next = shape.bStepsByLabel ? label : nullptr;
-    list.VisitElements(label, next, [&](const vorn::cRecordPar& par) {
-        if (ReadElement(par, depth))
-            --left;
+        if constexpr (kValueOf<Held> == eVALUE::OBJECT)
+            ClassOf<Held>().Copy(&to.template emplace<Held>(), v);
         else
-            Trace(LibQuarn, kError, "%s: %s", shape.pcClass, shape.pcElementFault);
-        return left > 0;
-    });
+            to.template emplace<Held>() = *v;
+        return true;
+    };
+    if (!(... || isCopied(std::get_if<T>(&from))))
+        to.template emplace<std::monostate>();
 }
 
-template <class Traits>
-bool ListCore<Traits>::ReadElement(const vorn::cRecordPar& par, unsigned depth)
+// Runs a step that may throw; false, and a trace line, when it did.
+template <typename Step>
+bool Guarded(const char* who, Step step) noexcept
 {
-    if constexpr (kIsPlain<Element>) {
-        if (!IsOfKind(par, kKindOf<Element>))
-            return false;
-        entries.push_back(PlainOf<Element>(par));
-    } else {
-        Source inside(depth);
-        if (!inside.Open(&par))
-            return false;
-        Element& element = entries.emplace_back();
-        Access::Read(element, inside);
-        if (!element.IsValid())
-            element.Clear();
+    try {
+        step();
+        return true;
+    } catch (const std::exception& e) {
+        Trace(LibQuarn, kError, "%s: %s", who, e.what());
+    } catch (...) {
+        Trace(LibQuarn, kError, "%s: failed", who);
     }
-    return true;
-}
-
-template <class Traits>
-bool ListCore<Traits>::WriteInto(RecordBuilder& list) const
-{
-    constexpr const ListShape& shape = Traits::kShape;
-    if (!IsValid()) {
-        Trace(LibQuarn, shape.invalidLevel, "%s::ToRecord: %s", shape.pcClass, shape.pcInvalid);
-        return false;
-    }
-    list.Expect(entries.size());
-    for (const Element& element : entries) {
-        if constexpr (kIsPlain<Element>) {
-            AppendPlain(list, shape.element, element);
-        } else if constexpr (shape.bWrapped) {
-            list.Open();
-            Access::Write(element, list);
-            list.AppendRecordPar(shape.element, list.Close(), 0);
-        } else {
-            Access::Write(element, list);
-        }
-    }
-    return true;
+    return false;
 }
 
 } // namespace quarn::detail

@@ -39,9 +39,6 @@ protected:
     using S = Field<int, ScalerLabel>;
     using V = Field<long long, ValueLabel>;
 
-    static constexpr bool kRequired = false;
-
-    bool IsPresent() const noexcept { return U::IsPresent(); }
     bool Get(unsigned int& unit, int& scaler, long long& value) const noexcept
     {
         return U::Get(unit) && S::Get(scaler) && V::Get(value);
@@ -50,10 +47,10 @@ protected:
     {
         return U::Set(unit) && S::Set(scaler) && V::Set(value);
     }
-    void Read(Source& from)
+    static constexpr void Describe(Row*& row, unsigned rules)
     {
-        Triple::FieldSet::Read(from);
-        U::bPresent = S::bPresent = V::bPresent = U::bPresent || S::bPresent || V::bPresent;
+        Triple::FieldSet::Describe(row, rules);
+        row[-1].ucRules |= RULE_TOGETHER;
     }
 };
 
@@ -69,26 +66,25 @@ constexpr Shape EntryShape(const char* name, const Label& ownLabel, eFIELDS wher
     return {name, ownLabel, where, missingLevel, true, true};
 }
 
-struct QUARN_API PeriodEntryFields
-    : FieldSet<Required<field::SettableObjName>, Required<field::SettableUnit>,
-               Required<field::SettableScaler>, Required<field::SettableValue>,
-               field::SettableValueSign> {
+struct PeriodEntryFields : FieldSet<Required<field::SettableObjName>, Required<field::SettableUnit>,
+                                    Required<field::SettableScaler>, Required<field::SettableValue>,
+                                    field::SettableValueSign> {
     static constexpr Shape kShape =
         EntryShape("cSmlPeriodEntry", label::SmlPeriodEntry, eFIELDS::EITHER);
 };
 
-struct QUARN_API HeaderEntryFields
+struct HeaderEntryFields
     : FieldSet<Required<field::ObjName>, Required<field::Unit>, Required<field::Scaler>> {
     static constexpr Shape kShape =
         EntryShape("cSmlHeaderEntry", label::pObjHdEntry, eFIELDS::ENCLOSED, kDetail);
 };
 
-struct QUARN_API ValueEntryFields : FieldSet<Required<field::Value>, field::ValueSign> {
+struct ValueEntryFields : FieldSet<Required<field::Value>, field::ValueSign> {
     static constexpr Shape kShape =
         EntryShape("cSmlValueEntry", label::value_List_Entry, eFIELDS::ENCLOSED, kDetail);
 };
 
-struct QUARN_API ListEntryFields
+struct ListEntryFields
     : FieldSet<Required<field::SettableObjName>, field::SettableStatus, field::SettableValTime,
                field::SettableUnit, field::SettableScaler, Required<field::SettableValue>,
                field::SettableValueSign> {
@@ -111,9 +107,9 @@ using R2 = field::Triple<label::unit_R2, label::scaler_R2, label::value_R2>;
 using R3 = field::Triple<label::unit_R3, label::scaler_R3, label::value_R3>;
 using SignMAR2R3 = Field<std::string, label::signature_mA_R2_R3>;
 
-struct QUARN_API Fields : FieldSet<Required<ServerId>, Required<SecIndex>, Required<Status>,
-                                   Required<PA>, Required<R1>, Required<R4>, Required<SignPAR1R4>,
-                                   Required<MA>, Required<R2>, Required<R3>, Required<SignMAR2R3>> {
+struct Fields : FieldSet<Required<ServerId>, Required<SecIndex>, Required<Status>, Required<PA>,
+                         Required<R1>, Required<R4>, Required<SignPAR1R4>, Required<MA>,
+                         Required<R2>, Required<R3>, Required<SignMAR2R3>> {
     static constexpr Shape kShape =
         EntryShape("cSmlTupelEntry", label::SmlTupelEntry, eFIELDS::ENCLOSED, kDetail);
 
@@ -152,7 +148,7 @@ private:
     template <class F, typename... T>
     bool GetWhole(T&... v) const noexcept
     {
-        return IsComplete() && F::Get(v...);
+        return Engine::IsValid(kNumber<Fields>, this) && F::Get(v...);
     }
 };
 
@@ -161,39 +157,39 @@ private:
 } // namespace quarn::detail
 
 // A period entry: the value of one object in a period.
-class QUARN_API cSmlPeriodEntry : public quarn::detail::Entry<quarn::detail::PeriodEntryFields>
+class QUARN_API cSmlPeriodEntry : public quarn::detail::Object<quarn::detail::PeriodEntryFields>
 {
 public:
-    using Entry::Entry;
+    using Object::Object;
 };
 
 // A header entry: name, unit and scaler of one object in a profile.
-class QUARN_API cSmlHeaderEntry : public quarn::detail::Entry<quarn::detail::HeaderEntryFields>
+class QUARN_API cSmlHeaderEntry : public quarn::detail::Object<quarn::detail::HeaderEntryFields>
 {
 public:
-    using Entry::Entry;
+    using Object::Object;
 };
 
 // A value entry: a value, perhaps signed.
-class QUARN_API cSmlValueEntry : public quarn::detail::Entry<quarn::detail::ValueEntryFields>
+class QUARN_API cSmlValueEntry : public quarn::detail::Object<quarn::detail::ValueEntryFields>
 {
 public:
-    using Entry::Entry;
+    using Object::Object;
 };
 
 // A list entry: one object of a get-list response.
-class QUARN_API cSmlListEntry : public quarn::detail::Entry<quarn::detail::ListEntryFields>
+class QUARN_API cSmlListEntry : public quarn::detail::Object<quarn::detail::ListEntryFields>
 {
 public:
-    using Entry::Entry;
+    using Object::Object;
 };
 
 // A tupel entry: active and reactive quantities, each a unit, a scaler and a value, with their
 // signatures. All fields are required, and the getters succeed only for an entry that is valid.
-class QUARN_API cSmlTupelEntry : public quarn::detail::Entry<quarn::detail::tupel::Fields>
+class QUARN_API cSmlTupelEntry : public quarn::detail::Object<quarn::detail::tupel::Fields>
 {
 public:
-    using Entry::Entry;
+    using Object::Object;
 };
 
 #endif

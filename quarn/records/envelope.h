@@ -29,24 +29,23 @@ QUARN_FIELD(MsgNo, GetMsgNo, unsigned int, MsgNoInFile)
 namespace quarn::detail
 {
 
-struct QUARN_API MsgHeaderFields
-    : FieldSet<Required<field::TransactionId>, Required<field::GroupNo>,
-               Required<field::AbortOnError>, Required<field::SmlMsgIdentifier>,
-               Required<field::OpenClientId>, Required<field::OpenReqFileId>,
-               Required<field::OpenServerId>, Required<field::OpenTId>, Required<field::OpenGrpNo>,
-               Required<field::OpenAbort>> {
+struct MsgHeaderFields : FieldSet<Required<field::TransactionId>, Required<field::GroupNo>,
+                                  Required<field::AbortOnError>, Required<field::SmlMsgIdentifier>,
+                                  Required<field::OpenClientId>, Required<field::OpenReqFileId>,
+                                  Required<field::OpenServerId>, Required<field::OpenTId>,
+                                  Required<field::OpenGrpNo>, Required<field::OpenAbort>> {
     static constexpr Shape kShape = BodyShape("cSmlMsgHeader", label::SmlMsgHeader);
 };
 
-struct QUARN_API MsgStatusFields : FieldSet<Required<field::MsgError>, Required<field::MsgType>,
-                                            Required<field::MsgCast>, Required<field::MsgNo>> {
+struct MsgStatusFields : FieldSet<Required<field::MsgError>, Required<field::MsgType>,
+                                  Required<field::MsgCast>, Required<field::MsgNo>> {
     static constexpr Shape kShape = BodyShape("cSmlMsgStatus", label::SmlStatus, kUntraced);
 };
 
 } // namespace quarn::detail
 
 // The header: the message's own four fields, then what the open message of its file said.
-class QUARN_API cSmlMsgHeader : public quarn::detail::Body<quarn::detail::MsgHeaderFields>
+class QUARN_API cSmlMsgHeader : public quarn::detail::Object<quarn::detail::MsgHeaderFields>
 {
 public:
     using Object::Object;
@@ -57,7 +56,7 @@ public:
 
 // The status. Error: 0, or why the message was refused. Type: 0 request, 1 response. Cast: 0
 // broadcast, 2 addressed, -1 not classified. Number: of the message in its file, from 1.
-class QUARN_API cSmlMsgStatus : public quarn::detail::Body<quarn::detail::MsgStatusFields>
+class QUARN_API cSmlMsgStatus : public quarn::detail::Object<quarn::detail::MsgStatusFields>
 {
 public:
     using Object::Object;

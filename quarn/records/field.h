@@ -1,6 +1,7 @@
-// What the record classes are made of: a field with its presence flag, the ways a field may differ
-// from the plain case, and the set of fields that a class declares. A class of this wing is the
-// list of its fields; reading, writing, copying and validity follow from that list.
+// What the record classes are made of: a field with its presence flag, the rules that a field may
+// have, and the set of fields that a class declares. A class of this wing is the list of its
+// fields; that list becomes a table of rows, by which the library reads, writes and copies
+// (engine.h).
 //
 // The members that hosts use are the getters and setters of the named fields (Codepage has
 // GetCodepage, and so on). They never throw:
@@ -12,222 +13,97 @@
 #define QUARN_RECORDS_FIELD_H
 
 #include "quarn/foundation/export.h"
-#include "quarn/foundation/fields.h"
 #include "quarn/foundation/labels.h"
 #include "quarn/foundation/record_builder.h"
-#include "quarn/foundation/trace.h"
 
-#include <exception>
 #include <string>
 #include <type_traits>
 #include <utility>
-#include <variant>
 
 namespace quarn::detail
 {
 
+// What a field holds. A short is a signed parameter cut off to fit.
+enum class eVALUE : unsigned char { BOOL, SINT, SHORT, UINT, SINT64, UINT64, TEXT, OBJECT };
+
 template <typename T>
-inline constexpr bool kIsPlain = std::is_arithmetic_v<T> || std::is_same_v<T, std::string>;
+inline constexpr eVALUE kValueOf = std::is_same_v<T, bool>                 ? eVALUE::BOOL
+                                   : std::is_same_v<T, int>                ? eVALUE::SINT
+                                   : std::is_same_v<T, short>              ? eVALUE::SHORT
+                                   : std::is_same_v<T, unsigned>           ? eVALUE::UINT
+                                   : std::is_same_v<T, long long>          ? eVALUE::SINT64
+                                   : std::is_same_v<T, unsigned long long> ? eVALUE::UINT64
+                                   : std::is_same_v<T, std::string>        ? eVALUE::TEXT
+                                                                           : eVALUE::OBJECT;
 
-// What an object is read from: a record, and how many lists stand around it.
-struct Source : RecordReader<> {
-    explicit Source(unsigned depth) : uiDepth(depth) {}
-    Source(const vorn::cRecord& rec, unsigned depth) : RecordReader(rec), uiDepth(depth) {}
-
-    unsigned uiDepth;
+// How a field differs from the plain case, any of them together.
+enum eRULE : unsigned char {
+    RULE_REQUIRED = 1,   // its class is not valid without it
+    RULE_ONE_OF = 2,     // nor without at least one of those that have this rule
+    RULE_OR_EMPTY = 4,   // when it is missing, it is present and empty
+    RULE_IF_RECORD = 8,  // a structure whose record may be missing without a word
+    RULE_AS_RECORD = 16, // a structure that is present as soon as its record is, valid or not
+    RULE_SECOND = 32,    // another label of the field in front, which is not written
+    RULE_TOGETHER = 64   // with the two in front, present as soon as one of the three is
 };
 
-// The members of the record classes that the library keeps to itself. All of them may throw; the
-// public ones are built from them and do not.
-//   Read      fills a cleared object from the record around it, and
-//   ReadFrom  from the parameter that stands in that record under the object's label, or null
-//   Write     appends the object to a record, as a whole or not at all, or
-//   WriteAs   under another label than its own
-//   WriteInto fills the open record with what stands under the object's label
-//   CopyFrom  makes the object what another one is
-//   Assign    does what operator= does
-struct Access {
-    template <typename T>
-    static void Read(T& object, Source& around)
-    {
-        object.ReadFrom(T::kIsAround ? nullptr : around.Find(T::kOwnLabel), around);
-    }
-    template <typename T>
-    static void ReadFrom(T& object, const vorn::cRecordPar* own, Source& around)
-    {
-        object.ReadFrom(own, around);
-    }
-    template <typename T, class Target> // a record or a builder
-    static bool Write(const T& object, Target& to)
-    {
-        if constexpr (T::kIsParameter)
-            return object.WriteInto(to);
-        else
-            return WriteAs(object, to, T::kOwnLabel);
-    }
-    template <typename T>
-    static bool WriteAs(const T& object, vorn::cRecord& target, const char* label)
-    {
-        RecordBuilder to;
-        to.Open();
-        if (!object.WriteInto(to))
-            return false;
-        target.AppendRecordPar(label, to.Get(to.Close()), 0);
-        return true;
-    }
-    template <typename T>
-    static bool WriteAs(const T& object, RecordBuilder& to, const Label& label)
-    {
-        to.Open();
-        const bool written = object.WriteInto(to);
-        if (written)
-            to.AppendRecordPar(label, to.Close(), 0);
-        else
-            to.Drop();
-        return written;
-    }
-    template <typename T>
-    static bool WriteInto(const T& object, RecordBuilder& own)
-    {
-        return object.WriteInto(own);
-    }
-    template <typename T>
-    static void Copy(T& to, const T& from)
-    {
-        if constexpr (kIsPlain<T>)
-            to = from;
-        else
-            to.CopyFrom(from);
-    }
-    template <typename T>
-    static void Assign(T& to, const T& from)
-    {
-        if constexpr (kIsPlain<T>)
-            to = from;
-        else
-            to.Assign(from);
-    }
-    template <typename T>
-    static void DropUnassigned(T& object) noexcept
-    {
-        object.DropUnassigned();
-    }
-    // The named fields of one object, taken over from another that has them too.
-    template <class... F, class To, class From>
-    static void CopyFields(To& to, const From& from)
-    {
-        (static_cast<F&>(to).CopyFrom(static_cast<const F&>(from)), ...);
-    }
-    template <class F, class Object>
-    static const auto& Value(const Object& object)
-    {
-        return static_cast<const F&>(object).value;
-    }
-    template <class F, class Object>
-    static void Put(Object& object, decltype(F::value)&& v)
-    {
-        static_cast<F&>(object).value = std::move(v);
-        static_cast<F&>(object).bPresent = true;
-    }
-    template <class List>
-    static auto& Entries(List& list)
-    {
-        return list.entries;
-    }
+// A field in the table of its class.
+struct Row {
+    Label label;
+    unsigned char ucSize = 0; // of the label, with its end
+    eVALUE value = eVALUE::BOOL;
+    unsigned char ucClass = 0;  // the number of an object's class
+    unsigned char ucBehind = 0; // the object's place behind its cell's
+    unsigned char ucRules = 0;
 };
 
-// Runs a step that may throw; false, and a trace line, when it did.
-template <typename Step>
-bool Guarded(const char* who, Step step) noexcept
-{
-    try {
-        step();
-        return true;
-    } catch (const std::exception& e) {
-        Trace(LibQuarn, kError, "%s: %s", who, e.what());
-    } catch (...) {
-        Trace(LibQuarn, kError, "%s: failed", who);
-    }
-    return false;
-}
+// The library's access to what the classes hold.
+struct Access;
 
 // Assigns; false, and to as it was, when no memory is left.
 template <typename T>
-bool TryAssign(T& to, const T& from) noexcept
-{
-    if constexpr (std::is_arithmetic_v<T>) {
-        to = from;
-        return true;
-    } else {
-        return Guarded("copy", [&] {
-            T copy;
-            Access::Assign(copy, from);
-            to = std::move(copy);
-        });
-    }
-}
+bool TryAssign(T& to, const T& from) noexcept;
 
-// The alternative of type T of a variant, for a class that is a choice.
-template <typename T, class Variant>
-bool GetAlternative(const Variant& alternatives, T& out) noexcept
-{
-    const T* v = std::get_if<T>(&alternatives);
-    return v != nullptr && TryAssign(out, *v);
-}
-
-// Reading from the parameter par of a record, or null, and writing under a label, for every type
-// that a field may have.
-template <typename T>
-bool ReadValue(const vorn::cRecordPar* par, Source& around, T& value);
-template <typename T>
-void WriteValue(RecordBuilder& to, const Label& label, const T& value);
-
-inline bool IsRecord(const vorn::cRecordPar* par)
-{
-    return par != nullptr && IsOfKind(*par, KIND_RECORD);
-}
-
-template <typename T, const auto& Text>
-class Field
+// Where the library finds a field: its presence, and its value behind it.
+class Cell
 {
 protected:
-    static constexpr bool kRequired = false;
-
-    bool Get(T& out) const noexcept { return bPresent && TryAssign(out, value); }
-    bool Set(const T& v) noexcept
-    {
-        if (!TryAssign(value, v))
-            return false;
-        bPresent = true;
-        return true;
-    }
-    bool IsPresent() const noexcept { return bPresent; }
-    void Clear() noexcept
-    {
-        value = T();
-        bPresent = false;
-    }
-    static const vorn::cRecordPar* Find(Source& from) { return from.Find<Text>(); }
-    void Read(Source& from) { ReadFrom(Find(from), from); }
-    void ReadFrom(const vorn::cRecordPar* par, Source& around)
-    {
-        bPresent = ReadValue(par, around, value);
-    }
-    void Write(RecordBuilder& to) const
-    {
-        if (bPresent)
-            WriteValue(to, kLabel<Text>, value);
-    }
-    void CopyFrom(const Field& other)
-    {
-        Access::Copy(value, other.value);
-        bPresent = other.bPresent;
-    }
-
-    T value{};
     bool bPresent = false;
 
     friend struct Access;
+};
+
+template <typename T>
+class Holder : public Cell
+{
+protected:
+    T value{};
+
+    friend struct Access;
+};
+
+template <typename T, const auto& Text>
+class Field : public Holder<T>
+{
+protected:
+    static constexpr std::size_t kRows = 1;
+
+    bool Get(T& out) const noexcept { return this->bPresent && TryAssign(out, this->value); }
+    bool Set(const T& v) noexcept
+    {
+        if (!TryAssign(this->value, v))
+            return false;
+        this->bPresent = true;
+        return true;
+    }
+    bool IsPresent() const noexcept { return this->bPresent; }
+    void Clear() noexcept
+    {
+        this->value = T();
+        this->bPresent = false;
+    }
+    static constexpr void Describe(Row*& row, unsigned rules); // what its rows are
+    void Locate(Cell**& cell) { *cell++ = this; }              // and where their fields are
 };
 
 // One row of a table of fields: the field, its getter, its type, its label.
@@ -242,59 +118,40 @@ protected:
         bool Setter(const decltype(value)& v) noexcept { return Set(v); }                          \
     };
 
-// A field without which its class is not valid.
-template <class F>
-struct Required : F {
+template <class F, eRULE Rule>
+struct Ruled : F {
 protected:
-    static constexpr bool kRequired = true;
+    static constexpr void Describe(Row*& row, unsigned rules) { F::Describe(row, rules | Rule); }
 };
-
-// A field that, when it is missing, is present and empty.
 template <class F>
-struct OrEmpty : F {
-protected:
-    void Read(Source& from)
-    {
-        F::Read(from);
-        F::bPresent = true;
-    }
-};
+using Required = Ruled<F, RULE_REQUIRED>;
+template <class F>
+using OneOf = Ruled<F, RULE_ONE_OF>;
+template <class F>
+using OrEmpty = Ruled<F, RULE_OR_EMPTY>;
+template <class F>
+using IfRecord = Ruled<F, RULE_IF_RECORD>;
+template <class F>
+using AsRecord = Ruled<F, RULE_AS_RECORD>;
 
 // A field that may also stand under a second label. It is written under the first.
 template <class F, const auto& Second>
 struct OrFrom : F {
 protected:
-    void Read(Source& from)
-    {
-        F::Read(from);
-        if (!F::bPresent)
-            F::ReadFrom(from.Find<Second>(), from);
-    }
-};
+    static constexpr std::size_t kRows = 2;
 
-// A structure whose record may be missing without a word.
-template <class F>
-struct IfRecord : F {
-protected:
-    void Read(Source& from)
+    static constexpr void Describe(Row*& row, unsigned rules)
     {
-        const vorn::cRecordPar* const own = F::Find(from);
-        if (IsRecord(own))
-            F::ReadFrom(own, from);
+        F::Describe(row, rules);
+        *row = row[-1];
+        row->label = Second;
+        row->ucSize = sizeof Second;
+        row++->ucRules |= RULE_SECOND;
     }
-};
-
-// A structure that is present as soon as its record is, valid or not.
-template <class F>
-struct AsRecord : F {
-protected:
-    void Read(Source& from)
+    void Locate(Cell**& cell)
     {
-        const vorn::cRecordPar* const own = F::Find(from);
-        if (!IsRecord(own))
-            return;
-        F::ReadFrom(own, from);
-        F::bPresent = true;
+        F::Locate(cell);
+        F::Locate(cell);
     }
 };
 
@@ -302,13 +159,12 @@ protected:
 template <class... F>
 struct FieldSet : F... {
 protected:
-    bool IsComplete() const noexcept { return (... && (!F::kRequired || F::IsPresent())); }
-    void Clear() noexcept { (F::Clear(), ...); }
-    void Read(Source& from) { (F::Read(from), ...); }
-    static constexpr std::size_t kCount = sizeof...(F);
-    void Write(RecordBuilder& to) const { (F::Write(to), ...); }
-    void CopyFrom(const FieldSet& other) { (F::CopyFrom(other), ...); }
-    void DropUnassigned() noexcept {} // what operator= does not take over
+    static constexpr std::size_t kRows = (0 + ... + F::kRows);
+
+    static constexpr void Describe(Row*& row, unsigned rules) { (F::Describe(row, rules), ...); }
+    void Locate(Cell**& cell) { (F::Locate(cell), ...); }
+
+    friend struct Access;
 };
 
 } // namespace quarn::detail

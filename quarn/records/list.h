@@ -5,7 +5,7 @@
 #ifndef QUARN_RECORDS_LIST_H
 #define QUARN_RECORDS_LIST_H
 
-#include "quarn/records/structure.h"
+#include "quarn/records/object.h"
 
 #include <vector>
 
@@ -18,81 +18,42 @@ struct ListShape {
     Label element;              // of each element in it
     const char* pcEmptyName;    // what the line on an empty list record names
     const char* pcElementFault; // the line on a parameter that is no element
-    bool bWrapped;              // an element's own record is written inside another of that label
-    bool bStepsByLabel;         // parameters of other labels are passed over without a line
-    const char* pcInvalid;      // the line on writing an empty list
-    vorn::eLEVEL invalidLevel;  // and its level
-    vorn::eLEVEL missingLevel;  // of the line on a missing list record; 0: no line
+    bool bWrapped = false;      // an element's own record is written inside another of that label
+    bool bStepsByLabel = false; // parameters of other labels are passed over without a line
+    const char* pcInvalid = "class invalid/no entries"; // the line on writing an empty list
+    vorn::eLEVEL invalidLevel = kError;                 // and its level
+    vorn::eLEVEL missingLevel = kDetail; // of the line on a missing list record; 0: no line
 };
-
-// A list whose elements are written directly into its record.
-constexpr ListShape Direct(const char* name, const Label& listLabel, const Label& elementLabel,
-                           const char* emptyName, const char* elementFault,
-                           const char* invalid = "class invalid/no entries",
-                           vorn::eLEVEL invalidLevel = kError, vorn::eLEVEL missingLevel = kDetail)
-{
-    return {name,  listLabel, elementLabel, emptyName,    elementFault,
-            false, false,     invalid,      invalidLevel, missingLevel};
-}
-// One whose elements' records are wrapped once more.
-constexpr ListShape Wrapped(const char* name, const Label& listLabel, const Label& elementLabel,
-                            const char* emptyName, const char* elementFault,
-                            bool stepsByLabel = false)
-{
-    ListShape shape = Direct(name, listLabel, elementLabel, emptyName, elementFault);
-    shape.bWrapped = true;
-    shape.bStepsByLabel = stepsByLabel;
-    return shape;
-}
 
 // Traits declares Element and the ListShape kShape.
 template <class Traits>
-class QUARN_API ListCore
+class ListCore
 {
 public:
     using Element = typename Traits::Element;
 
-    void Clear() noexcept { entries.clear(); }
-    bool IsValid() const noexcept { return !entries.empty(); }
-
 protected:
-    static constexpr const char* kClass = Traits::kShape.pcClass;
-    static constexpr const Label& kOwnLabel = Traits::kShape.own;
-    static constexpr bool kIsAround = false;
-    static constexpr bool kIsParameter = false;
-    static constexpr bool kCopiedWhenValid = false;
-
     // Adds a copy at the end. False, and nothing added, when no memory is left.
     bool Add(const Element& element) noexcept
     {
-        return Guarded(kClass, [&] {
-            Element copy{};
-            Access::Assign(copy, element);
-            entries.push_back(std::move(copy));
-        });
+        return Engine::Add(kNumber<ListCore>, this, &element);
     }
     // Assigns the element of that index; false, and out unchanged, when there is none.
     bool At(Element& out, int index) const noexcept
     {
         return index >= 0 && index < Count() &&
-               TryAssign(out, entries[static_cast<std::size_t>(index)]);
+               TryAssign(out, content[static_cast<std::size_t>(index)]);
     }
-    int Count() const noexcept { return static_cast<int>(entries.size()); }
+    int Count() const noexcept { return static_cast<int>(content.size()); }
     // False, and count untouched, when the list is empty.
     bool CountIfAny(int& count) const noexcept
     {
-        if (IsValid())
+        if (!content.empty())
             count = Count();
-        return IsValid();
+        return !content.empty();
     }
 
-    void ReadFrom(const vorn::cRecordPar* own, Source& around);
-    bool ReadElement(const vorn::cRecordPar& par, unsigned depth);
-    bool WriteInto(RecordBuilder& list) const;
-    void CopyFrom(const ListCore& other);
-    void DropUnassigned() noexcept {}
-
-    std::vector<Element> entries;
+    std::vector<Element> content;
 
     friend struct Access;
 };

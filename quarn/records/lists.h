@@ -9,46 +9,67 @@
 namespace quarn::detail
 {
 
-struct QUARN_API ListTraits {
+struct ListTraits {
     using Element = cSmlListEntry;
-    static constexpr ListShape kShape =
-        Direct("cSmlList", label::valList, label::valListEntry, "<valList>",
-               "valListEntry invalid/empty/wrong type");
+    static constexpr ListShape kShape = {"cSmlList", label::valList, label::valListEntry,
+                                         "<valList>", "valListEntry invalid/empty/wrong type"};
 };
 
-struct QUARN_API PeriodListTraits {
+struct PeriodListTraits {
     using Element = cSmlPeriodEntry;
-    static constexpr ListShape kShape =
-        Wrapped("cSmlPeriodList", label::period_List, label::SmlPeriodEntry, "<period_List>",
-                "period_List_Entry invalid/empty/wrong type", true);
+    static constexpr ListShape kShape = {"cSmlPeriodList",
+                                         label::period_List,
+                                         label::SmlPeriodEntry,
+                                         "<period_List>",
+                                         "period_List_Entry invalid/empty/wrong type",
+                                         true,
+                                         true};
 };
 
-struct QUARN_API ValueListTraits {
+struct ValueListTraits {
     using Element = cSmlValueEntry;
-    static constexpr ListShape kShape =
-        Wrapped("cSmlValueList", label::value_List, label::value_List_Entry, "<valList>",
-                "value_List_Entry invalid/empty/wrong type");
+    static constexpr ListShape kShape = {"cSmlValueList",
+                                         label::value_List,
+                                         label::value_List_Entry,
+                                         "<valList>",
+                                         "value_List_Entry invalid/empty/wrong type",
+                                         true};
 };
 
-struct QUARN_API HeaderListTraits {
+struct HeaderListTraits {
     using Element = cSmlHeaderEntry;
-    static constexpr ListShape kShape =
-        Wrapped("cSmlHeaderList", label::header_List, label::pObjHdEntry, "<valList>",
-                "valListEntry invalid/empty/wrong type");
+    static constexpr ListShape kShape = {"cSmlHeaderList",
+                                         label::header_List,
+                                         label::pObjHdEntry,
+                                         "<valList>",
+                                         "valListEntry invalid/empty/wrong type",
+                                         true};
 };
 
-struct QUARN_API TreePathTraits {
+struct TreePathTraits {
     using Element = unsigned long long;
-    static constexpr ListShape kShape =
-        Direct("cSmlTreePath", label::parTreePath, label::path_Entry, "<parTreePath>",
-               "path_Entry invalid/empty/wrong type", "class invalid");
+    static constexpr ListShape kShape = {"cSmlTreePath",
+                                         label::parTreePath,
+                                         label::path_Entry,
+                                         "<parTreePath>",
+                                         "path_Entry invalid/empty/wrong type",
+                                         false,
+                                         false,
+                                         "class invalid"};
 };
 
-struct QUARN_API ObjListTraits {
+struct ObjListTraits {
     using Element = unsigned long long;
-    static constexpr ListShape kShape = Direct(
-        "cSmlObjList", label::object_List, label::object_List_Entry, "<object_List>",
-        "object_List_Entry invalid/empty/wrong type", "class invalid/empty", kProgress, kUntraced);
+    static constexpr ListShape kShape = {"cSmlObjList",
+                                         label::object_List,
+                                         label::object_List_Entry,
+                                         "<object_List>",
+                                         "object_List_Entry invalid/empty/wrong type",
+                                         false,
+                                         false,
+                                         "class invalid/empty",
+                                         kProgress,
+                                         kUntraced};
 };
 
 } // namespace quarn::detail
@@ -114,9 +135,8 @@ QUARN_FIELD(PeriodSign, GetPeriodSign, std::string, periodSignature)
 namespace quarn::detail
 {
 
-struct QUARN_API ProfObjPeriodEntryFields
-    : FieldSet<Required<field::ValTime>, Required<field::Status>, Required<field::ValueList>,
-               field::PeriodSign> {
+struct ProfObjPeriodEntryFields : FieldSet<Required<field::ValTime>, Required<field::Status>,
+                                           Required<field::ValueList>, field::PeriodSign> {
     static constexpr Shape kShape = {
         "cSmlProfObjPeriodEntry", label::pObjPerEntry, eFIELDS::ENCLOSED, kError, true, false};
 };
@@ -126,20 +146,23 @@ struct QUARN_API ProfObjPeriodEntryFields
 // A profile period entry: the values of one period of a profile. Unlike other entries, it writes
 // the fields that it has even when it is not valid.
 class QUARN_API cSmlProfObjPeriodEntry
-    : public quarn::detail::Entry<quarn::detail::ProfObjPeriodEntryFields>
+    : public quarn::detail::Object<quarn::detail::ProfObjPeriodEntryFields>
 {
 public:
-    using Entry::Entry;
+    using Object::Object;
 };
 
 namespace quarn::detail
 {
 
-struct QUARN_API ProfObjPeriodListTraits {
+struct ProfObjPeriodListTraits {
     using Element = cSmlProfObjPeriodEntry;
-    static constexpr ListShape kShape =
-        Wrapped("cSmlProfObjPeriodList", label::period_List, label::pObjPerEntry, "period_List",
-                "pObjPerEntry invalid/empty/wrong type");
+    static constexpr ListShape kShape = {"cSmlProfObjPeriodList",
+                                         label::period_List,
+                                         label::pObjPerEntry,
+                                         "period_List",
+                                         "pObjPerEntry invalid/empty/wrong type",
+                                         true};
 };
 
 } // namespace quarn::detail

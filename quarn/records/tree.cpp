@@ -1,80 +1,89 @@
-// The parameter tree and the value of its nodes. Reading recurses from tree to child list to tree;
-// the child list bounds it.
-#include "quarn/records/tree.h"
-
+// The value of a tree's node. Reading a tree recurses from tree to child list to tree; the lists
+// bound it.
 #include "quarn/records/engine.h"
 
 using namespace quarn::detail;
 
-template class quarn::detail::Object<ProcParValueCore>;
-template class quarn::detail::Object<Structure<TreeFields>>;
-template class quarn::detail::Object<ListCore<ChildListTraits>>;
-
-void ProcParValueCore::CopyFrom(const ProcParValueCore& other)
+namespace
 {
-    Clear();
-    std::visit(
-        [&](const auto& v) {
-            using T = std::decay_t<decltype(v)>;
-            if constexpr (!std::is_same_v<T, std::monostate>)
-                Access::Copy(alternatives.emplace<T>(), v);
-        },
-        other.alternatives);
+
+const ProcParValueCore& Of(const void* value)
+{
+    return *static_cast<const ProcParValueCore*>(value);
+}
+ProcParValueCore& Of(void* value) { return *static_cast<ProcParValueCore*>(value); }
+
+template <typename T, class Choice>
+void ReadAlternative(Choice& to, Source& from)
+{
+    ClassOf<T>().Read(&to.template emplace<T>(), from);
 }
 
-void ProcParValueCore::ReadFrom(const vorn::cRecordPar* own, Source& around)
+} // namespace
+
+void ProcParValueClass::Clear(void* value) const noexcept { Of(value).content = {}; }
+
+bool ProcParValueClass::IsValid(const void* value) const noexcept
 {
+    return Of(value).content.index() > 0;
+}
+
+void ProcParValueClass::ReadFrom(void* value, const vorn::cRecordPar* par, Source& around) const
+{
+    auto& to = Of(value).content;
     Source inside(around.uiDepth);
-    if (!inside.Open(own)) {
+    if (!inside.Open(par)) {
         Trace(LibQuarn, kDetail, "cSmlProcParValue::CTOR: record invalid/empty!");
         return;
     }
+    const vorn::cRecordPar* const typePar = inside.Find(label::type);
     unsigned type = 0;
-    if (!ReadValue(inside.Find<label::type>(), inside, type))
+    if (typePar == nullptr || !ReadPlain(*typePar, type))
         return;
-    const vorn::cRecordPar* const value = inside.Find<label::value>();
-    Source alternative(around.uiDepth);
     if (type == 1) {
-        if (!ReadValue(value, inside, alternatives.emplace<cSmlValue>()))
-            Clear();
-    } else if (alternative.Open(value)) {
-        ReadAlternative(type, alternative);
+        ReadAlternative<cSmlValue>(to, inside);
+        if (!std::get_if<cSmlValue>(&to)->IsValid())
+            to = {};
+        return;
     }
-}
-
-// The alternative counts even if it is not valid itself.
-void ProcParValueCore::ReadAlternative(unsigned type, Source& value)
-{
+    // The others count even if they are not valid themselves.
+    Source nested(around.uiDepth);
+    if (!nested.Open(inside.Find(label::value)))
+        return;
     if (type == 2)
-        Access::Read(alternatives.emplace<cSmlPeriodEntry>(), value);
+        ReadAlternative<cSmlPeriodEntry>(to, nested);
     else if (type == 3)
-        Access::Read(alternatives.emplace<cSmlTupelEntry>(), value);
+        ReadAlternative<cSmlTupelEntry>(to, nested);
     else if (type == 4)
-        ReadValue(value.Find<label::SmlTime>(), value, alternatives.emplace<cSmlTime>());
+        ClassOf<cSmlTime>().ReadFrom(&to.emplace<cSmlTime>(), nested.Find(label::SmlTime), nested);
     else if (type == 5)
-        Access::Read(alternatives.emplace<cSmlListEntry>(), value);
+        ReadAlternative<cSmlListEntry>(to, nested);
 }
 
-bool ProcParValueCore::WriteInto(RecordBuilder& own) const
+bool ProcParValueClass::WriteInto(const void* value, RecordBuilder& to) const
 {
-    if (!IsValid()) {
+    if (!IsValid(value)) {
         Trace(LibQuarn, kError, "cSmlProcParValue::ToRecord: class invalid");
         return false;
     }
-    own.AppendUIntPar(kLabel<label::type>, static_cast<unsigned>(alternatives.index()), 0);
-    if (const auto* v = std::get_if<cSmlValue>(&alternatives)) {
-        Access::Write(*v, own);
-        return true;
-    }
-    own.Open();
-    if (const auto* period = std::get_if<cSmlPeriodEntry>(&alternatives))
-        Access::Write(*period, own);
-    else if (const auto* tupel = std::get_if<cSmlTupelEntry>(&alternatives))
-        Access::Write(*tupel, own);
-    else if (const auto* time = std::get_if<cSmlTime>(&alternatives))
-        WriteValue(own, kLabel<label::SmlTime>, *time);
-    else if (const auto* entry = std::get_if<cSmlListEntry>(&alternatives))
-        Access::WriteInto(*entry, own);
-    own.AppendRecordPar(kLabel<label::value>, own.Close(), 0);
+    const auto& from = Of(value).content;
+    to.AppendUIntPar(kLabel<label::type>, static_cast<unsigned>(from.index()), 0);
+    if (const auto* v = std::get_if<cSmlValue>(&from))
+        return ClassOf<cSmlValue>().Write(v, to, kLabel<label::value>);
+    to.Open();
+    if (const auto* period = std::get_if<cSmlPeriodEntry>(&from))
+        ClassOf<cSmlPeriodEntry>().Write(period, to, ClassOf<cSmlPeriodEntry>().own);
+    else if (const auto* tupel = std::get_if<cSmlTupelEntry>(&from))
+        ClassOf<cSmlTupelEntry>().Write(tupel, to, ClassOf<cSmlTupelEntry>().own);
+    else if (const auto* time = std::get_if<cSmlTime>(&from))
+        ClassOf<cSmlTime>().Write(time, to, kLabel<label::SmlTime>);
+    else if (const auto* entry = std::get_if<cSmlListEntry>(&from))
+        ClassOf<cSmlListEntry>().WriteInto(entry, to);
+    to.AppendRecordPar(kLabel<label::value>, to.Close(), 0);
     return true;
+}
+
+void ProcParValueClass::Copy(void* to, const void* from) const
+{
+    CopyChoice(Of(to).content, Of(from).content);
 }

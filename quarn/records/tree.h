@@ -8,46 +8,33 @@
 namespace quarn::detail
 {
 
-class QUARN_API ProcParValueCore
+class ProcParValueCore
 {
 public:
-    void Clear() noexcept { alternatives = {}; }
-    bool IsValid() const noexcept { return alternatives.index() > 0; }
-
     // Each succeeds for its own alternative only.
-    bool GetParValue(cSmlValue& v) const noexcept { return GetAlternative(alternatives, v); }
-    bool GetParValue(cSmlPeriodEntry& v) const noexcept { return GetAlternative(alternatives, v); }
-    bool GetParValue(cSmlTupelEntry& v) const noexcept { return GetAlternative(alternatives, v); }
-    bool GetParValue(cSmlTime& v) const noexcept { return GetAlternative(alternatives, v); }
-    bool GetParValue(cSmlListEntry& v) const noexcept { return GetAlternative(alternatives, v); }
+    bool GetParValue(cSmlValue& v) const noexcept { return GetAlternative(content, v); }
+    bool GetParValue(cSmlPeriodEntry& v) const noexcept { return GetAlternative(content, v); }
+    bool GetParValue(cSmlTupelEntry& v) const noexcept { return GetAlternative(content, v); }
+    bool GetParValue(cSmlTime& v) const noexcept { return GetAlternative(content, v); }
+    bool GetParValue(cSmlListEntry& v) const noexcept { return GetAlternative(content, v); }
 
 protected:
-    // In the order of the types 1 to 5: the index is the type.
-    using Alternatives = std::variant<std::monostate, cSmlValue, cSmlPeriodEntry, cSmlTupelEntry,
-                                      cSmlTime, cSmlListEntry>;
-
-    static constexpr const char* kClass = "cSmlProcParValue";
-    static constexpr const Label& kOwnLabel = kLabel<label::procParVal>;
-    static constexpr bool kIsAround = false;
-    static constexpr bool kIsParameter = false;
-    static constexpr bool kCopiedWhenValid = false;
-
     template <typename T>
     void Take(const T& v) noexcept
     {
-        Alternatives taken(std::in_place_type<T>);
-        const bool done = v.IsValid() && TryAssign(*std::get_if<T>(&taken), v);
-        alternatives = done ? std::move(taken) : Alternatives();
+        T taken;
+        const bool done = v.IsValid() && TryAssign(taken, v);
+        content = {};
+        if (done)
+            content.template emplace<T>(std::move(taken));
     }
-    void ReadFrom(const vorn::cRecordPar* own, Source& around);
-    void ReadAlternative(unsigned type, Source& value);
-    bool WriteInto(RecordBuilder& own) const;
-    void CopyFrom(const ProcParValueCore& other);
-    void DropUnassigned() noexcept {}
 
-    Alternatives alternatives;
+    // In the order of the types 1 to 5: the index is the type.
+    std::variant<std::monostate, cSmlValue, cSmlPeriodEntry, cSmlTupelEntry, cSmlTime,
+                 cSmlListEntry>
+        content;
 
-    friend struct Access;
+    friend class ProcParValueClass;
 };
 
 } // namespace quarn::detail
@@ -72,10 +59,10 @@ class cSmlTree;
 namespace quarn::detail
 {
 
-struct QUARN_API ChildListTraits {
+struct ChildListTraits {
     using Element = cSmlTree;
-    static constexpr ListShape kShape = Direct("cSmlChildList", label::child_List, label::parTree,
-                                               "<child_List>", "tree_Entry invalid/empty");
+    static constexpr ListShape kShape = {"cSmlChildList", label::child_List, label::parTree,
+                                         "<child_List>", "tree_Entry invalid/empty"};
 };
 
 } // namespace quarn::detail
@@ -104,16 +91,10 @@ QUARN_FIELD(ChildList, GetChildList, cSmlChildList, child_List)
 namespace quarn::detail
 {
 
-struct QUARN_API TreeFields
-    : FieldSet<field::ParName, AsRecord<field::ProcParVal>, AsRecord<field::ChildList>> {
+struct TreeFields : FieldSet<Required<field::ParName>, OneOf<AsRecord<field::ProcParVal>>,
+                             OneOf<AsRecord<field::ChildList>>> {
     static constexpr Shape kShape = {"cSmlTree", label::parTree, eFIELDS::EITHER,
                                      kUntraced,  true,           true};
-
-protected:
-    bool IsComplete() const noexcept
-    {
-        return ParName::IsPresent() && (ProcParVal::IsPresent() || ChildList::IsPresent());
-    }
 };
 
 } // namespace quarn::detail
@@ -121,10 +102,10 @@ protected:
 // A node: its name, and its value or its children or both. The value and the children are present
 // as soon as their records are, even if those are not valid. operator= takes over a valid tree; any
 // other one clears the target.
-class QUARN_API cSmlTree : public quarn::detail::Entry<quarn::detail::TreeFields>
+class QUARN_API cSmlTree : public quarn::detail::Object<quarn::detail::TreeFields>
 {
 public:
-    using Entry::Entry;
+    using Object::Object;
 };
 
 #endif

@@ -1,183 +1,119 @@
-// Time, list type and value. These few differ from the other classes in how they are validated and
-// copied, so they say here what those take from their templates.
-#include "quarn/records/values.h"
-
+// What time, list type and value have of their own: how they are validated, written and copied.
 #include "quarn/records/engine.h"
 
 using namespace quarn::detail;
 
-template class quarn::detail::Object<Structure<ListTypeFields>>;
-template class quarn::detail::Object<ValueCore>;
-
-cSmlTime::cSmlTime(const vorn::cRecord& record, const char* label) noexcept
-{
-    const auto read = [&] {
-        Source around(record, 0);
-        ReadFrom(label != nullptr ? around.Find(label) : nullptr, around);
-    };
-    if (!Guarded("cSmlTime", read))
-        Clear();
-}
-
-cSmlTime& cSmlTime::operator=(const cSmlTime& other) noexcept
-{
-    if (this == &other)
-        return *this;
-    Clear();
-    unsigned type = 0;
-    if (!other.IsValid() || !other.GetType(type))
-        return *this;
-    FieldSet::CopyFrom(other);
-    if (type != 3) {
-        LocOffset::Clear();
-        SeaOffset::Clear();
-    }
-    return *this;
-}
-
-bool cSmlTime::IsValid() const noexcept
-{
-    unsigned type = 0;
-    if (!GetType(type) || !Value::IsPresent())
-        return false;
-    return type <= 2 || (type == 3 && LocOffset::IsPresent() && SeaOffset::IsPresent());
-}
-
-bool cSmlTime::SetTime(unsigned int type, unsigned int value) noexcept
-{
-    Clear();
-    return (type == 1 || type == 2) && Type::Set(type) && Value::Set(value);
-}
-
-bool cSmlTime::SetTime(unsigned int type, unsigned int value, short locOffset,
-                       short seaOffset) noexcept
-{
-    Clear();
-    return type == 3 && Type::Set(type) && Value::Set(value) && LocOffset::Set(locOffset) &&
-           SeaOffset::Set(seaOffset);
-}
-
-bool cSmlTime::GetTime(unsigned int& type, unsigned int& value) const noexcept
-{
-    return Value::IsPresent() && Type::Get(type) && Value::Get(value);
-}
-
-bool cSmlTime::GetTime(unsigned int& type, unsigned int& value, short& locOffset,
-                       short& seaOffset) const noexcept
-{
-    return LocOffset::IsPresent() && SeaOffset::IsPresent() && GetTime(type, value) &&
-           GetOffsets(locOffset, seaOffset);
-}
-
-bool cSmlTime::GetOffsets(short& locOffset, short& seaOffset) const noexcept
-{
-    return SeaOffset::IsPresent() && LocOffset::Get(locOffset) && SeaOffset::Get(seaOffset);
-}
-
-void cSmlTime::ReadFrom(const vorn::cRecordPar* own, Source& around)
-{
-    Source inside(around.uiDepth);
-    if (inside.Open(own))
-        FieldSet::Read(inside);
-}
-
-bool cSmlTime::WriteInto(RecordBuilder& own) const
-{
-    if (!IsValid()) {
-        Trace(LibQuarn, kError, "cSmlTime::ToRecord: class invalid");
-        return false;
-    }
-    cSmlTime written;
-    written = *this; // drops the offsets that the type does not have
-    written.FieldSet::Write(own);
-    return true;
-}
-
-bool cSmlTime::ToRecord(vorn::cRecord& target, const char* label) const noexcept
-{
-    bool written = false;
-    Guarded("cSmlTime", [&] { written = Access::WriteAs(*this, target, label); });
-    return written;
-}
-
-void ListTypeFields::DropUnassigned() noexcept
-{
-    unsigned type = 0;
-    if (GetType(type) && type != 1)
-        Time::Clear();
-}
-
 namespace
 {
 
+const TimeFields& TimeOf(const void* time) { return *static_cast<const TimeFields*>(time); }
+TimeFields& TimeOf(void* time) { return *static_cast<TimeFields*>(time); }
+const ValueCore& ValueOf(const void* value) { return *static_cast<const ValueCore*>(value); }
+ValueCore& ValueOf(void* value) { return *static_cast<ValueCore*>(value); }
+
 // Takes the parameter as the alternative whose kind it has.
-template <typename... T, typename Alternatives>
-bool TakeOneOf(const vorn::cRecordPar& par, Alternatives& to)
+template <typename... T, typename Choice>
+bool TakeOneOf(const vorn::cRecordPar& par, Choice& to)
 {
-    return (... || (IsOfKind(par, kKindOf<T>) && (to.template emplace<T>(PlainOf<T>(par)), true)));
+    return (... || (IsOfKind(par, kKindOf<T>) && ReadPlain(par, to.template emplace<T>())));
 }
-
-// A list type in the record that stands around it, empty if it is not valid.
-struct ListTypeAround {
-    const cSmlListType& listType;
-
-    bool WriteInto(RecordBuilder& around) const
-    {
-        Access::Write(listType, around);
-        return true;
-    }
-};
 
 } // namespace
 
-void ValueCore::Clear() noexcept
+bool TimeClass::IsValid(const void* time) const noexcept
 {
-    alternatives = {};
-    bValid = false;
+    unsigned type = 0;
+    return StructureClass::IsValid(time) && TimeOf(time).Type::Get(type) &&
+           (type <= 2 || (type == 3 && TimeOf(time).HasOffsets()));
 }
 
-bool ValueCore::GetType(unsigned int& kind) const noexcept
+bool TimeClass::WriteInto(const void* time, RecordBuilder& to) const
 {
-    kind = static_cast<unsigned>(alternatives.index());
-    return true;
+    if (!IsValid(time))
+        return RefuseWriting();
+    TimeFields written = TimeOf(time);
+    Settle(&written);
+    return StructureClass::WriteInto(&written, to);
 }
 
-void ValueCore::ReadFrom(const vorn::cRecordPar* own, Source& around)
+void TimeClass::Settle(void* time) const noexcept
 {
-    if (own == nullptr || !own->IsValid() || own->IsEmpty()) {
+    unsigned type = 0;
+    if (!TimeOf(time).Type::Get(type) || type == 3)
+        return;
+    TimeOf(time).LocOffset::Clear();
+    TimeOf(time).SeaOffset::Clear();
+}
+
+void ListTypeClass::Settle(void* listType) const noexcept
+{
+    auto& fields = *static_cast<ListTypeFields*>(listType);
+    unsigned type = 0;
+    if (fields.GetType(type) && type != 1)
+        fields.Time::Clear();
+}
+
+void ValueClass::Clear(void* value) const noexcept
+{
+    ValueOf(value).content = {};
+    ValueOf(value).bValid = false;
+}
+
+bool ValueClass::IsValid(const void* value) const noexcept { return ValueOf(value).bValid; }
+
+void ValueClass::ReadFrom(void* value, const vorn::cRecordPar* par, Source& around) const
+{
+    ValueCore& to = ValueOf(value);
+    if (par == nullptr || !par->IsValid() || par->IsEmpty()) {
         Trace(LibQuarn, kDetail, "cSmlValue::CTOR: record invalid/empty!");
         return;
     }
     Source inside(around.uiDepth);
-    if (inside.Open(own)) {
-        auto& listType = alternatives.emplace<cSmlListType>();
-        Access::Read(listType, inside);
-        bValid = listType.IsValid();
+    if (inside.Open(par)) {
+        auto& listType = to.content.emplace<cSmlListType>();
+        ClassOf<cSmlListType>().Read(&listType, inside);
+        to.bValid = listType.IsValid();
     } else {
-        bValid = TakeOneOf<bool, std::string, unsigned, unsigned long long, int, long long>(
-            *own, alternatives);
+        to.bValid = TakeOneOf<bool, std::string, unsigned, unsigned long long, int, long long>(
+            *par, to.content);
     }
 }
 
-void ValueCore::CopyFrom(const ValueCore& other)
+void ValueClass::Copy(void* to, const void* from) const
 {
-    if (const auto* listType = std::get_if<cSmlListType>(&other.alternatives))
-        Access::Copy(alternatives.emplace<cSmlListType>(), *listType);
-    else
-        alternatives = other.alternatives;
-    bValid = other.bValid;
+    CopyChoice(ValueOf(to).content, ValueOf(from).content);
+    ValueOf(to).bValid = ValueOf(from).bValid;
 }
 
-void ValueCore::DropUnassigned() noexcept
+void ValueClass::Settle(void* value) const noexcept
 {
-    if (auto* listType = std::get_if<cSmlListType>(&alternatives))
-        Access::DropUnassigned(*listType);
+    if (auto* listType = std::get_if<cSmlListType>(&ValueOf(value).content))
+        ClassOf<cSmlListType>().Settle(listType);
 }
 
-template <class Target>
-bool ValueCore::WriteInto(Target& around) const
+bool ValueClass::Write(const void* value, RecordBuilder& to, const Label& label) const
 {
-    if (!bValid) {
+    return WriteEither(to, value, label, [&](const cSmlListType& listType) {
+        to.Open();
+        ClassOf<cSmlListType>().Write(&listType, to, ClassOf<cSmlListType>().own);
+        to.AppendRecordPar(label, to.Close(), 0);
+    });
+}
+
+bool ValueClass::WriteTo(vorn::cRecord& target, const void* value, const char* label) const
+{
+    return WriteEither(target, value, own, [&](const cSmlListType& listType) {
+        vorn::cRecord nested;
+        ClassOf<cSmlListType>().WriteTo(nested, &listType, ClassOf<cSmlListType>().own);
+        target.AppendRecordPar(label, nested, 0);
+    });
+}
+
+template <class Target, typename WriteListType>
+bool ValueClass::WriteEither(Target& to, const void* value, const Label& label,
+                             WriteListType writeListType) const
+{
+    if (!IsValid(value)) {
         Trace(LibQuarn, kError, "cSmlValue::ToRecord: class invalid");
         return false;
     }
@@ -185,13 +121,10 @@ bool ValueCore::WriteInto(Target& around) const
         [&](const auto& v) {
             using T = std::decay_t<decltype(v)>;
             if constexpr (std::is_same_v<T, cSmlListType>)
-                Access::WriteAs(ListTypeAround{v}, around, kOwnLabel);
+                writeListType(v);
             else if constexpr (!std::is_same_v<T, std::monostate>)
-                AppendPlain(around, kOwnLabel, v);
+                AppendPlain(to, label, v);
         },
-        alternatives);
+        ValueOf(value).content);
     return true;
 }
-
-template bool ValueCore::WriteInto(vorn::cRecord&) const;
-template bool ValueCore::WriteInto(RecordBuilder&) const;

@@ -8,53 +8,97 @@
 #ifndef QUARN_RECORDS_VALUES_H
 #define QUARN_RECORDS_VALUES_H
 
-#include "quarn/records/structure.h"
+#include "quarn/records/object.h"
+
+#include <variant>
+
+namespace quarn::detail
+{
+
+struct TimeFields : FieldSet<Required<Field<unsigned int, label::type>>,
+                             Required<Field<unsigned int, label::value>>,
+                             Field<short, label::locOffset>, Field<short, label::seaOffset>> {
+    static constexpr Shape kShape = {"cSmlTime", Label(), eFIELDS::ENCLOSED, kUntraced, true, true};
+
+protected:
+    using Type = Field<unsigned int, label::type>;
+    using Value = Field<unsigned int, label::value>;
+    using LocOffset = Field<short, label::locOffset>;
+    using SeaOffset = Field<short, label::seaOffset>;
+
+    bool HasOffsets() const noexcept { return LocOffset::IsPresent() && SeaOffset::IsPresent(); }
+
+    friend class TimeClass;
+};
+
+} // namespace quarn::detail
 
 // A time. Types: 1 = seconds index, 2 = timestamp, 3 = local timestamp with two offsets.
-class QUARN_API cSmlTime : private quarn::detail::FieldSet<
-                               quarn::detail::Field<unsigned int, quarn::detail::label::type>,
-                               quarn::detail::Field<unsigned int, quarn::detail::label::value>,
-                               quarn::detail::Field<short, quarn::detail::label::locOffset>,
-                               quarn::detail::Field<short, quarn::detail::label::seaOffset>>
+class QUARN_API cSmlTime : private quarn::detail::TimeFields
 {
 public:
     cSmlTime() noexcept = default;
     // The time that stands as a record under label in record.
-    cSmlTime(const vorn::cRecord& record, const char* label) noexcept;
+    cSmlTime(const vorn::cRecord& record, const char* label) noexcept
+    {
+        if (label != nullptr)
+            quarn::detail::Engine::Read(kId, This(), record, label);
+    }
     cSmlTime(const cSmlTime&) noexcept = default;
     // Takes over a valid time, without the offsets that its type does not have; any other time
     // clears this one.
-    cSmlTime& operator=(const cSmlTime& other) noexcept;
+    cSmlTime& operator=(const cSmlTime& other) noexcept
+    {
+        if (this != &other)
+            quarn::detail::Engine::Assign(kId, This(), other.This());
+        return *this;
+    }
     ~cSmlTime() = default;
 
-    void Clear() noexcept { FieldSet::Clear(); }
+    void Clear() noexcept { quarn::detail::Engine::Clear(kId, This()); }
     // Type and value present and type at most 2, or type 3 and both offsets present as well.
-    bool IsValid() const noexcept;
+    bool IsValid() const noexcept { return quarn::detail::Engine::IsValid(kId, This()); }
 
     // False, and no time, unless type is 1 or 2; with offsets, unless type is 3.
-    bool SetTime(unsigned int type, unsigned int value) noexcept;
-    bool SetTime(unsigned int type, unsigned int value, short locOffset, short seaOffset) noexcept;
+    bool SetTime(unsigned int type, unsigned int value) noexcept
+    {
+        Clear();
+        return (type == 1 || type == 2) && Type::Set(type) && Value::Set(value);
+    }
+    bool SetTime(unsigned int type, unsigned int value, short locOffset, short seaOffset) noexcept
+    {
+        Clear();
+        return type == 3 && Type::Set(type) && Value::Set(value) && LocOffset::Set(locOffset) &&
+               SeaOffset::Set(seaOffset);
+    }
 
-    bool GetTime(unsigned int& type, unsigned int& value) const noexcept;
+    bool GetTime(unsigned int& type, unsigned int& value) const noexcept
+    {
+        return Value::IsPresent() && Type::Get(type) && Value::Get(value);
+    }
     bool GetTime(unsigned int& type, unsigned int& value, short& locOffset,
-                 short& seaOffset) const noexcept;
+                 short& seaOffset) const noexcept
+    {
+        return HasOffsets() && GetTime(type, value) && GetOffsets(locOffset, seaOffset);
+    }
     bool GetType(unsigned int& type) const noexcept { return Type::Get(type); }
     bool GetValue(unsigned int& value) const noexcept { return Value::Get(value); }
-    bool GetOffsets(short& locOffset, short& seaOffset) const noexcept;
+    bool GetOffsets(short& locOffset, short& seaOffset) const noexcept
+    {
+        return HasOffsets() && LocOffset::Get(locOffset) && SeaOffset::Get(seaOffset);
+    }
 
     // Appends the time as a record under label. The offsets are written for type 3 only.
-    bool ToRecord(vorn::cRecord& target, const char* label) const noexcept;
+    bool ToRecord(vorn::cRecord& target, const char* label) const noexcept
+    {
+        return quarn::detail::Engine::Write(kId, This(), target, label);
+    }
 
 private:
-    using Type = quarn::detail::Field<unsigned int, quarn::detail::label::type>;
-    using Value = quarn::detail::Field<unsigned int, quarn::detail::label::value>;
-    using LocOffset = quarn::detail::Field<short, quarn::detail::label::locOffset>;
-    using SeaOffset = quarn::detail::Field<short, quarn::detail::label::seaOffset>;
+    static constexpr unsigned kId = quarn::detail::kNumber<TimeFields>;
 
-    void ReadFrom(const vorn::cRecordPar* own, quarn::detail::Source& around);
-    bool WriteInto(quarn::detail::RecordBuilder& own) const;
-    void CopyFrom(const cSmlTime& other) noexcept { *this = other; }
-    void Assign(const cSmlTime& other) noexcept { *this = other; }
+    TimeFields* This() noexcept { return this; }
+    const TimeFields* This() const noexcept { return this; }
 
     friend struct quarn::detail::Access;
 };
@@ -62,8 +106,8 @@ private:
 namespace quarn::detail
 {
 
-struct QUARN_API ListTypeFields : FieldSet<Required<Field<unsigned int, label::type>>,
-                                           Required<Field<cSmlTime, label::SmlTime>>> {
+struct ListTypeFields : FieldSet<Required<Field<unsigned int, label::type>>,
+                                 Required<Field<cSmlTime, label::SmlTime>>> {
     static constexpr Shape kShape = {"cSmlListType", label::smlList, eFIELDS::ENCLOSED,
                                      kUntraced,      true,           true};
 
@@ -79,32 +123,41 @@ protected:
     using Type = Field<unsigned int, label::type>;
     using Time = Field<cSmlTime, label::SmlTime>;
 
-    void DropUnassigned() noexcept;
+    friend class ListTypeClass;
 };
 
 } // namespace quarn::detail
 
 // The list type of a value: 1 = time is the only one. Another type is read, and written back, but
 // cannot be set, and operator= does not take its time over.
-class QUARN_API cSmlListType : public quarn::detail::Entry<quarn::detail::ListTypeFields>
+class QUARN_API cSmlListType : public quarn::detail::Object<quarn::detail::ListTypeFields>
 {
 public:
-    using Entry::Entry;
+    using Object::Object;
 };
 
 namespace quarn::detail
 {
 
-class QUARN_API ValueCore
+// The alternative of type T of a choice.
+template <typename T, class Variant>
+bool GetAlternative(const Variant& choice, T& out) noexcept
+{
+    const T* v = std::get_if<T>(&choice);
+    return v != nullptr && TryAssign(out, *v);
+}
+
+class ValueCore
 {
 public:
-    void Clear() noexcept;
-    bool IsValid() const noexcept { return bValid; }
-
     // The alternative, also of a value that is not valid: 0 none, 1 boolean, 2 octet string,
     // 3 unsigned 32-bit, 4 unsigned 64-bit, 5 signed 32-bit, 6 signed 64-bit, 7 list type. Returns
     // true.
-    bool GetType(unsigned int& kind) const noexcept;
+    bool GetType(unsigned int& kind) const noexcept
+    {
+        kind = static_cast<unsigned>(content.index());
+        return true;
+    }
     // Each succeeds for its own alternative only: none is converted into another.
     bool GetBool(bool& v) const noexcept { return Get(v); }
     bool GetString(std::string& v) const noexcept { return Get(v); }
@@ -115,30 +168,19 @@ public:
     bool GetListType(cSmlListType& v) const noexcept { return Get(v); }
 
 protected:
-    static constexpr const char* kClass = "cSmlValue";
-    static constexpr const Label& kOwnLabel = kLabel<label::value>;
-    static constexpr bool kIsAround = false;
-    static constexpr bool kIsParameter = true;
-    static constexpr bool kCopiedWhenValid = true;
-
     template <typename T>
     bool Get(T& out) const noexcept
     {
-        return bValid && GetAlternative(alternatives, out);
+        return bValid && GetAlternative(content, out);
     }
-    void ReadFrom(const vorn::cRecordPar* own, Source& around);
-    template <class Target>
-    bool WriteInto(Target& around) const;
-    void CopyFrom(const ValueCore& other);
-    void DropUnassigned() noexcept;
 
     // In the order of the kinds: the index is the kind.
     std::variant<std::monostate, bool, std::string, unsigned int, unsigned long long, int,
                  long long, cSmlListType>
-        alternatives;
+        content;
     bool bValid = false;
 
-    friend struct Access;
+    friend class ValueClass;
 };
 
 } // namespace quarn::detail
