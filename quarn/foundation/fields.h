@@ -60,26 +60,28 @@ bool HasName(const Par& par)
     return std::memcmp(par.GetName(), Label, sizeof(Label)) == 0;
 }
 
-// The same for a label of that many bytes, its end included: a comparison of a few words.
+// The same for a label of that many bytes, its end included, and more than 4: a comparison of a few
+// words.
 template <class Par>
 bool HasName(const Par& par, const char* label, std::size_t size)
 {
-    const auto differs = [a = par.GetName(), b = label](auto part, std::size_t at) {
-        auto other = part;
-        std::memcpy(&part, a + at, sizeof part);
-        std::memcpy(&other, b + at, sizeof other);
-        return part != other;
+    const char* const name = par.GetName();
+    const auto equal = [=](auto word, std::size_t at) {
+        auto other = word;
+        std::memcpy(&word, name + at, sizeof word);
+        std::memcpy(&other, label + at, sizeof other);
+        return word == other;
     };
-    constexpr std::size_t word = sizeof(std::uint64_t), half = sizeof(std::uint32_t);
-    if (size < half)
-        return HasName(par, label);
-    if (size < word)
-        return !differs(std::uint32_t{}, 0) && !differs(std::uint32_t{}, size - half);
-    for (std::size_t at = 0; at + word < size; at += word) {
-        if (differs(std::uint64_t{}, at))
+    constexpr std::size_t half = sizeof(std::uint32_t), whole = sizeof(std::uint64_t);
+    if (!equal(std::uint32_t(), 0))
+        return false;
+    if (size <= whole)
+        return equal(std::uint32_t(), size - half);
+    for (std::size_t at = 0; at + whole < size; at += whole) {
+        if (!equal(std::uint64_t(), at))
             return false;
     }
-    return !differs(std::uint64_t{}, size - word);
+    return equal(std::uint64_t(), size - whole);
 }
 
 // Reads one record: finds its fields, and visits the elements of a list. A field that is asked for

@@ -15,7 +15,10 @@
 
 #include "quarn/records/tree.h"
 
-namespace quarn::detail::field
+namespace quarn::detail
+{
+
+namespace field
 {
 
 QUARN_FIELD(Codepage, GetCodepage, std::string, codepage)
@@ -52,159 +55,96 @@ QUARN_FIELD(ValList, GetValList, cSmlList, valList)
 QUARN_FIELD(ListSign, GetListSign, std::string, listSignature)
 QUARN_FIELD(ActGTime, GetActGTime, cSmlTime, actGatewayTime)
 
-} // namespace quarn::detail::field
+} // namespace field
 
-namespace quarn::detail
-{
-
-// A record of a message: enclosed under its label, copied and written whole in any case.
-constexpr Shape BodyShape(const char* name, const Label& bodyLabel,
-                          vorn::eLEVEL missingLevel = kError)
-{
-    return {name, bodyLabel, eFIELDS::ENCLOSED, missingLevel, false, false};
-}
-
-struct OpenReqFields
-    : FieldSet<field::Codepage, Required<field::ClientId>, Required<field::ReqFileId>,
-               OrEmpty<field::ServerId>, field::Username, field::Password, field::SmlVersion> {
-    static constexpr Shape kShape = BodyShape("cSmlOpenReq", label::SmlOpenReq);
-};
-
-struct OpenRespFields : FieldSet<field::Codepage, field::ClientId, Required<field::ReqFileId>,
-                                 Required<field::ServerId>, field::RefTime, field::SmlVersion> {
-    static constexpr Shape kShape = BodyShape("cSmlOpenRes", label::SmlOpenRes);
-};
-
-struct GetProfileReqFields
-    : FieldSet<OrEmpty<field::ServerId>, field::Username, field::Password, field::WithRaw,
-               Required<field::BeginTime>, Required<field::EndTime>, Required<field::TreePath>,
-               field::ObjList, field::Details> {
-    static constexpr Shape kShape = BodyShape("cSmlGetProfileReq", label::SmlGetProfileReq);
-};
-
-struct GetProfListResFields
-    : FieldSet<Required<field::ServerId>, Required<field::ActTime>, Required<field::Period>,
-               Required<field::TreePath>, Required<field::ValTime>, Required<field::Status>,
-               Required<field::PerList>, field::RawData, field::PerSign> {
-    static constexpr Shape kShape = BodyShape("cSmlGetProfListRes", label::SmlGetProfListRes);
-};
-
-struct GetProfPackResFields
-    : FieldSet<Required<field::ServerId>, Required<field::ActTime>, Required<field::Period>,
-               Required<field::TreePath>, Required<IfRecord<field::HdList>>,
-               Required<IfRecord<field::ObjPerList>>, field::RawData,
-               OrFrom<field::ProfSign, label::periodSignature>> {
-    static constexpr Shape kShape = BodyShape("cSmlGetProfPackRes", label::SmlGetProfPackRes);
-};
-
-struct GetProcParReqFields : FieldSet<OrEmpty<field::ServerId>, field::Username, field::Password,
-                                      Required<field::TreePath>, field::Attribute> {
-    static constexpr Shape kShape = BodyShape("cSmlGetProcParReq", label::SmlGetProcParReq);
-};
-
-struct GetProcParResFields
-    : FieldSet<Required<field::ServerId>, Required<field::TreePath>, Required<field::Tree>> {
-    static constexpr Shape kShape = BodyShape("cSmlGetProcParRes", label::SmlGetProcParRes);
-};
-
-struct SetProcParReqFields : FieldSet<field::ServerId, field::Username, field::Password,
-                                      Required<field::TreePath>, Required<field::Tree>> {
-    static constexpr Shape kShape = BodyShape("cSmlSetProcParReq", label::SmlSetProcParReq);
-};
-
-struct AttentionResFields : FieldSet<Required<field::ServerId>, Required<field::AttNo>,
-                                     field::AttMsg, field::AttDetails> {
-    static constexpr Shape kShape = BodyShape("cSmlAttentionRes", label::SmlAttentionRes);
-};
-
-struct GetListReqFields : FieldSet<Required<field::ClientId>, OrEmpty<field::ServerId>,
-                                   field::Username, field::Password, field::ListName> {
-    static constexpr Shape kShape = BodyShape("cSmlGetListReq", label::SmlGetListReq);
-};
-
-struct GetListResFields
-    : FieldSet<field::ClientId, Required<field::ServerId>, field::ListName, field::ActSTime,
-               Required<IfRecord<field::ValList>>, field::ListSign, field::ActGTime> {
-    static constexpr Shape kShape = BodyShape("cSmlGetListRes", label::SmlGetListRes);
-};
-
+using OpenReq = Structure<CLASS_OPEN_REQ, field::Codepage, Required<field::ClientId>,
+                          Required<field::ReqFileId>, OrEmpty<field::ServerId>, field::Username,
+                          field::Password, field::SmlVersion>;
+using OpenResp =
+    Structure<CLASS_OPEN_RESP, field::Codepage, field::ClientId, Required<field::ReqFileId>,
+              Required<field::ServerId>, field::RefTime, field::SmlVersion>;
+using GetProfileReq =
+    Structure<CLASS_GET_PROFILE_REQ, OrEmpty<field::ServerId>, field::Username, field::Password,
+              field::WithRaw, Required<field::BeginTime>, Required<field::EndTime>,
+              Required<field::TreePath>, field::ObjList, field::Details>;
+using GetProfListRes =
+    Structure<CLASS_GET_PROF_LIST_RES, Required<field::ServerId>, Required<field::ActTime>,
+              Required<field::Period>, Required<field::TreePath>, Required<field::ValTime>,
+              Required<field::Status>, Required<field::PerList>, field::RawData, field::PerSign>;
+using GetProfPackRes =
+    Structure<CLASS_GET_PROF_PACK_RES, Required<field::ServerId>, Required<field::ActTime>,
+              Required<field::Period>, Required<field::TreePath>, Required<IfRecord<field::HdList>>,
+              Required<IfRecord<field::ObjPerList>>, field::RawData,
+              OrFrom<field::ProfSign, label::periodSignature>>;
+using GetProcParReq = Structure<CLASS_GET_PROC_PAR_REQ, OrEmpty<field::ServerId>, field::Username,
+                                field::Password, Required<field::TreePath>, field::Attribute>;
+using GetProcParRes = Structure<CLASS_GET_PROC_PAR_RES, Required<field::ServerId>,
+                                Required<field::TreePath>, Required<field::Tree>>;
+using SetProcParReq = Structure<CLASS_SET_PROC_PAR_REQ, field::ServerId, field::Username,
+                                field::Password, Required<field::TreePath>, Required<field::Tree>>;
+using AttentionRes = Structure<CLASS_ATTENTION_RES, Required<field::ServerId>,
+                               Required<field::AttNo>, field::AttMsg, field::AttDetails>;
+using GetListReq =
+    Structure<CLASS_GET_LIST_REQ, Required<field::ClientId>, OrEmpty<field::ServerId>,
+              field::Username, field::Password, field::ListName>;
+using GetListRes = Structure<CLASS_GET_LIST_RES, field::ClientId, Required<field::ServerId>,
+                             field::ListName, field::ActSTime, Required<IfRecord<field::ValList>>,
+                             field::ListSign, field::ActGTime>;
 } // namespace quarn::detail
 
 // Open request: begins a file of requests.
-class QUARN_API cSmlOpenReq : public quarn::detail::Object<quarn::detail::OpenReqFields>
-{
-public:
+struct QUARN_API cSmlOpenReq : quarn::detail::OpenReq {
     using Object::Object;
 };
 
 // Open response: begins a file of responses.
-class QUARN_API cSmlOpenResp : public quarn::detail::Object<quarn::detail::OpenRespFields>
-{
-public:
+struct QUARN_API cSmlOpenResp : quarn::detail::OpenResp {
     using Object::Object;
 };
 
 // Profile request, for a list as for a pack.
-class QUARN_API cSmlGetProfileReq : public quarn::detail::Object<quarn::detail::GetProfileReqFields>
-{
-public:
+struct QUARN_API cSmlGetProfileReq : quarn::detail::GetProfileReq {
     using Object::Object;
 };
 
 // Profile-list response: one period with the values of its objects.
-class QUARN_API cSmlGetProfListRes
-    : public quarn::detail::Object<quarn::detail::GetProfListResFields>
-{
-public:
+struct QUARN_API cSmlGetProfListRes : quarn::detail::GetProfListRes {
     using Object::Object;
 };
 
 // Profile-pack response: the objects once, then their values period by period. Its signature is
 // read from "periodSignature" too, and written as "profileSignature".
-class QUARN_API cSmlGetProfPackRes
-    : public quarn::detail::Object<quarn::detail::GetProfPackResFields>
-{
-public:
+struct QUARN_API cSmlGetProfPackRes : quarn::detail::GetProfPackRes {
     using Object::Object;
 };
 
 // Process-parameter request.
-class QUARN_API cSmlGetProcParReq : public quarn::detail::Object<quarn::detail::GetProcParReqFields>
-{
-public:
+struct QUARN_API cSmlGetProcParReq : quarn::detail::GetProcParReq {
     using Object::Object;
 };
 
 // Process-parameter response: the tree asked for.
-class QUARN_API cSmlGetProcParRes : public quarn::detail::Object<quarn::detail::GetProcParResFields>
-{
-public:
+struct QUARN_API cSmlGetProcParRes : quarn::detail::GetProcParRes {
     using Object::Object;
 };
 
 // Set-process-parameter request: the tree to be set.
-class QUARN_API cSmlSetProcParReq : public quarn::detail::Object<quarn::detail::SetProcParReqFields>
-{
-public:
+struct QUARN_API cSmlSetProcParReq : quarn::detail::SetProcParReq {
     using Object::Object;
 };
 
 // Attention response: an error, or a confirmation.
-class QUARN_API cSmlAttentionRes : public quarn::detail::Object<quarn::detail::AttentionResFields>
-{
-public:
+struct QUARN_API cSmlAttentionRes : quarn::detail::AttentionRes {
     using Object::Object;
 };
 
 // List request.
-class QUARN_API cSmlGetListReq : public quarn::detail::Object<quarn::detail::GetListReqFields>
-{
-public:
+struct QUARN_API cSmlGetListReq : quarn::detail::GetListReq {
     using Object::Object;
 };
 
 // List response: the current values of a meter.
-class QUARN_API cSmlGetListRes : public quarn::detail::Object<quarn::detail::GetListResFields>
+class QUARN_API cSmlGetListRes : public quarn::detail::GetListRes
 {
 public:
     using Object::Object;

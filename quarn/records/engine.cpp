@@ -1,347 +1,180 @@
-// The engine: structures and lists by their tables, and Engine's operations, which are the door of
-// the library for all classes.
-#include "quarn/records/engine.h"
+// The descriptions of all classes, in the order of their numbers; Engine's operations, which are
+// the library's door for all of them; and the one conversion from a class to another.
+#include "quarn/records/choices.h"
+#include "quarn/records/sequence.h"
+#include "quarn/records/structure.h"
 
 using namespace quarn::detail;
+
+// How a description gets at what a class declares.
+struct quarn::detail::Access {
+    template <class Fields>
+    static constexpr auto Rows()
+    {
+        std::array<Row, Fields::kRows> rows{};
+        Row* next = rows.data();
+        Fields::Describe(next, 0);
+        return rows;
+    }
+    template <class Fields>
+    static constexpr auto kRows = Rows<Fields>();
+    template <class Fields>
+    static void Locate(void* object, Cell** cells)
+    {
+        static_cast<Fields*>(object)->Locate(cells);
+    }
+    template <class Core>
+    static Elements Resize(void* list, std::size_t count)
+    {
+        auto& content = static_cast<Core*>(list)->content;
+        if (count != Storage::kSame)
+            content.resize(count);
+        return {content.data(), content.size()};
+    }
+};
 
 namespace
 {
 
-struct TooDeep : std::exception {
-    const char* what() const noexcept override { return "trees nested too deep"; }
-};
+template <eCLASS Number, class Core>
+Core CoreOf(const Object<Number, Core>*);
 
-template <typename T>
-T& ValueOf(Cell& cell)
+template <class Fields, class As = StructureClass>
+constexpr As Fielded(const Shape& shape)
 {
-    return Access::Value(static_cast<Holder<T>&>(cell));
+    constexpr auto& rows = Access::kRows<Fields>;
+    static_assert(rows.size() <= StructureClass::kMaxRows);
+    return As(shape, {rows.data(), rows.size(), &Access::Locate<Fields>});
+}
+// C is a class that is a set of fields.
+template <class C>
+constexpr auto Structured(const Shape& shape)
+{
+    return Fielded<decltype(CoreOf(static_cast<const C*>(nullptr)))>(shape);
+}
+template <class C>
+constexpr StructureClass Entry(const char* name, const Label& own,
+                               eFIELDS where = eFIELDS::ENCLOSED,
+                               vorn::eLEVEL missingLevel = kDetail)
+{
+    return Structured<C>({name, own, where, missingLevel, true, true});
+}
+template <class C>
+constexpr ListClass Listed(const char* name, const Label& own, const ListTexts& texts,
+                           vorn::eLEVEL missingLevel = kDetail)
+{
+    using Core = decltype(CoreOf(static_cast<const C*>(nullptr)));
+    using Element = typename C::Element;
+    constexpr bool isObject = kKindOf<Element> == KIND_RECORD;
+    unsigned number = 0;
+    if constexpr (isObject)
+        number = Element::kNumber;
+    return {{name, own, eFIELDS::ENCLOSED, missingLevel},
+            texts,
+            {isObject, number, sizeof(Element), &Access::Resize<Core>}};
 }
 
-void* ObjectOf(const Row& row, Cell& cell) { return reinterpret_cast<char*>(&cell) + row.ucBehind; }
+// clang-format off
+constexpr std::tuple kDescriptions{
+    Fielded<TimeFields, TimeClass>({"cSmlTime", {}, eFIELDS::ENCLOSED, kUntraced, true, true}),
+    Fielded<ListTypeFields, ListTypeClass>({"cSmlListType", label::smlList, eFIELDS::ENCLOSED, kUntraced, true, true}),
+    ValueClass({"cSmlValue", label::value, eFIELDS::ENCLOSED, kDetail, true, true}),
+    Entry<cSmlPeriodEntry>("cSmlPeriodEntry", label::SmlPeriodEntry, eFIELDS::EITHER),
+    Fielded<tupel::Fields>({"cSmlTupelEntry", label::SmlTupelEntry, eFIELDS::ENCLOSED, kDetail, true, true}),
+    Entry<cSmlHeaderEntry>("cSmlHeaderEntry", label::pObjHdEntry),
+    Entry<cSmlValueEntry>("cSmlValueEntry", label::value_List_Entry),
+    Entry<cSmlListEntry>("cSmlListEntry", label::valListEntry, eFIELDS::DIRECT),
+    Structured<cSmlProfObjPeriodEntry>({"cSmlProfObjPeriodEntry", label::pObjPerEntry, eFIELDS::ENCLOSED, kError, true, false}),
+    Listed<cSmlList>("cSmlList", label::valList,
+        {label::valListEntry, "<valList>", "valListEntry invalid/empty/wrong type"}),
+    Listed<cSmlPeriodList>("cSmlPeriodList", label::period_List,
+        {label::SmlPeriodEntry, "<period_List>", "period_List_Entry invalid/empty/wrong type", true, true}),
+    Listed<cSmlValueList>("cSmlValueList", label::value_List,
+        {label::value_List_Entry, "<valList>", "value_List_Entry invalid/empty/wrong type", true}),
+    Listed<cSmlHeaderList>("cSmlHeaderList", label::header_List,
+        {label::pObjHdEntry, "<valList>", "valListEntry invalid/empty/wrong type", true}),
+    Listed<cSmlProfObjPeriodList>("cSmlProfObjPeriodList", label::period_List,
+        {label::pObjPerEntry, "period_List", "pObjPerEntry invalid/empty/wrong type", true}),
+    Listed<cSmlTreePath>("cSmlTreePath", label::parTreePath,
+        {label::path_Entry, "<parTreePath>", "path_Entry invalid/empty/wrong type", false, false, "class invalid"}),
+    Listed<cSmlObjList>("cSmlObjList", label::object_List,
+        {label::object_List_Entry, "<object_List>", "object_List_Entry invalid/empty/wrong type", false, false,
+         "class invalid/empty", kProgress}, kUntraced),
+    ProcParValueClass({"cSmlProcParValue", label::procParVal, eFIELDS::ENCLOSED, kDetail}),
+    Listed<cSmlChildList>("cSmlChildList", label::child_List,
+        {label::parTree, "<child_List>", "tree_Entry invalid/empty"}),
+    Entry<cSmlTree>("cSmlTree", label::parTree, eFIELDS::EITHER),
+    Structured<cSmlOpenReq>({"cSmlOpenReq", label::SmlOpenReq}),
+    Structured<cSmlOpenResp>({"cSmlOpenRes", label::SmlOpenRes}),
+    Structured<cSmlGetProfileReq>({"cSmlGetProfileReq", label::SmlGetProfileReq}),
+    Structured<cSmlGetProfListRes>({"cSmlGetProfListRes", label::SmlGetProfListRes}),
+    Structured<cSmlGetProfPackRes>({"cSmlGetProfPackRes", label::SmlGetProfPackRes}),
+    Structured<cSmlGetProcParReq>({"cSmlGetProcParReq", label::SmlGetProcParReq}),
+    Structured<cSmlGetProcParRes>({"cSmlGetProcParRes", label::SmlGetProcParRes}),
+    Structured<cSmlSetProcParReq>({"cSmlSetProcParReq", label::SmlSetProcParReq}),
+    Structured<cSmlAttentionRes>({"cSmlAttentionRes", label::SmlAttentionRes}),
+    Structured<cSmlGetListReq>({"cSmlGetListReq", label::SmlGetListReq}),
+    Structured<cSmlGetListRes>({"cSmlGetListRes", label::SmlGetListRes}),
+    Structured<cSmlMsgHeader>({"cSmlMsgHeader", label::SmlMsgHeader}),
+    Structured<cSmlMsgStatus>({"cSmlMsgStatus", label::SmlStatus, eFIELDS::ENCLOSED, kUntraced}),
+};
+// clang-format on
 
-// Does something with a plain value, as what it is.
-template <typename Do>
-bool WithPlain(eVALUE value, Cell& cell, Do run)
+template <std::size_t... Number>
+constexpr std::array<const Class*, CLASS_COUNT> Numbered(std::index_sequence<Number...>)
 {
-    switch (value) {
-    case eVALUE::BOOL:
-        return run(ValueOf<bool>(cell));
-    case eVALUE::SINT:
-        return run(ValueOf<int>(cell));
-    case eVALUE::SHORT:
-        return run(ValueOf<short>(cell));
-    case eVALUE::UINT:
-        return run(ValueOf<unsigned>(cell));
-    case eVALUE::SINT64:
-        return run(ValueOf<long long>(cell));
-    case eVALUE::UINT64:
-        return run(ValueOf<unsigned long long>(cell));
-    case eVALUE::TEXT:
-        return run(ValueOf<std::string>(cell));
-    case eVALUE::OBJECT:
-        break;
+    return {{&std::get<Number>(kDescriptions)...}};
+}
+
+// Runs a step that may throw; false, and a trace line, when it did.
+template <typename Step>
+bool Guarded(const char* who, Step step) noexcept
+{
+    try {
+        step();
+        return true;
+    } catch (const std::exception& e) {
+        Trace(LibQuarn, kError, "%s: %s", who, e.what());
+    } catch (...) {
+        Trace(LibQuarn, kError, "%s: failed", who);
     }
     return false;
 }
 
-// Whether the field is present, once what par, or null, holds of it has been taken over.
-bool ReadObject(const Row& row, Cell& cell, const vorn::cRecordPar* par, Source& around)
+// The same for a step that fills an object, which is cleared then.
+template <typename Step>
+bool Filled(unsigned number, void* object, Step step) noexcept
 {
-    const bool isRecord = par != nullptr && IsOfKind(*par, KIND_RECORD);
-    if (!isRecord && (row.ucRules & (RULE_IF_RECORD | RULE_AS_RECORD)) != 0)
-        return false;
-    const Class& type = *kClasses[row.ucClass];
-    type.ReadFrom(ObjectOf(row, cell), par, around);
-    return (row.ucRules & RULE_AS_RECORD) != 0 || type.IsValid(ObjectOf(row, cell));
+    const Class& type = *kClasses[number];
+    const bool done = Guarded(type.shape.pcClass, [&] { step(type); });
+    if (!done)
+        type.Clear(object);
+    return done;
 }
 
-bool ReadCell(const Row& row, Cell& cell, const vorn::cRecordPar* par, Source& around)
+// Gives to the fields that from has under the same labels.
+template <class To, class From>
+void CopyShared(To& to, const From& from)
 {
-    if (row.value == eVALUE::OBJECT)
-        return ReadObject(row, cell, par, around);
-    return par != nullptr &&
-           WithPlain(row.value, cell, [par](auto& v) { return ReadPlain(*par, v); });
-}
-
-void WriteCell(const Row& row, Cell& cell, RecordBuilder& to)
-{
-    if (row.value == eVALUE::OBJECT)
-        kClasses[row.ucClass]->Write(ObjectOf(row, cell), to, row.label);
-    else
-        WithPlain(row.value, cell, [&](const auto& v) {
-            AppendPlain(to, row.label, v);
-            return true;
-        });
-}
-
-void CopyCell(const Row& row, Cell& to, Cell& from)
-{
-    Access::IsPresent(to) = Access::IsPresent(from);
-    if (row.value == eVALUE::OBJECT)
-        kClasses[row.ucClass]->Copy(ObjectOf(row, to), ObjectOf(row, from));
-    else
-        WithPlain(row.value, to, [&](auto& v) {
-            v = ValueOf<std::decay_t<decltype(v)>>(from);
-            return true;
-        });
-}
-
-void ClearCell(const Row& row, Cell& cell) noexcept
-{
-    Access::IsPresent(cell) = false;
-    if (row.value == eVALUE::OBJECT)
-        kClasses[row.ucClass]->Clear(ObjectOf(row, cell));
-    else
-        WithPlain(row.value, cell, [](auto& v) {
-            v = {};
-            return true;
-        });
-}
-
-void Assign(const Class& type, void* to, const void* from)
-{
-    if (type.bCopiedWhenValid && !type.IsValid(from))
-        type.Clear(to);
-    else
-        type.Copy(to, from);
-    type.Settle(to);
+    static_cast<const StructureClass&>(ClassOf<To>())
+        .CopyShared(&to, static_cast<const StructureClass&>(ClassOf<From>()), &from);
 }
 
 } // namespace
 
-void Class::Read(void* object, Source& around) const { ReadFrom(object, around.Find(own), around); }
-
-bool Class::Write(const void* object, RecordBuilder& to, const Label& label) const
-{
-    to.Open();
-    const bool written = WriteInto(object, to);
-    if (written)
-        to.AppendRecordPar(label, to.Close(), 0);
-    else
-        to.Drop();
-    return written;
-}
-
-bool Class::WriteTo(vorn::cRecord& target, const void* object, const char* label) const
-{
-    RecordBuilder to;
-    to.Open();
-    if (!WriteInto(object, to))
-        return false;
-    target.AppendRecordPar(label, to.Get(to.Close()), 0);
-    return true;
-}
-
-void StructureClass::Clear(void* object) const noexcept
-{
-    const Cells cells(*this, object);
-    for (std::size_t i = 0; i < uiRows; ++i)
-        ClearCell(pRows[i], *cells.ap[i]);
-}
-
-bool StructureClass::IsValid(const void* object) const noexcept
-{
-    return IsComplete(Cells(*this, object));
-}
-
-bool StructureClass::IsComplete(const Cells& cells) const noexcept
-{
-    bool oneIsWanted = false, oneIsThere = false;
-    for (std::size_t i = 0; i < uiRows; ++i) {
-        const bool isPresent = Access::IsPresent(*cells.ap[i]);
-        if ((pRows[i].ucRules & RULE_REQUIRED) != 0 && !isPresent)
-            return false;
-        const bool isOne = (pRows[i].ucRules & RULE_ONE_OF) != 0;
-        oneIsWanted = oneIsWanted || isOne;
-        oneIsThere = oneIsThere || (isOne && isPresent);
-    }
-    return oneIsThere || !oneIsWanted;
-}
-
-void StructureClass::Read(void* object, Source& around) const
-{
-    if (shape.where == eFIELDS::DIRECT)
-        ReadRows(object, around);
-    else
-        Class::Read(object, around);
-}
-
-void StructureClass::ReadFrom(void* object, const vorn::cRecordPar* par, Source& around) const
-{
-    Source inside(around.uiDepth);
-    if (inside.Open(par))
-        ReadRows(object, inside);
-    else if (shape.where != eFIELDS::ENCLOSED)
-        ReadRows(object, around);
-    else if (shape.missingLevel != kUntraced)
-        Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", pcName);
-}
-
-void StructureClass::ReadRows(void* object, Source& from) const
-{
-    const Cells cells(*this, object);
-    for (std::size_t i = 0; i < uiRows; ++i) {
-        const Row& row = pRows[i];
-        bool& isPresent = Access::IsPresent(*cells.ap[i]);
-        if (!isPresent) // but under the label before
-            isPresent = ReadCell(row, *cells.ap[i], from.Find(row.label, row.ucSize), from);
-        if ((row.ucRules & RULE_OR_EMPTY) != 0)
-            isPresent = true;
-        if ((row.ucRules & RULE_TOGETHER) != 0) {
-            bool &first = Access::IsPresent(*cells.ap[i - 2]),
-                 &second = Access::IsPresent(*cells.ap[i - 1]);
-            first = second = isPresent = first || second || isPresent;
-        }
-    }
-}
-
-bool StructureClass::WriteInto(const void* object, RecordBuilder& to) const
-{
-    const Cells cells(*this, object);
-    if (shape.bWrittenWhenValid && !IsComplete(cells))
-        return RefuseWriting();
-    to.Expect(uiRows);
-    for (std::size_t i = 0; i < uiRows; ++i) {
-        if (Access::IsPresent(*cells.ap[i]) && (pRows[i].ucRules & RULE_SECOND) == 0)
-            WriteCell(pRows[i], *cells.ap[i], to);
-    }
-    return true;
-}
-
-bool StructureClass::RefuseWriting() const noexcept
-{
-    Trace(LibQuarn, kError, "%s::ToRecord: class invalid", pcName);
-    return false;
-}
-
-void StructureClass::Copy(void* to, const void* from) const
-{
-    const Cells target(*this, to), source(*this, from);
-    for (std::size_t i = 0; i < uiRows; ++i)
-        CopyCell(pRows[i], *target.ap[i], *source.ap[i]);
-}
-
-void StructureClass::CopyShared(void* to, const StructureClass& other, const void* from) const
-{
-    const Cells target(*this, to), source(other, from);
-    for (std::size_t i = 0; i < uiRows; ++i) {
-        for (std::size_t j = 0; j < other.uiRows; ++j) {
-            if (std::strcmp(pRows[i].label, other.pRows[j].label) == 0)
-                CopyCell(pRows[i], *target.ap[i], *source.ap[j]);
-        }
-    }
-}
-
-void ListClass::ReadFrom(void* list, const vorn::cRecordPar* par, Source& around) const
-{
-    RecordReader<> record;
-    if (!record.Open(par)) {
-        if (shape.missingLevel != kUntraced)
-            Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", pcName);
-        return;
-    }
-    const int count = record.Count(shape.element);
-    if (count < 1) {
-        Trace(LibQuarn, kError, "%s: Record %s is empty", pcName, shape.pcEmptyName);
-        return;
-    }
-    const unsigned depth = around.uiDepth + 1;
-    if (depth >= SML_MAX_TREE_DEPTH)
-        throw TooDeep();
-    const auto wanted = static_cast<std::size_t>(count);
-    const Elements room{storage.pResize(list, wanted), wanted};
-    std::size_t taken = 0;
-    const char* const label = shape.element;
-    record.VisitElements(label, shape.bStepsByLabel ? label : nullptr,
-                         [&](const vorn::cRecordPar& element) {
-                             if (ReadElement(At(room, taken), element, depth))
-                                 ++taken;
-                             else
-                                 Trace(LibQuarn, kError, "%s: %s", pcName, shape.pcElementFault);
-                             return taken < wanted;
-                         });
-    storage.pResize(list, taken);
-}
-
-bool ListClass::ReadElement(void* element, const vorn::cRecordPar& par, unsigned depth) const
-{
-    if (storage.value != eVALUE::OBJECT)
-        return ReadPlain(par, *static_cast<unsigned long long*>(element));
-    Source inside(depth);
-    if (!inside.Open(&par))
-        return false;
-    const Class& type = *kClasses[storage.uiElement];
-    type.Read(element, inside);
-    if (!type.IsValid(element))
-        type.Clear(element);
-    return true;
-}
-
-bool ListClass::WriteInto(const void* list, RecordBuilder& to) const
-{
-    const Elements elements = Of(list);
-    if (elements.uiCount == 0) {
-        Trace(LibQuarn, shape.invalidLevel, "%s::ToRecord: %s", pcName, shape.pcInvalid);
-        return false;
-    }
-    to.Expect(elements.uiCount);
-    for (std::size_t i = 0; i < elements.uiCount; ++i) {
-        const void* const element = At(elements, i);
-        if (storage.value != eVALUE::OBJECT) {
-            AppendPlain(to, shape.element, *static_cast<const unsigned long long*>(element));
-            continue;
-        }
-        const Class& type = *kClasses[storage.uiElement];
-        if (shape.bWrapped)
-            to.Open();
-        type.Write(element, to, type.own);
-        if (shape.bWrapped)
-            to.AppendRecordPar(shape.element, to.Close(), 0);
-    }
-    return true;
-}
-
-void ListClass::Copy(void* to, const void* from) const
-{
-    const Elements source = Of(from);
-    const Elements target{storage.pResize(to, source.uiCount), source.uiCount};
-    for (std::size_t i = 0; i < source.uiCount; ++i) {
-        if (storage.value == eVALUE::OBJECT)
-            kClasses[storage.uiElement]->Copy(At(target, i), At(source, i));
-        else
-            std::memcpy(At(target, i), At(source, i), storage.uiSize);
-    }
-}
-
-bool ListClass::Add(void* list, const void* element) const noexcept
-{
-    const std::size_t count = Of(list).uiCount;
-    const bool done = Guarded(pcName, [&] {
-        void* const added = At({storage.pResize(list, count + 1), count + 1}, count);
-        if (storage.value == eVALUE::OBJECT)
-            Assign(*kClasses[storage.uiElement], added, element);
-        else
-            std::memcpy(added, element, storage.uiSize);
-    });
-    if (!done)
-        storage.pResize(list, count);
-    return done;
-}
+constexpr decltype(kClasses) quarn::detail::kClasses =
+    Numbered(std::make_index_sequence<CLASS_COUNT>());
 
 bool Engine::Read(unsigned number, void* object, const vorn::cRecord& record,
                   const char* label) noexcept
 {
-    const Class& type = *kClasses[number];
-    const bool done = Guarded(type.pcName, [&] {
+    return Filled(number, object, [&](const Class& type) {
         Source around(record, 0);
         if (label != nullptr)
             type.ReadFrom(object, around.Find(label), around);
         else
             type.Read(object, around);
     });
-    if (!done)
-        type.Clear(object);
-    return done;
 }
 
 bool Engine::Write(unsigned number, const void* object, vorn::cRecord& target,
@@ -349,41 +182,31 @@ bool Engine::Write(unsigned number, const void* object, vorn::cRecord& target,
 {
     const Class& type = *kClasses[number];
     bool written = false;
-    Guarded(type.pcName,
-            [&] { written = type.WriteTo(target, object, label != nullptr ? label : type.own); });
+    Guarded(type.shape.pcClass, [&] {
+        written = type.WriteTo(target, object, label != nullptr ? label : type.shape.own);
+    });
     return written;
 }
 
 bool Engine::Copy(unsigned number, void* to, const void* from) noexcept
 {
-    const Class& type = *kClasses[number];
-    const bool done = Guarded(type.pcName, [&] { type.Copy(to, from); });
-    if (!done)
-        type.Clear(to);
-    return done;
+    return Filled(number, to, [&](const Class& type) { type.Copy(to, from); });
 }
 
 bool Engine::Assign(unsigned number, void* to, const void* from) noexcept
 {
-    const Class& type = *kClasses[number];
-    const bool done = Guarded(type.pcName, [&] { ::Assign(type, to, from); });
-    if (!done)
-        type.Clear(to);
-    return done;
+    return Filled(number, to, [&](const Class& type) { type.Assign(to, from); });
 }
 
 bool Engine::Assign(std::string& to, const std::string& from) noexcept
 {
-    return Guarded("copy", [&] {
-        std::string copy = from;
-        to = std::move(copy);
-    });
+    return Guarded("copy", [&] { to = std::string(from); });
 }
 
 void Engine::Settle(unsigned number, void* object) noexcept
 {
     const Class& type = *kClasses[number];
-    if (type.bCopiedWhenValid && !type.IsValid(object))
+    if (type.shape.bCopiedWhenValid && !type.IsValid(object))
         type.Clear(object);
     type.Settle(object);
 }
@@ -397,5 +220,38 @@ bool Engine::IsValid(unsigned number, const void* object) noexcept
 
 bool Engine::Add(unsigned number, void* list, const void* element) noexcept
 {
-    return static_cast<const ListClass*>(kClasses[number])->Add(list, element);
+    const auto& type = *static_cast<const ListClass*>(kClasses[number]);
+    const std::size_t count = type.Of(list).uiCount;
+    const bool done = Guarded(type.shape.pcClass, [&] { type.Add(list, element); });
+    if (!done)
+        type.Shorten(list, count);
+    return done;
+}
+
+cSmlGetListRes& cSmlGetListRes::operator=(const cSmlGetProfListRes& source) noexcept
+{
+    Clear();
+    if (!source.IsValid()) {
+        Trace(LibQuarn, kError, "cSmlGetListRes::operator= : class cSmlGetProfListRes invalid!");
+        return *this;
+    }
+    cSmlPeriodList periods;
+    const auto convert = [&](const Class&) {
+        CopyShared(*this, source); // the server
+        cSmlPeriodEntry period;
+        cSmlList list;
+        int count = 0;
+        bool done = source.GetPerList(periods) && periods.GetListCount(count);
+        for (int i = 0; done && i < count; ++i) {
+            cSmlListEntry entry;
+            done = periods.GetListEntry(period, i);
+            CopyShared(entry, source); // status and time
+            CopyShared(entry, period);
+            done = done && list.SetListEntry(entry);
+        }
+        if (!done || !ValList::Set(list))
+            throw std::bad_alloc();
+    };
+    Filled(kNumber, This(), convert);
+    return *this;
 }

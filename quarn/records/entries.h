@@ -11,7 +11,10 @@
 
 #include "quarn/records/values.h"
 
-namespace quarn::detail::field
+namespace quarn::detail
+{
+
+namespace field
 {
 
 QUARN_FIELD(ObjName, GetObjName, unsigned long long, objName)
@@ -50,48 +53,22 @@ protected:
     static constexpr void Describe(Row*& row, unsigned rules)
     {
         Triple::FieldSet::Describe(row, rules);
-        row[-1].ucRules |= RULE_TOGETHER;
+        row[-1].uiRules |= RULE_TOGETHER;
     }
 };
 
-} // namespace quarn::detail::field
+} // namespace field
 
-namespace quarn::detail
-{
-
-// An entry inside a list: read from the record under its label, written when it is valid.
-constexpr Shape EntryShape(const char* name, const Label& ownLabel, eFIELDS where,
-                           vorn::eLEVEL missingLevel = kUntraced)
-{
-    return {name, ownLabel, where, missingLevel, true, true};
-}
-
-struct PeriodEntryFields : FieldSet<Required<field::SettableObjName>, Required<field::SettableUnit>,
-                                    Required<field::SettableScaler>, Required<field::SettableValue>,
-                                    field::SettableValueSign> {
-    static constexpr Shape kShape =
-        EntryShape("cSmlPeriodEntry", label::SmlPeriodEntry, eFIELDS::EITHER);
-};
-
-struct HeaderEntryFields
-    : FieldSet<Required<field::ObjName>, Required<field::Unit>, Required<field::Scaler>> {
-    static constexpr Shape kShape =
-        EntryShape("cSmlHeaderEntry", label::pObjHdEntry, eFIELDS::ENCLOSED, kDetail);
-};
-
-struct ValueEntryFields : FieldSet<Required<field::Value>, field::ValueSign> {
-    static constexpr Shape kShape =
-        EntryShape("cSmlValueEntry", label::value_List_Entry, eFIELDS::ENCLOSED, kDetail);
-};
-
-struct ListEntryFields
-    : FieldSet<Required<field::SettableObjName>, field::SettableStatus, field::SettableValTime,
-               field::SettableUnit, field::SettableScaler, Required<field::SettableValue>,
-               field::SettableValueSign> {
-    static constexpr Shape kShape =
-        EntryShape("cSmlListEntry", label::valListEntry, eFIELDS::DIRECT);
-};
-
+using PeriodEntry = Structure<CLASS_PERIOD_ENTRY, Required<field::SettableObjName>,
+                              Required<field::SettableUnit>, Required<field::SettableScaler>,
+                              Required<field::SettableValue>, field::SettableValueSign>;
+using HeaderEntry = Structure<CLASS_HEADER_ENTRY, Required<field::ObjName>, Required<field::Unit>,
+                              Required<field::Scaler>>;
+using ValueEntry = Structure<CLASS_VALUE_ENTRY, Required<field::Value>, field::ValueSign>;
+using ListEntry =
+    Structure<CLASS_LIST_ENTRY, Required<field::SettableObjName>, field::SettableStatus,
+              field::SettableValTime, field::SettableUnit, field::SettableScaler,
+              Required<field::SettableValue>, field::SettableValueSign>;
 namespace tupel
 {
 
@@ -110,9 +87,6 @@ using SignMAR2R3 = Field<std::string, label::signature_mA_R2_R3>;
 struct Fields : FieldSet<Required<ServerId>, Required<SecIndex>, Required<Status>, Required<PA>,
                          Required<R1>, Required<R4>, Required<SignPAR1R4>, Required<MA>,
                          Required<R2>, Required<R3>, Required<SignMAR2R3>> {
-    static constexpr Shape kShape =
-        EntryShape("cSmlTupelEntry", label::SmlTupelEntry, eFIELDS::ENCLOSED, kDetail);
-
     using U = unsigned int;
     using S = int;
     using V = long long;
@@ -148,47 +122,39 @@ private:
     template <class F, typename... T>
     bool GetWhole(T&... v) const noexcept
     {
-        return Engine::IsValid(kNumber<Fields>, this) && F::Get(v...);
+        return Engine::IsValid(CLASS_TUPEL_ENTRY, this) && F::Get(v...);
     }
 };
 
 } // namespace tupel
 
+using TupelEntry = Object<CLASS_TUPEL_ENTRY, tupel::Fields>;
+
 } // namespace quarn::detail
 
 // A period entry: the value of one object in a period.
-class QUARN_API cSmlPeriodEntry : public quarn::detail::Object<quarn::detail::PeriodEntryFields>
-{
-public:
+struct QUARN_API cSmlPeriodEntry : quarn::detail::PeriodEntry {
     using Object::Object;
 };
 
 // A header entry: name, unit and scaler of one object in a profile.
-class QUARN_API cSmlHeaderEntry : public quarn::detail::Object<quarn::detail::HeaderEntryFields>
-{
-public:
+struct QUARN_API cSmlHeaderEntry : quarn::detail::HeaderEntry {
     using Object::Object;
 };
 
 // A value entry: a value, perhaps signed.
-class QUARN_API cSmlValueEntry : public quarn::detail::Object<quarn::detail::ValueEntryFields>
-{
-public:
+struct QUARN_API cSmlValueEntry : quarn::detail::ValueEntry {
     using Object::Object;
 };
 
 // A list entry: one object of a get-list response.
-class QUARN_API cSmlListEntry : public quarn::detail::Object<quarn::detail::ListEntryFields>
-{
-public:
+struct QUARN_API cSmlListEntry : quarn::detail::ListEntry {
     using Object::Object;
 };
 
 // A tupel entry: active and reactive quantities, each a unit, a scaler and a value, with their
 // signatures. All fields are required, and the getters succeed only for an entry that is valid.
-class QUARN_API cSmlTupelEntry : public quarn::detail::Object<quarn::detail::tupel::Fields>
-{
-public:
+struct QUARN_API cSmlTupelEntry : quarn::detail::TupelEntry {
     using Object::Object;
 };
 

@@ -6,7 +6,10 @@
 
 #include "quarn/records/bodies.h"
 
-namespace quarn::detail::field
+namespace quarn::detail
+{
+
+namespace field
 {
 
 QUARN_FIELD(TransactionId, GetTransactionId, std::string, transactionId)
@@ -24,28 +27,20 @@ QUARN_FIELD(MsgType, GetMsgType, int, Type)
 QUARN_FIELD(MsgCast, GetMsgCast, int, Cast)
 QUARN_FIELD(MsgNo, GetMsgNo, unsigned int, MsgNoInFile)
 
-} // namespace quarn::detail::field
+} // namespace field
 
-namespace quarn::detail
-{
-
-struct MsgHeaderFields : FieldSet<Required<field::TransactionId>, Required<field::GroupNo>,
-                                  Required<field::AbortOnError>, Required<field::SmlMsgIdentifier>,
-                                  Required<field::OpenClientId>, Required<field::OpenReqFileId>,
-                                  Required<field::OpenServerId>, Required<field::OpenTId>,
-                                  Required<field::OpenGrpNo>, Required<field::OpenAbort>> {
-    static constexpr Shape kShape = BodyShape("cSmlMsgHeader", label::SmlMsgHeader);
-};
-
-struct MsgStatusFields : FieldSet<Required<field::MsgError>, Required<field::MsgType>,
-                                  Required<field::MsgCast>, Required<field::MsgNo>> {
-    static constexpr Shape kShape = BodyShape("cSmlMsgStatus", label::SmlStatus, kUntraced);
-};
-
+using MsgHeader =
+    Structure<CLASS_MSG_HEADER, Required<field::TransactionId>, Required<field::GroupNo>,
+              Required<field::AbortOnError>, Required<field::SmlMsgIdentifier>,
+              Required<field::OpenClientId>, Required<field::OpenReqFileId>,
+              Required<field::OpenServerId>, Required<field::OpenTId>, Required<field::OpenGrpNo>,
+              Required<field::OpenAbort>>;
+using MsgStatus = Structure<CLASS_MSG_STATUS, Required<field::MsgError>, Required<field::MsgType>,
+                            Required<field::MsgCast>, Required<field::MsgNo>>;
 } // namespace quarn::detail
 
 // The header: the message's own four fields, then what the open message of its file said.
-class QUARN_API cSmlMsgHeader : public quarn::detail::Object<quarn::detail::MsgHeaderFields>
+class QUARN_API cSmlMsgHeader : public quarn::detail::MsgHeader
 {
 public:
     using Object::Object;
@@ -56,7 +51,7 @@ public:
 
 // The status. Error: 0, or why the message was refused. Type: 0 request, 1 response. Cast: 0
 // broadcast, 2 addressed, -1 not classified. Number: of the message in its file, from 1.
-class QUARN_API cSmlMsgStatus : public quarn::detail::Object<quarn::detail::MsgStatusFields>
+class QUARN_API cSmlMsgStatus : public quarn::detail::MsgStatus
 {
 public:
     using Object::Object;

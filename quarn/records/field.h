@@ -1,7 +1,6 @@
 // What the record classes are made of: a field with its presence flag, the rules that a field may
 // have, and the set of fields that a class declares. A class of this wing is the list of its
-// fields; that list becomes a table of rows, by which the library reads, writes and copies
-// (engine.h).
+// fields; it becomes a table of rows, by which the library reads, writes and copies (engine.h).
 //
 // The members that hosts use are the getters and setters of the named fields (Codepage has
 // GetCodepage, and so on). They never throw:
@@ -13,6 +12,7 @@
 #define QUARN_RECORDS_FIELD_H
 
 #include "quarn/foundation/export.h"
+#include "quarn/foundation/fields.h"
 #include "quarn/foundation/labels.h"
 #include "quarn/foundation/record_builder.h"
 
@@ -23,72 +23,63 @@
 namespace quarn::detail
 {
 
-// What a field holds. A short is a signed parameter cut off to fit.
-enum class eVALUE : unsigned char { BOOL, SINT, SHORT, UINT, SINT64, UINT64, TEXT, OBJECT };
+inline constexpr int kShort = 1; // a SINT cut off to fit
 
+// The kind of parameter that holds a value; a record holds an object of a class.
 template <typename T>
-inline constexpr eVALUE kValueOf = std::is_same_v<T, bool>                 ? eVALUE::BOOL
-                                   : std::is_same_v<T, int>                ? eVALUE::SINT
-                                   : std::is_same_v<T, short>              ? eVALUE::SHORT
-                                   : std::is_same_v<T, unsigned>           ? eVALUE::UINT
-                                   : std::is_same_v<T, long long>          ? eVALUE::SINT64
-                                   : std::is_same_v<T, unsigned long long> ? eVALUE::UINT64
-                                   : std::is_same_v<T, std::string>        ? eVALUE::TEXT
-                                                                           : eVALUE::OBJECT;
+inline constexpr int kKindOf = std::is_same_v<T, bool>                 ? KIND_BOOL
+                               : std::is_same_v<T, std::string>        ? KIND_DATA
+                               : std::is_same_v<T, unsigned>           ? KIND_UINT
+                               : std::is_same_v<T, unsigned long long> ? KIND_UINT64
+                               : std::is_same_v<T, int>                ? KIND_SINT
+                               : std::is_same_v<T, short>              ? kShort
+                               : std::is_same_v<T, long long>          ? KIND_SINT64
+                                                                       : KIND_RECORD;
 
 // How a field differs from the plain case, any of them together.
-enum eRULE : unsigned char {
+enum eRULE : unsigned {
     RULE_REQUIRED = 1,   // its class is not valid without it
     RULE_ONE_OF = 2,     // nor without at least one of those that have this rule
     RULE_OR_EMPTY = 4,   // when it is missing, it is present and empty
     RULE_IF_RECORD = 8,  // a structure whose record may be missing without a word
     RULE_AS_RECORD = 16, // a structure that is present as soon as its record is, valid or not
-    RULE_SECOND = 32,    // another label of the field in front, which is not written
-    RULE_TOGETHER = 64   // with the two in front, present as soon as one of the three is
+    RULE_TOGETHER = 32   // with the two in front, present as soon as one of the three is
 };
 
 // A field in the table of its class.
 struct Row {
     Label label;
-    unsigned char ucSize = 0; // of the label, with its end
-    eVALUE value = eVALUE::BOOL;
-    unsigned char ucClass = 0;  // the number of an object's class
-    unsigned char ucBehind = 0; // the object's place behind its cell's
-    unsigned char ucRules = 0;
+    std::size_t uiSize = 0; // of the label, with its end
+    int iKind = 0;
+    int iParKind = 0;         // of the parameter
+    unsigned uiClass = 0;     // of an object, the number
+    std::size_t uiBehind = 0; // and its place behind its cell's
+    unsigned uiRules = 0;
+    const char* pcSecond = nullptr; // another label that it may have, but is not written under
 };
 
-// The library's access to what the classes hold.
-struct Access;
+// Where the library finds a field: its presence, and the value behind it.
+struct Cell {
+    bool bPresent = false;
+};
+template <typename T>
+struct Holder : Cell {
+    T value{};
+};
+
+struct Access; // the library's, to what is protected
 
 // Assigns; false, and to as it was, when no memory is left.
 template <typename T>
 bool TryAssign(T& to, const T& from) noexcept;
 
-// Where the library finds a field: its presence, and its value behind it.
-class Cell
-{
-protected:
-    bool bPresent = false;
-
-    friend struct Access;
-};
-
-template <typename T>
-class Holder : public Cell
-{
-protected:
-    T value{};
-
-    friend struct Access;
-};
-
 template <typename T, const auto& Text>
-class Field : public Holder<T>
+class Field : protected Holder<T>
 {
 protected:
     static constexpr std::size_t kRows = 1;
 
-    bool Get(T& out) const noexcept { return this->bPresent && TryAssign(out, this->value); }
+    bool Get(T& out) const noexcept { return IsPresent() && TryAssign(out, this->value); }
     bool Set(const T& v) noexcept
     {
         if (!TryAssign(this->value, v))
@@ -97,13 +88,9 @@ protected:
         return true;
     }
     bool IsPresent() const noexcept { return this->bPresent; }
-    void Clear() noexcept
-    {
-        this->value = T();
-        this->bPresent = false;
-    }
-    static constexpr void Describe(Row*& row, unsigned rules); // what its rows are
-    void Locate(Cell**& cell) { *cell++ = this; }              // and where their fields are
+    // Appends its rows, and the cells of these rows.
+    static constexpr void Describe(Row*& row, unsigned rules);
+    void Locate(Cell**& cell) { *cell++ = this; }
 };
 
 // One row of a table of fields: the field, its getter, its type, its label.
@@ -138,20 +125,10 @@ using AsRecord = Ruled<F, RULE_AS_RECORD>;
 template <class F, const auto& Second>
 struct OrFrom : F {
 protected:
-    static constexpr std::size_t kRows = 2;
-
     static constexpr void Describe(Row*& row, unsigned rules)
     {
         F::Describe(row, rules);
-        *row = row[-1];
-        row->label = Second;
-        row->ucSize = sizeof Second;
-        row++->ucRules |= RULE_SECOND;
-    }
-    void Locate(Cell**& cell)
-    {
-        F::Locate(cell);
-        F::Locate(cell);
+        row[-1].pcSecond = Second;
     }
 };
 

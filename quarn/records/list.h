@@ -12,34 +12,17 @@
 namespace quarn::detail
 {
 
-struct ListShape {
-    const char* pcClass;        // as trace lines name it
-    Label own;                  // of the list's record
-    Label element;              // of each element in it
-    const char* pcEmptyName;    // what the line on an empty list record names
-    const char* pcElementFault; // the line on a parameter that is no element
-    bool bWrapped = false;      // an element's own record is written inside another of that label
-    bool bStepsByLabel = false; // parameters of other labels are passed over without a line
-    const char* pcInvalid = "class invalid/no entries"; // the line on writing an empty list
-    vorn::eLEVEL invalidLevel = kError;                 // and its level
-    vorn::eLEVEL missingLevel = kDetail; // of the line on a missing list record; 0: no line
-};
-
-// Traits declares Element and the ListShape kShape.
-template <class Traits>
+template <eCLASS Number, class T>
 class ListCore
 {
 public:
-    using Element = typename Traits::Element;
+    using Element = T;
 
 protected:
     // Adds a copy at the end. False, and nothing added, when no memory is left.
-    bool Add(const Element& element) noexcept
-    {
-        return Engine::Add(kNumber<ListCore>, this, &element);
-    }
+    bool Add(const T& element) noexcept { return Engine::Add(Number, this, &element); }
     // Assigns the element of that index; false, and out unchanged, when there is none.
-    bool At(Element& out, int index) const noexcept
+    bool At(T& out, int index) const noexcept
     {
         return index >= 0 && index < Count() &&
                TryAssign(out, content[static_cast<std::size_t>(index)]);
@@ -53,25 +36,23 @@ protected:
         return !content.empty();
     }
 
-    std::vector<Element> content;
+    std::vector<T> content;
 
     friend struct Access;
 };
 
-template <class Traits>
-using List = Object<ListCore<Traits>>;
+template <eCLASS Number, class T>
+using List = Object<Number, ListCore<Number, T>>;
 
 // The operations' names of most lists.
-template <class Traits>
-class EntryList : public List<Traits>
+template <eCLASS Number, class T>
+class EntryList : public List<Number, T>
 {
 public:
-    using Base = List<Traits>;
-    using Base::Base;
-    using Element = typename Traits::Element;
+    using List<Number, T>::Object::Object;
 
-    bool SetListEntry(const Element& element) noexcept { return this->Add(element); }
-    bool GetListEntry(Element& out, int index) const noexcept { return this->At(out, index); }
+    bool SetListEntry(const T& element) noexcept { return this->Add(element); }
+    bool GetListEntry(T& out, int index) const noexcept { return this->At(out, index); }
     // False, and a count of 0, when the list is empty.
     bool GetListCount(int& count) const noexcept
     {

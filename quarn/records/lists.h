@@ -9,108 +9,42 @@
 namespace quarn::detail
 {
 
-struct ListTraits {
-    using Element = cSmlListEntry;
-    static constexpr ListShape kShape = {"cSmlList", label::valList, label::valListEntry,
-                                         "<valList>", "valListEntry invalid/empty/wrong type"};
-};
-
-struct PeriodListTraits {
-    using Element = cSmlPeriodEntry;
-    static constexpr ListShape kShape = {"cSmlPeriodList",
-                                         label::period_List,
-                                         label::SmlPeriodEntry,
-                                         "<period_List>",
-                                         "period_List_Entry invalid/empty/wrong type",
-                                         true,
-                                         true};
-};
-
-struct ValueListTraits {
-    using Element = cSmlValueEntry;
-    static constexpr ListShape kShape = {"cSmlValueList",
-                                         label::value_List,
-                                         label::value_List_Entry,
-                                         "<valList>",
-                                         "value_List_Entry invalid/empty/wrong type",
-                                         true};
-};
-
-struct HeaderListTraits {
-    using Element = cSmlHeaderEntry;
-    static constexpr ListShape kShape = {"cSmlHeaderList",
-                                         label::header_List,
-                                         label::pObjHdEntry,
-                                         "<valList>",
-                                         "valListEntry invalid/empty/wrong type",
-                                         true};
-};
-
-struct TreePathTraits {
-    using Element = unsigned long long;
-    static constexpr ListShape kShape = {"cSmlTreePath",
-                                         label::parTreePath,
-                                         label::path_Entry,
-                                         "<parTreePath>",
-                                         "path_Entry invalid/empty/wrong type",
-                                         false,
-                                         false,
-                                         "class invalid"};
-};
-
-struct ObjListTraits {
-    using Element = unsigned long long;
-    static constexpr ListShape kShape = {"cSmlObjList",
-                                         label::object_List,
-                                         label::object_List_Entry,
-                                         "<object_List>",
-                                         "object_List_Entry invalid/empty/wrong type",
-                                         false,
-                                         false,
-                                         "class invalid/empty",
-                                         kProgress,
-                                         kUntraced};
-};
+using EntriesOfList = EntryList<CLASS_LIST, cSmlListEntry>;
+using EntriesOfPeriodList = EntryList<CLASS_PERIOD_LIST, cSmlPeriodEntry>;
+using EntriesOfValueList = EntryList<CLASS_VALUE_LIST, cSmlValueEntry>;
+using EntriesOfHeaderList = EntryList<CLASS_HEADER_LIST, cSmlHeaderEntry>;
+using EntriesOfObjList = EntryList<CLASS_OBJ_LIST, unsigned long long>;
+using EntriesOfTreePath = List<CLASS_TREE_PATH, unsigned long long>;
 
 } // namespace quarn::detail
 
 // List entries of a get-list response.
-class QUARN_API cSmlList : public quarn::detail::EntryList<quarn::detail::ListTraits>
-{
-public:
+struct QUARN_API cSmlList : quarn::detail::EntriesOfList {
     using EntryList::EntryList;
 };
 
 // Period entries of a profile-list response.
-class QUARN_API cSmlPeriodList : public quarn::detail::EntryList<quarn::detail::PeriodListTraits>
-{
-public:
+struct QUARN_API cSmlPeriodList : quarn::detail::EntriesOfPeriodList {
     using EntryList::EntryList;
 };
 
 // Value entries of one period of a profile.
-class QUARN_API cSmlValueList : public quarn::detail::EntryList<quarn::detail::ValueListTraits>
-{
-public:
+struct QUARN_API cSmlValueList : quarn::detail::EntriesOfValueList {
     using EntryList::EntryList;
 };
 
 // Header entries of a profile: its objects.
-class QUARN_API cSmlHeaderList : public quarn::detail::EntryList<quarn::detail::HeaderListTraits>
-{
-public:
+struct QUARN_API cSmlHeaderList : quarn::detail::EntriesOfHeaderList {
     using EntryList::EntryList;
 };
 
 // Names of objects, by value.
-class QUARN_API cSmlObjList : public quarn::detail::EntryList<quarn::detail::ObjListTraits>
-{
-public:
+struct QUARN_API cSmlObjList : quarn::detail::EntriesOfObjList {
     using EntryList::EntryList;
 };
 
 // The path to a node of a parameter tree: the names on the way, the root's first.
-class QUARN_API cSmlTreePath : public quarn::detail::List<quarn::detail::TreePathTraits>
+class QUARN_API cSmlTreePath : public quarn::detail::EntriesOfTreePath
 {
 public:
     using Object::Object;
@@ -124,54 +58,30 @@ public:
     bool GetPathCount(int& count) const noexcept { return CountIfAny(count); }
 };
 
-namespace quarn::detail::field
-{
-
-QUARN_FIELD(ValueList, GetValList, cSmlValueList, value_List)
-QUARN_FIELD(PeriodSign, GetPeriodSign, std::string, periodSignature)
-
-} // namespace quarn::detail::field
-
 namespace quarn::detail
 {
 
-struct ProfObjPeriodEntryFields : FieldSet<Required<field::ValTime>, Required<field::Status>,
-                                           Required<field::ValueList>, field::PeriodSign> {
-    static constexpr Shape kShape = {
-        "cSmlProfObjPeriodEntry", label::pObjPerEntry, eFIELDS::ENCLOSED, kError, true, false};
-};
+namespace field
+{
+QUARN_FIELD(ValueList, GetValList, cSmlValueList, value_List)
+QUARN_FIELD(PeriodSign, GetPeriodSign, std::string, periodSignature)
+} // namespace field
+
+using ProfObjPeriodEntry =
+    Structure<CLASS_PROF_OBJ_PERIOD_ENTRY, Required<field::ValTime>, Required<field::Status>,
+              Required<field::ValueList>, field::PeriodSign>;
 
 } // namespace quarn::detail
 
 // A profile period entry: the values of one period of a profile. Unlike other entries, it writes
 // the fields that it has even when it is not valid.
-class QUARN_API cSmlProfObjPeriodEntry
-    : public quarn::detail::Object<quarn::detail::ProfObjPeriodEntryFields>
-{
-public:
+struct QUARN_API cSmlProfObjPeriodEntry : quarn::detail::ProfObjPeriodEntry {
     using Object::Object;
 };
 
-namespace quarn::detail
-{
-
-struct ProfObjPeriodListTraits {
-    using Element = cSmlProfObjPeriodEntry;
-    static constexpr ListShape kShape = {"cSmlProfObjPeriodList",
-                                         label::period_List,
-                                         label::pObjPerEntry,
-                                         "period_List",
-                                         "pObjPerEntry invalid/empty/wrong type",
-                                         true};
-};
-
-} // namespace quarn::detail
-
 // The periods of a profile.
-class QUARN_API cSmlProfObjPeriodList
-    : public quarn::detail::EntryList<quarn::detail::ProfObjPeriodListTraits>
-{
-public:
+struct QUARN_API cSmlProfObjPeriodList
+    : quarn::detail::EntryList<quarn::detail::CLASS_PROF_OBJ_PERIOD_LIST, cSmlProfObjPeriodEntry> {
     using EntryList::EntryList;
 };
 

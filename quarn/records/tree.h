@@ -35,14 +35,18 @@ protected:
         content;
 
     friend class ProcParValueClass;
+    template <class Core>
+    friend class ChoiceClass;
 };
+
+using ProcParValue = Object<CLASS_PROC_PAR_VALUE, ProcParValueCore>;
 
 } // namespace quarn::detail
 
 // The value of a node: one of five alternatives, read from and written to the record "procParVal",
 // whose "type" says which. operator= from an alternative makes it the value, if it is valid;
 // otherwise, or when no memory is left, it clears this object.
-class QUARN_API cSmlProcParValue : public quarn::detail::Object<quarn::detail::ProcParValueCore>
+class QUARN_API cSmlProcParValue : public quarn::detail::ProcParValue
 {
 public:
     using Object::Object;
@@ -54,21 +58,11 @@ public:
     cSmlProcParValue& operator=(const cSmlListEntry& v) noexcept { return Take(v), *this; }
 };
 
-class cSmlTree;
-
-namespace quarn::detail
-{
-
-struct ChildListTraits {
-    using Element = cSmlTree;
-    static constexpr ListShape kShape = {"cSmlChildList", label::child_List, label::parTree,
-                                         "<child_List>", "tree_Entry invalid/empty"};
-};
-
-} // namespace quarn::detail
+struct cSmlTree;
 
 // The children of a node.
-class QUARN_API cSmlChildList : public quarn::detail::List<quarn::detail::ChildListTraits>
+class QUARN_API cSmlChildList
+    : public quarn::detail::List<quarn::detail::CLASS_CHILD_LIST, cSmlTree>
 {
 public:
     using Object::Object;
@@ -79,32 +73,25 @@ public:
     bool GetTreeCount(int& count) const noexcept { return CountIfAny(count); }
 };
 
-namespace quarn::detail::field
-{
-
-QUARN_FIELD(ParName, GetName, unsigned long long, parName)
-QUARN_FIELD(ProcParVal, GetValue, cSmlProcParValue, procParVal)
-QUARN_FIELD(ChildList, GetChildList, cSmlChildList, child_List)
-
-} // namespace quarn::detail::field
-
 namespace quarn::detail
 {
 
-struct TreeFields : FieldSet<Required<field::ParName>, OneOf<AsRecord<field::ProcParVal>>,
-                             OneOf<AsRecord<field::ChildList>>> {
-    static constexpr Shape kShape = {"cSmlTree", label::parTree, eFIELDS::EITHER,
-                                     kUntraced,  true,           true};
-};
+namespace field
+{
+QUARN_FIELD(ParName, GetName, unsigned long long, parName)
+QUARN_FIELD(ProcParVal, GetValue, cSmlProcParValue, procParVal)
+QUARN_FIELD(ChildList, GetChildList, cSmlChildList, child_List)
+} // namespace field
+
+using Tree = Structure<CLASS_TREE, Required<field::ParName>, OneOf<AsRecord<field::ProcParVal>>,
+                       OneOf<AsRecord<field::ChildList>>>;
 
 } // namespace quarn::detail
 
 // A node: its name, and its value or its children or both. The value and the children are present
 // as soon as their records are, even if those are not valid. operator= takes over a valid tree; any
 // other one clears the target.
-class QUARN_API cSmlTree : public quarn::detail::Object<quarn::detail::TreeFields>
-{
-public:
+struct QUARN_API cSmlTree : quarn::detail::Tree {
     using Object::Object;
 };
 

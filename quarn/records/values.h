@@ -18,8 +18,6 @@ namespace quarn::detail
 struct TimeFields : FieldSet<Required<Field<unsigned int, label::type>>,
                              Required<Field<unsigned int, label::value>>,
                              Field<short, label::locOffset>, Field<short, label::seaOffset>> {
-    static constexpr Shape kShape = {"cSmlTime", Label(), eFIELDS::ENCLOSED, kUntraced, true, true};
-
 protected:
     using Type = Field<unsigned int, label::type>;
     using Value = Field<unsigned int, label::value>;
@@ -37,12 +35,14 @@ protected:
 class QUARN_API cSmlTime : private quarn::detail::TimeFields
 {
 public:
+    static constexpr quarn::detail::eCLASS kNumber = quarn::detail::CLASS_TIME;
+
     cSmlTime() noexcept = default;
     // The time that stands as a record under label in record.
     cSmlTime(const vorn::cRecord& record, const char* label) noexcept
     {
         if (label != nullptr)
-            quarn::detail::Engine::Read(kId, This(), record, label);
+            quarn::detail::Engine::Read(kNumber, This(), record, label);
     }
     cSmlTime(const cSmlTime&) noexcept = default;
     // Takes over a valid time, without the offsets that its type does not have; any other time
@@ -50,14 +50,14 @@ public:
     cSmlTime& operator=(const cSmlTime& other) noexcept
     {
         if (this != &other)
-            quarn::detail::Engine::Assign(kId, This(), other.This());
+            quarn::detail::Engine::Assign(kNumber, This(), other.This());
         return *this;
     }
     ~cSmlTime() = default;
 
-    void Clear() noexcept { quarn::detail::Engine::Clear(kId, This()); }
+    void Clear() noexcept { quarn::detail::Engine::Clear(kNumber, This()); }
     // Type and value present and type at most 2, or type 3 and both offsets present as well.
-    bool IsValid() const noexcept { return quarn::detail::Engine::IsValid(kId, This()); }
+    bool IsValid() const noexcept { return quarn::detail::Engine::IsValid(kNumber, This()); }
 
     // False, and no time, unless type is 1 or 2; with offsets, unless type is 3.
     bool SetTime(unsigned int type, unsigned int value) noexcept
@@ -91,16 +91,12 @@ public:
     // Appends the time as a record under label. The offsets are written for type 3 only.
     bool ToRecord(vorn::cRecord& target, const char* label) const noexcept
     {
-        return quarn::detail::Engine::Write(kId, This(), target, label);
+        return quarn::detail::Engine::Write(kNumber, This(), target, label);
     }
 
 private:
-    static constexpr unsigned kId = quarn::detail::kNumber<TimeFields>;
-
     TimeFields* This() noexcept { return this; }
     const TimeFields* This() const noexcept { return this; }
-
-    friend struct quarn::detail::Access;
 };
 
 namespace quarn::detail
@@ -108,9 +104,6 @@ namespace quarn::detail
 
 struct ListTypeFields : FieldSet<Required<Field<unsigned int, label::type>>,
                                  Required<Field<cSmlTime, label::SmlTime>>> {
-    static constexpr Shape kShape = {"cSmlListType", label::smlList, eFIELDS::ENCLOSED,
-                                     kUntraced,      true,           true};
-
     bool GetType(unsigned int& type) const noexcept { return Type::Get(type); }
     bool Get(cSmlTime& time) const noexcept { return Time::Get(time); }
     // False, and nothing changed, unless type is 1 and time is valid.
@@ -126,13 +119,13 @@ protected:
     friend class ListTypeClass;
 };
 
+using ListType = Object<CLASS_LIST_TYPE, ListTypeFields>;
+
 } // namespace quarn::detail
 
 // The list type of a value: 1 = time is the only one. Another type is read, and written back, but
 // cannot be set, and operator= does not take its time over.
-class QUARN_API cSmlListType : public quarn::detail::Object<quarn::detail::ListTypeFields>
-{
-public:
+struct QUARN_API cSmlListType : quarn::detail::ListType {
     using Object::Object;
 };
 
@@ -181,15 +174,17 @@ protected:
     bool bValid = false;
 
     friend class ValueClass;
+    template <class Core>
+    friend class ChoiceClass;
 };
+
+using Value = Object<CLASS_VALUE, ValueCore>;
 
 } // namespace quarn::detail
 
 // A value: one of seven alternatives, read from and written to the parameter "value", whose kind
 // says which. operator= takes over a valid value; any other one clears the target.
-class QUARN_API cSmlValue : public quarn::detail::Object<quarn::detail::ValueCore>
-{
-public:
+struct QUARN_API cSmlValue : quarn::detail::Value {
     using Object::Object;
 };
 
