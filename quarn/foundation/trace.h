@@ -6,6 +6,8 @@
 #include "quarn/foundation/framework.h"
 #include "quarn/foundation/units.h"
 
+#include <exception>
+
 namespace quarn::detail
 {
 
@@ -33,6 +35,21 @@ void Trace(vorn::cUnit* unit, vorn::eLEVEL level, const char* format, Args... ar
             vorn::_Trace(unit, level, vorn::FormatString(format, args...));
     } catch (...) {
     }
+}
+
+// Runs a step that may throw; false, and a trace line, when it did.
+template <typename Step>
+bool Guarded(const char* who, Step step) noexcept
+{
+    try {
+        step();
+        return true;
+    } catch (const std::exception& e) {
+        Trace(LibQuarn, kError, "%s: %s", who, e.what());
+    } catch (...) {
+        Trace(LibQuarn, kError, "%s: failed", who);
+    }
+    return false;
 }
 
 } // namespace quarn::detail

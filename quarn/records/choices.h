@@ -2,7 +2,7 @@
 #ifndef QUARN_RECORDS_CHOICES_H
 #define QUARN_RECORDS_CHOICES_H
 
-#include "quarn/records/class.h"
+#include "quarn/records/engine.h"
 
 namespace quarn::detail
 {

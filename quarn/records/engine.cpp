@@ -1,8 +1,6 @@
 // The descriptions of all classes, in the order of their numbers; Engine's operations, which are
 // the library's door for all of them; and the one conversion from a class to another.
 #include "quarn/records/choices.h"
-#include "quarn/records/sequence.h"
-#include "quarn/records/structure.h"
 
 using namespace quarn::detail;
 
@@ -126,22 +124,7 @@ constexpr std::array<const Class*, CLASS_COUNT> Numbered(std::index_sequence<Num
     return {{&std::get<Number>(kDescriptions)...}};
 }
 
-// Runs a step that may throw; false, and a trace line, when it did.
-template <typename Step>
-bool Guarded(const char* who, Step step) noexcept
-{
-    try {
-        step();
-        return true;
-    } catch (const std::exception& e) {
-        Trace(LibQuarn, kError, "%s: %s", who, e.what());
-    } catch (...) {
-        Trace(LibQuarn, kError, "%s: failed", who);
-    }
-    return false;
-}
-
-// The same for a step that fills an object, which is cleared then.
+// Runs a step that fills an object, which is cleared when the step fails.
 template <typename Step>
 bool Filled(unsigned number, void* object, Step step) noexcept
 {

@@ -12,8 +12,8 @@
 #define QUARN_RECORDS_FIELD_H
 
 #include "quarn/foundation/export.h"
-#include "quarn/foundation/fields.h"
 #include "quarn/foundation/labels.h"
+#include "quarn/foundation/plain.h"
 #include "quarn/foundation/record_builder.h"
 
 #include <string>
@@ -22,19 +22,6 @@
 
 namespace quarn::detail
 {
-
-inline constexpr int kShort = 1; // a SINT cut off to fit
-
-// The kind of parameter that holds a value; a record holds an object of a class.
-template <typename T>
-inline constexpr int kKindOf = std::is_same_v<T, bool>                 ? KIND_BOOL
-                               : std::is_same_v<T, std::string>        ? KIND_DATA
-                               : std::is_same_v<T, unsigned>           ? KIND_UINT
-                               : std::is_same_v<T, unsigned long long> ? KIND_UINT64
-                               : std::is_same_v<T, int>                ? KIND_SINT
-                               : std::is_same_v<T, short>              ? kShort
-                               : std::is_same_v<T, long long>          ? KIND_SINT64
-                                                                       : KIND_RECORD;
 
 // How a field differs from the plain case, any of them together.
 enum eRULE : unsigned {

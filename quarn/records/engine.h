@@ -1,0 +1,527 @@
+// How the record classes read, write and copy, told once. Each class is described by a constant: a
+// structure by its table of rows, a list by its shape and its element's class, a choice by itself
+// (choices.h). Objects are a void* to their core here. All but
+// what is noexcept may throw; Engine, through which hosts come in, catches (engine.cpp). No host
+// needs these files.
+#ifndef QUARN_RECORDS_ENGINE_H
+#define QUARN_RECORDS_ENGINE_H
+
+#include "quarn/foundation/limits.h"
+#include "quarn/foundation/trace.h"
+#include "quarn/records/envelope.h"
+
+#include <array>
+
+namespace quarn::detail
+{
+
+// What an object is read from: a record, and how many lists stand around it.
+struct Source : RecordReader<> {
+    explicit Source(unsigned depth) : uiDepth(depth) {}
+    Source(const vorn::cRecord& rec, unsigned depth) : RecordReader(rec), uiDepth(depth) {}
+
+    unsigned uiDepth;
+};
+
+// Where a structure looks for its fields in the record that it is given.
+enum class eFIELDS {
+    DIRECT,  // in that very record
+    EITHER,  // in the record under the structure's label, or else in that very record
+    ENCLOSED // in the record under the structure's label
+};
+
+inline constexpr vorn::eLEVEL kUntraced = vorn::eLEVEL(0);
+
+struct Shape {
+    const char* pcClass; // as trace lines name it
+    Label own;           // of its parameter in the record around it
+    eFIELDS where = eFIELDS::ENCLOSED;
+    vorn::eLEVEL missingLevel = kError; // of the line on no record under the label; 0: no line
+    bool bCopiedWhenValid = false;      // operator= takes over valid objects only, others clear
+    bool bWrittenWhenValid = false;     // ToRecord writes a valid object only
+};
+
+class Class
+{
+public:
+    constexpr explicit Class(const Shape& given) : shape(given) {}
+
+    virtual void Clear(void* object) const noexcept = 0;
+    virtual bool IsValid(const void* object) const noexcept = 0;
+    // Fills a cleared object from the parameter that stands under its label in the record around
+    // it, or null; returns whether it is valid.
+    virtual bool ReadFrom(void* object, const vorn::cRecordPar* par, Source& around) const = 0;
+    // Fills the open record with what stands under the object's label; false when nothing is to.
+    virtual bool WriteInto(const void* object, RecordBuilder& to) const = 0;
+    // Appends the object under a label, as a whole or not at all.
+    virtual bool Write(const void* object, RecordBuilder& to, const Label& label) const
+    {
+        to.Open();
+        const bool written = WriteInto(object, to);
+        if (written)
+            to.AppendRecordPar(label, to.Close(), 0);
+        else
+            to.Drop();
+        return written;
+    }
+    virtual bool WriteTo(vorn::cRecord& target, const void* object, const char* label) const
+    {
+        RecordBuilder to;
+        to.Open();
+        const bool written = WriteInto(object, to);
+        if (written)
+            target.AppendRecordPar(label, to.Get(to.Close()), 0);
+        return written;
+    }
+    // The same inside a record of its own, which is empty if the object is not written.
+    void WriteNested(const void* object, RecordBuilder& to, const Label& label) const
+    {
+        to.Open();
+        Write(object, to, shape.own);
+        to.AppendRecordPar(label, to.Close(), 0);
+    }
+    void WriteNested(const void* object, vorn::cRecord& target, const Label& label) const
+    {
+        vorn::cRecord nested;
+        WriteTo(nested, object, shape.own);
+        target.AppendRecordPar(label, nested, 0);
+    }
+    // Makes the object what another one is; and takes from it what operator= does not take over.
+    virtual void Copy(void* to, const void* from) const = 0;
+    virtual void Settle(void*) const noexcept {}
+
+    bool Read(void* object, Source& around) const
+    {
+        const bool isDirect = shape.where == eFIELDS::DIRECT;
+        return ReadFrom(object, isDirect ? nullptr : around.Find(shape.own), around);
+    }
+    void Assign(void* to, const void* from) const
+    {
+        if (shape.bCopiedWhenValid && !IsValid(from))
+            Clear(to);
+        else
+            Copy(to, from);
+        Settle(to);
+    }
+
+    Shape shape;
+
+protected:
+    ~Class() = default;
+
+    void TraceMissing() const noexcept
+    {
+        if (shape.missingLevel != kUntraced)
+            Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", shape.pcClass);
+    }
+    bool RefuseToWrite() const noexcept
+    {
+        Trace(LibQuarn, kError, "%s::ToRecord: class invalid", shape.pcClass);
+        return false;
+    }
+};
+
+// The classes by their numbers.
+extern const std::array<const Class*, CLASS_COUNT> kClasses;
+
+template <typename T>
+const Class& ClassOf() noexcept
+{
+    return *kClasses[T::kNumber];
+}
+
+template <typename T>
+T& ValueIn(Cell& cell)
+{
+    return static_cast<Holder<T>&>(cell).value;
+}
+
+// Does something with a plain value, as what it is.
+template <typename Do>
+void WithPlain(int kind, Cell& cell, Do run)
+{
+    switch (kind) {
+    case KIND_BOOL:
+        return run(ValueIn<bool>(cell));
+    case KIND_SINT:
+        return run(ValueIn<int>(cell));
+    case kShort:
+        return run(ValueIn<short>(cell));
+    case KIND_UINT:
+        return run(ValueIn<unsigned>(cell));
+    case KIND_SINT64:
+        return run(ValueIn<long long>(cell));
+    case KIND_UINT64:
+        return run(ValueIn<unsigned long long>(cell));
+    case KIND_DATA:
+        return run(ValueIn<std::string>(cell));
+    default:
+        return;
+    }
+}
+
+// A row's field in an object, whose place the cell is.
+struct Slot {
+    const Row& row;
+    Cell& cell;
+
+    void* Object() const { return reinterpret_cast<char*>(&cell) + row.uiBehind; }
+    const Class& Type() const { return *kClasses[row.uiClass]; }
+    // Takes over what par, or null, holds of the field; whether it is present then.
+    bool Read(const vorn::cRecordPar* par, Source& around) const
+    {
+        const bool isOfKind = par != nullptr && par->GetType(1) == row.iParKind && !par->IsEmpty();
+        if (row.iKind != KIND_RECORD) {
+            if (isOfKind)
+                WithPlain(row.iKind, cell, [par](auto& v) { Get(*par, v); });
+            return isOfKind;
+        }
+        if ((row.uiRules & (RULE_IF_RECORD | RULE_AS_RECORD)) != 0 && !isOfKind)
+            return false;
+        return Type().ReadFrom(Object(), par, around) || (row.uiRules & RULE_AS_RECORD) != 0;
+    }
+    void Write(RecordBuilder& to) const
+    {
+        if (row.iKind == KIND_RECORD)
+            Type().Write(Object(), to, row.label);
+        else
+            WithPlain(row.iKind, cell,
+                      [&to, &label = row.label](const auto& v) { Append(to, label, v); });
+    }
+    void Copy(const Slot& from) const
+    {
+        cell.bPresent = from.cell.bPresent;
+        if (row.iKind == KIND_RECORD)
+            Type().Copy(Object(), from.Object());
+        else
+            WithPlain(row.iKind, cell,
+                      [&](auto& v) { v = ValueIn<std::decay_t<decltype(v)>>(from.cell); });
+    }
+    void Clear() const
+    {
+        cell.bPresent = false;
+        if (row.iKind == KIND_RECORD)
+            Type().Clear(Object());
+        else
+            WithPlain(row.iKind, cell, [](auto& v) { v = {}; });
+    }
+};
+
+struct Table {
+    const Row* pRows;
+    std::size_t uiCount;
+    void (*pLocate)(void* object, Cell** cells);
+};
+
+class StructureClass : public Class
+{
+public:
+    static constexpr std::size_t kMaxRows = 23;
+
+    constexpr StructureClass(const Shape& given, const Table& rows) : Class(given), table(rows)
+    {
+        for (std::size_t i = 0; i < rows.uiCount; ++i) {
+            uiRequired |= (rows.pRows[i].uiRules & RULE_REQUIRED) != 0 ? 1U << i : 0;
+            uiOneOf |= (rows.pRows[i].uiRules & RULE_ONE_OF) != 0 ? 1U << i : 0;
+        }
+    }
+
+    void Clear(void* object) const noexcept final
+    {
+        const Slots slots(table, object);
+        for (std::size_t i = 0; i < table.uiCount; ++i)
+            slots[i].Clear();
+    }
+    bool IsValid(const void* object) const noexcept override
+    {
+        return IsComplete(Present(Slots(table, object)));
+    }
+    bool ReadFrom(void* object, const vorn::cRecordPar* par, Source& around) const override
+    {
+        Source inside(around.uiDepth);
+        if (inside.Open(par))
+            return ReadRows(object, inside);
+        if (shape.where != eFIELDS::ENCLOSED)
+            return ReadRows(object, around);
+        TraceMissing();
+        return false;
+    }
+    bool WriteInto(const void* object, RecordBuilder& to) const override
+    {
+        const Slots slots(table, object);
+        std::uint32_t present = Present(slots);
+        if (shape.bWrittenWhenValid && !IsComplete(present))
+            return RefuseToWrite();
+        to.Expect(table.uiCount);
+        for (std::size_t i = 0; present != 0; ++i, present >>= 1U) {
+            if ((present & 1U) != 0)
+                slots[i].Write(to);
+        }
+        return true;
+    }
+    void Copy(void* to, const void* from) const final
+    {
+        const Slots target(table, to), source(table, from);
+        for (std::size_t i = 0; i < table.uiCount; ++i)
+            target[i].Copy(source[i]);
+    }
+    // Copies the fields that the other structure has under the same label.
+    void CopyShared(void* to, const StructureClass& other, const void* from) const
+    {
+        const Slots target(table, to), source(other.table, from);
+        for (std::size_t i = 0; i < table.uiCount; ++i) {
+            for (std::size_t j = 0; j < other.table.uiCount; ++j) {
+                if (std::strcmp(target[i].row.label, source[j].row.label) == 0)
+                    target[i].Copy(source[j]);
+            }
+        }
+    }
+
+private:
+    // The fields of an object.
+    struct Slots {
+        Slots(const Table& rows, const void* object) : pRows(rows.pRows)
+        {
+            rows.pLocate(const_cast<void*>(object), apCells);
+        }
+        Slot operator[](std::size_t i) const { return {pRows[i], *apCells[i]}; }
+
+        const Row* pRows;
+        Cell* apCells[kMaxRows];
+    };
+
+    // Of the rows, a bit for each, that are present.
+    std::uint32_t Present(const Slots& slots) const noexcept
+    {
+        std::uint32_t present = 0;
+        for (std::size_t i = 0; i < table.uiCount; ++i)
+            present |= std::uint32_t{slots.apCells[i]->bPresent} << i;
+        return present;
+    }
+    bool IsComplete(std::uint32_t present) const noexcept
+    {
+        return (present & uiRequired) == uiRequired && (uiOneOf == 0 || (present & uiOneOf) != 0);
+    }
+    bool ReadRows(void* object, Source& from) const
+    {
+        const Slots slots(table, object);
+        std::uint32_t present = 0;
+        for (std::size_t i = 0; i < table.uiCount; ++i) {
+            const Row& row = table.pRows[i];
+            const vorn::cRecordPar* par = from.Find(row.label, row.uiSize);
+            if (row.pcSecond != nullptr && (par == nullptr || par->GetType(1) != row.iParKind))
+                par = from.Find(row.pcSecond);
+            bool isPresent = slots[i].Read(par, from) || (row.uiRules & RULE_OR_EMPTY) != 0;
+            present |= std::uint32_t{isPresent} << i;
+            if ((row.uiRules & RULE_TOGETHER) != 0 && (present >> (i - 2)) != 0) {
+                present |= 7U << (i - 2);
+                slots.apCells[i - 2]->bPresent = slots.apCells[i - 1]->bPresent = isPresent = true;
+            }
+            slots.apCells[i]->bPresent = isPresent;
+        }
+        return IsComplete(present);
+    }
+
+    Table table;
+    std::uint32_t uiRequired = 0; // a bit for each row
+    std::uint32_t uiOneOf = 0;
+};
+
+// A time of another type than 3 is written and assigned without offsets.
+class TimeClass final : public StructureClass
+{
+public:
+    using StructureClass::StructureClass;
+
+    bool IsValid(const void* time) const noexcept override
+    {
+        const auto& fields = *static_cast<const TimeFields*>(time);
+        unsigned type = 0;
+        return StructureClass::IsValid(time) && fields.Type::Get(type) &&
+               (type <= 2 || (type == 3 && fields.HasOffsets()));
+    }
+    bool ReadFrom(void* time, const vorn::cRecordPar* par, Source& around) const override
+    {
+        return StructureClass::ReadFrom(time, par, around) && IsValid(time);
+    }
+    bool WriteInto(const void* time, RecordBuilder& to) const override
+    {
+        if (!IsValid(time))
+            return RefuseToWrite();
+        TimeFields written = *static_cast<const TimeFields*>(time);
+        Settle(&written);
+        return StructureClass::WriteInto(&written, to);
+    }
+    void Settle(void* time) const noexcept override
+    {
+        auto& fields = *static_cast<TimeFields*>(time);
+        unsigned type = 0;
+        if (fields.Type::Get(type) && type != 3)
+            fields.LocOffset::bPresent = fields.SeaOffset::bPresent = false;
+    }
+};
+
+// A list type of another type than 1 is assigned without its time.
+class ListTypeClass final : public StructureClass
+{
+public:
+    using StructureClass::StructureClass;
+
+    void Settle(void* listType) const noexcept override
+    {
+        auto& fields = *static_cast<ListTypeFields*>(listType);
+        unsigned type = 0;
+        if (fields.GetType(type) && type != 1)
+            fields.Time::bPresent = false;
+    }
+};
+
+struct ListTexts {
+    Label element;              // of each element in the list's record
+    const char* pcEmptyName;    // what the line on an empty list record names
+    const char* pcElementFault; // the line on a parameter that is no element
+    bool bWrapped = false;      // an element's own record is written inside another of that label
+    bool bStepsByLabel = false; // parameters of other labels are passed over without a line
+    const char* pcInvalid = "class invalid/no entries"; // the line on writing an empty list
+    vorn::eLEVEL invalidLevel = kError;                 // and its level
+};
+
+// The elements of a list.
+struct Elements {
+    void* pFirst;
+    std::size_t uiCount;
+};
+struct Storage {
+    static constexpr std::size_t kSame = std::size_t(-1);
+
+    bool bObjects;      // of a class; otherwise UINT64
+    unsigned uiClass;   // its number
+    std::size_t uiSize; // of an element
+    Elements (*pResize)(void* list, std::size_t count);
+};
+
+struct TooDeep : std::exception {
+    const char* what() const noexcept override { return "trees nested too deep"; }
+};
+
+class ListClass final : public Class
+{
+public:
+    constexpr ListClass(const Shape& given, const ListTexts& list, const Storage& elements)
+        : Class(given), texts(list), storage(elements)
+    {
+    }
+
+    void Clear(void* list) const noexcept override { storage.pResize(list, 0); }
+    bool IsValid(const void* list) const noexcept override { return Of(list).uiCount > 0; }
+    bool ReadFrom(void* list, const vorn::cRecordPar* par, Source& around) const override
+    {
+        RecordReader<> record;
+        if (!record.Open(par)) {
+            TraceMissing();
+            return false;
+        }
+        const char* const label = texts.element;
+        const int count = record.Count(label);
+        if (count < 1) {
+            Trace(LibQuarn, kError, "%s: Record %s is empty", shape.pcClass, texts.pcEmptyName);
+            return false;
+        }
+        const unsigned depth = around.uiDepth + 1;
+        if (depth >= SML_MAX_TREE_DEPTH)
+            throw TooDeep();
+        const Elements room = storage.pResize(list, static_cast<std::size_t>(count));
+        std::size_t taken = 0;
+        const char* const next = texts.bStepsByLabel ? label : nullptr;
+        record.VisitElements(label, next, [&](const vorn::cRecordPar& element) {
+            if (ReadElement(At(room, taken), element, depth))
+                ++taken;
+            else
+                Trace(LibQuarn, kError, "%s: %s", shape.pcClass, texts.pcElementFault);
+            return taken < room.uiCount;
+        });
+        storage.pResize(list, taken);
+        return taken > 0;
+    }
+    bool WriteInto(const void* list, RecordBuilder& to) const override
+    {
+        const Elements elements = Of(list);
+        if (elements.uiCount == 0) {
+            Trace(LibQuarn, texts.invalidLevel, "%s::ToRecord: %s", shape.pcClass, texts.pcInvalid);
+            return false;
+        }
+        to.Expect(elements.uiCount);
+        for (std::size_t i = 0; i < elements.uiCount; ++i) {
+            if (!storage.bObjects)
+                Append(to, texts.element, Number(At(elements, i)));
+            else if (texts.bWrapped)
+                Type().WriteNested(At(elements, i), to, texts.element);
+            else
+                Type().Write(At(elements, i), to, texts.element);
+        }
+        return true;
+    }
+    void Copy(void* to, const void* from) const override
+    {
+        const Elements source = Of(from), target = storage.pResize(to, source.uiCount);
+        for (std::size_t i = 0; i < source.uiCount; ++i) {
+            if (storage.bObjects)
+                Type().Copy(At(target, i), At(source, i));
+            else
+                Number(At(target, i)) = Number(At(source, i));
+        }
+    }
+    // Appends a copy.
+    void Add(void* list, const void* element) const
+    {
+        const std::size_t count = Of(list).uiCount;
+        void* const added = At(storage.pResize(list, count + 1), count);
+        if (storage.bObjects)
+            Type().Assign(added, element);
+        else
+            Number(added) = *static_cast<const unsigned long long*>(element);
+    }
+    // Forgets the elements behind the first count ones.
+    void Shorten(void* list, std::size_t count) const noexcept
+    {
+        if (count < Of(list).uiCount)
+            storage.pResize(list, count);
+    }
+    Elements Of(const void* list) const
+    {
+        return storage.pResize(const_cast<void*>(list), Storage::kSame);
+    }
+
+private:
+    const Class& Type() const { return *kClasses[storage.uiClass]; }
+    void* At(const Elements& elements, std::size_t i) const
+    {
+        return static_cast<char*>(elements.pFirst) + i * storage.uiSize;
+    }
+    static unsigned long long& Number(void* element)
+    {
+        return *static_cast<unsigned long long*>(element);
+    }
+    bool ReadElement(void* element, const vorn::cRecordPar& par, unsigned depth) const
+    {
+        if (!storage.bObjects) {
+            const bool isElement = IsOfKind(par, KIND_UINT64);
+            if (isElement)
+                Get(par, Number(element));
+            return isElement;
+        }
+        Source inside(depth);
+        if (!inside.Open(&par))
+            return false;
+        if (!Type().Read(element, inside))
+            Type().Clear(element);
+        return true;
+    }
+
+    ListTexts texts;
+    Storage storage;
+};
+
+} // namespace quarn::detail
+
+#endif
