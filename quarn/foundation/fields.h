@@ -72,7 +72,8 @@ bool HasName(const Par& par, const char* label, std::size_t size)
         std::memcpy(&other, label + at, sizeof other);
         return word == other;
     };
-    constexpr std::size_t half = sizeof(std::uint32_t), whole = sizeof(std::uint64_t);
+    constexpr std::size_t half = sizeof(std::uint32_t);
+    constexpr std::size_t whole = sizeof(std::uint64_t);
     if (!equal(std::uint32_t(), 0))
         return false;
     if (size <= whole)

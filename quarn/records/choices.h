@@ -121,7 +121,8 @@ public:
     bool ReadFrom(void* value, const vorn::cRecordPar* par, Source& around) const override
     {
         auto& to = Of(value).content;
-        Source inside(around.uiDepth), nested(around.uiDepth);
+        Source inside(around.uiDepth);
+        Source nested(around.uiDepth);
         if (!inside.Open(par)) {
             TraceMissing();
             return false;

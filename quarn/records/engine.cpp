@@ -2,6 +2,8 @@
 // the library's door for all of them; and the one conversion from a class to another.
 #include "quarn/records/choices.h"
 
+#include <tuple>
+
 using namespace quarn::detail;
 
 // How a description gets at what a class declares.

@@ -1,8 +1,7 @@
 // How the record classes read, write and copy, told once. Each class is described by a constant: a
 // structure by its table of rows, a list by its shape and its element's class, a choice by itself
-// (choices.h). Objects are a void* to their core here. All but
-// what is noexcept may throw; Engine, through which hosts come in, catches (engine.cpp). No host
-// needs these files.
+// (choices.h). Objects are a void* to their core here. All but what is noexcept may throw; Engine,
+// through which hosts come in, catches (engine.cpp). No host needs these files.
 #ifndef QUARN_RECORDS_ENGINE_H
 #define QUARN_RECORDS_ENGINE_H
 
@@ -261,14 +260,16 @@ public:
     }
     void Copy(void* to, const void* from) const final
     {
-        const Slots target(table, to), source(table, from);
+        const Slots target(table, to);
+        const Slots source(table, from);
         for (std::size_t i = 0; i < table.uiCount; ++i)
             target[i].Copy(source[i]);
     }
     // Copies the fields that the other structure has under the same label.
     void CopyShared(void* to, const StructureClass& other, const void* from) const
     {
-        const Slots target(table, to), source(other.table, from);
+        const Slots target(table, to);
+        const Slots source(other.table, from);
         for (std::size_t i = 0; i < table.uiCount; ++i) {
             for (std::size_t j = 0; j < other.table.uiCount; ++j) {
                 if (std::strcmp(target[i].row.label, source[j].row.label) == 0)
@@ -295,7 +296,7 @@ private:
     {
         std::uint32_t present = 0;
         for (std::size_t i = 0; i < table.uiCount; ++i)
-            present |= std::uint32_t{slots.apCells[i]->bPresent} << i;
+            present |= (slots.apCells[i]->bPresent ? 1U : 0U) << i;
         return present;
     }
     bool IsComplete(std::uint32_t present) const noexcept
@@ -312,7 +313,7 @@ private:
             if (row.pcSecond != nullptr && (par == nullptr || par->GetType(1) != row.iParKind))
                 par = from.Find(row.pcSecond);
             bool isPresent = slots[i].Read(par, from) || (row.uiRules & RULE_OR_EMPTY) != 0;
-            present |= std::uint32_t{isPresent} << i;
+            present |= (isPresent ? 1U : 0U) << i;
             if ((row.uiRules & RULE_TOGETHER) != 0 && (present >> (i - 2)) != 0) {
                 present |= 7U << (i - 2);
                 slots.apCells[i - 2]->bPresent = slots.apCells[i - 1]->bPresent = isPresent = true;
@@ -463,7 +464,8 @@ public:
     }
     void Copy(void* to, const void* from) const override
     {
-        const Elements source = Of(from), target = storage.pResize(to, source.uiCount);
+        const Elements source = Of(from);
+        const Elements target = storage.pResize(to, source.uiCount);
         for (std::size_t i = 0; i < source.uiCount; ++i) {
             if (storage.bObjects)
                 Type().Copy(At(target, i), At(source, i));

@@ -19,20 +19,18 @@ public:
     bool GetParValue(cSmlListEntry& v) const noexcept { return GetAlternative(content, v); }
 
 protected:
-    template <typename T>
-    void Take(const T& v) noexcept
-    {
-        T taken;
-        const bool done = v.IsValid() && TryAssign(taken, v);
-        content = {};
-        if (done)
-            content.template emplace<T>(std::move(taken));
-    }
-
     // In the order of the types 1 to 5: the index is the type.
     std::variant<std::monostate, cSmlValue, cSmlPeriodEntry, cSmlTupelEntry, cSmlTime,
                  cSmlListEntry>
         content;
+
+    template <typename T>
+    void Take(const T& v) noexcept
+    {
+        decltype(content) taken(std::in_place_type<T>);
+        const bool done = v.IsValid() && TryAssign(*std::get_if<T>(&taken), v);
+        content = done ? std::move(taken) : decltype(content)();
+    }
 
     friend class ProcParValueClass;
     template <class Core>
