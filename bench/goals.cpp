@@ -57,6 +57,7 @@ const Ratio kRatios[] = {
     {"per entry: 10,000 / 100", "ParseEntries/10000", {"ParseEntries/100"}, 1.2, 100},
     {"per byte, packets: 10 MB / 1 MB", "ParsePackets/10", {"ParsePackets/1"}, 1.2, 10},
     {"per message: 10,000 / 1,000", "ParseMessages/10000", {"ParseMessages/1000"}, 1.2, 10},
+    {"per message kept: 10,000 / 1,000", "KeepMessages/10000", {"KeepMessages/1000"}, 0, 10},
 };
 
 double TimeOf(const Times& times, const char* name, const char* entries)

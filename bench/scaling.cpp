@@ -5,6 +5,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -61,13 +63,41 @@ void ParsePackets(benchmark::State& state)
 }
 BENCHMARK(ParsePackets)->Arg(1)->Arg(10);
 
-void ParseMessages(benchmark::State& state)
+std::string FileOf(std::int64_t messages)
 {
     std::string file = test::OpenRes();
-    for (std::int64_t i = 0; i < state.range(0); ++i)
+    for (std::int64_t i = 0; i < messages; ++i)
         file += ListMessage(6);
-    ParseOrSkip(state, file + test::CloseRes(), static_cast<int>(state.range(0)) + 2);
+    return file + test::CloseRes();
+}
+
+// In pieces as a channel delivers them, each one's records gone before the next.
+void ParseMessages(benchmark::State& state)
+{
+    constexpr std::size_t size = 4096;
+    const std::string file = FileOf(state.range(0));
+    std::vector<vorn::cRecord> pieces;
+    for (std::size_t i = 0; i < file.size(); i += size)
+        pieces.push_back(bench::Piece(i == 0 ? unsigned{BUF_FLAG_FIRST} : 0U, &file[i],
+                                      std::min(size, file.size() - i)));
+    cSMLP parser(1);
+    for (auto _ : state) {
+        int count = 0;
+        for (vorn::cRecord& piece : pieces) {
+            Records records;
+            parser.SmlParser(piece, records, count);
+        }
+        if (count != static_cast<int>(state.range(0)) + 2)
+            state.SkipWithError("not parsed");
+    }
 }
 BENCHMARK(ParseMessages)->Arg(1000)->Arg(10000);
+
+// In one piece, all records kept: what this adds is the price of fresh memory.
+void KeepMessages(benchmark::State& state)
+{
+    ParseOrSkip(state, FileOf(state.range(0)), static_cast<int>(state.range(0)) + 2);
+}
+BENCHMARK(KeepMessages)->Arg(1000)->Arg(10000);
 
 } // namespace

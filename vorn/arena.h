@@ -41,6 +41,15 @@ public:
         pcNext = static_cast<char*>(unused);
     }
 
+    // Forgets what lies in it, when nobody but the caller holds a reference: the memory is then to
+    // be taken again. False when somebody does.
+    bool Reuse() noexcept;
+    // It is small enough to be kept for that.
+    bool IsWorthKeeping() const noexcept
+    {
+        return pLast == nullptr || (pLast->pBefore == nullptr && pLast->uiSize <= kMostKept);
+    }
+
     void AddRef() noexcept { uiRefs.fetch_add(1, std::memory_order_relaxed); }
     void DropRef() noexcept
     {
@@ -53,13 +62,17 @@ private:
     static constexpr std::size_t kAlign = 8;
     static constexpr std::size_t kFirstChunk = 2048;
     static constexpr std::size_t kMostGrowth = std::size_t{64} * 1024;
+    static constexpr std::size_t kMostKept = 4 * kFirstChunk; // in a second chunk
 
     struct alignas(kAlign) Chunk {
         Chunk* pBefore;
+        std::size_t uiSize;
     };
 
     Arena() noexcept = default;
+    void Begin() noexcept;
     void MakeRoom(std::size_t bytes);
+    void FreeChunks() noexcept;
     void Free() noexcept;
 
     std::atomic<std::uint32_t> uiRefs{1};
@@ -67,6 +80,7 @@ private:
     char* pcNext = nullptr;
     std::size_t uiLeft = 0;
     std::size_t uiNextChunk = 2 * kFirstChunk;
+    Chunk* pSpare = nullptr; // a second chunk that is not in use again yet
 };
 
 // Bytes that several buffers share, behind this head.

@@ -29,15 +29,33 @@ std::size_t Capacity(std::size_t count, std::size_t expected) noexcept
     return expected > count ? std::min(grown, expected) : grown;
 }
 
+void DropRef(Arena* arena) noexcept
+{
+    if (arena != nullptr)
+        arena->DropRef();
+}
+
 } // namespace
 
-cRecordBuilder::~cRecordBuilder() { Create(); }
+cRecordBuilder::~cRecordBuilder()
+{
+    DropRef(pArena);
+    for (Arena* const kept : apKept)
+        DropRef(kept);
+}
 
 void cRecordBuilder::Create() noexcept
 {
     aLevels.clear();
-    if (pArena != nullptr)
-        std::exchange(pArena, nullptr)->DropRef();
+    Arena* const done = std::exchange(pArena, nullptr);
+    if (done == nullptr)
+        return;
+    if (!done->IsWorthKeeping()) {
+        done->DropRef();
+        return;
+    }
+    DropRef(std::exchange(apKept[uiOldest], done));
+    uiOldest = (uiOldest + 1) % kKeptArenas;
 }
 
 void cRecordBuilder::Grow(Level& level)
@@ -57,30 +75,23 @@ void cRecordBuilder::Grow(Level& level)
 
 Arena& cRecordBuilder::TheArena()
 {
-    if (pArena == nullptr)
+    if (pArena != nullptr)
+        return *pArena;
+    Arena*& oldest = apKept[uiOldest];
+    if (oldest != nullptr && oldest->Reuse())
+        pArena = std::exchange(oldest, nullptr);
+    else
         pArena = Arena::New();
     return *pArena;
 }
 
-void cRecordBuilder::AppendDataPar(const cParName& name, const void* p, int size, int)
+void cRecordBuilder::AppendBlock(const cParName& name, const void* p, std::size_t bytes)
 {
-    const std::size_t bytes = p != nullptr && size > 0 ? static_cast<std::size_t>(size) : 0;
-    if (bytes <= cMemBuffer::kInPlace) {
-        Append(name, p, bytes);
-        return;
-    }
     Arena& arena = TheArena();
     auto* const block = new (arena.Take(sizeof(Block) + bytes)) Block;
     block->pArena = &arena;
     std::memcpy(block->Bytes(), p, bytes);
     Append(name, block, bytes);
-}
-
-void cRecordBuilder::AppendRecordPar(const cParName& name, cPart part, int)
-{
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &part.pNode, sizeof part.pNode);
-    Append(name, TYPE_RECORD, bits);
 }
 
 cRecordBuilder::cPart cRecordBuilder::Close() noexcept

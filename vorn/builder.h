@@ -17,12 +17,15 @@
 //   builder.Create();
 //
 // Threads: one builder, one thread at a time; its records go anywhere. Memory: an operation that
-// finds none throws std::bad_alloc; then Create() is all that may follow.
+// finds none throws std::bad_alloc; then Create() is all that may follow. Of small trees that were
+// dropped since, a builder takes the memory again for the next ones: it holds on to the last three,
+// at most 10 KiB each, until it is destroyed.
 #ifndef VORN_BUILDER_H
 #define VORN_BUILDER_H
 
 #include "vorn/record.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -77,8 +80,20 @@ public:
     {
         Append(name, TYPE_BOOL, std::uint64_t{v ? 1U : 0U});
     }
-    void AppendDataPar(const cParName& name, const void* p, int size, int);
-    void AppendRecordPar(const cParName& name, cPart part, int);
+    void AppendDataPar(const cParName& name, const void* p, int size, int)
+    {
+        const std::size_t bytes = p != nullptr && size > 0 ? static_cast<std::size_t>(size) : 0;
+        if (bytes <= cMemBuffer::kInPlace)
+            Append(name, p, bytes);
+        else
+            AppendBlock(name, p, bytes);
+    }
+    void AppendRecordPar(const cParName& name, cPart part, int)
+    {
+        std::uint64_t bits = 0;
+        std::memcpy(&bits, &part.pNode, sizeof part.pNode);
+        Append(name, TYPE_RECORD, bits);
+    }
 
     // Ends the innermost record. REQUIRES: there is one.
     cPart Close() noexcept;
@@ -114,12 +129,18 @@ private:
         new (level.pNext) cRecordPar(name, value..., position);
         ++level.pNext;
     }
+    void AppendBlock(const cParName& name, const void* p, std::size_t bytes);
     void Grow(Level& level);
     detail::Arena& TheArena();
+
+    static constexpr std::size_t kKeptArenas = 3;
 
     // All parameters lie in the arena, and count no references to what lies there.
     std::vector<Level> aLevels;
     detail::Arena* pArena = nullptr;
+    // The arenas of the last trees, in turn: to be used again when only the builder refers to them.
+    std::array<detail::Arena*, kKeptArenas> apKept{};
+    std::size_t uiOldest = 0;
 };
 
 } // namespace vorn

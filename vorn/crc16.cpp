@@ -55,24 +55,34 @@ inline unsigned Shift(unsigned crc, unsigned char b)
     return (crc >> 8) ^ kTables[0][(crc ^ b) & 0xFFU];
 }
 
-// The changes for the bytes of a step behind the first two: they do not wait for the register.
+// The register behind sizeof...(I) + 2 bytes. Only the first two look-ups wait for the register.
 template <std::size_t... I>
-unsigned Changes(const unsigned char* p, std::index_sequence<I...>)
+inline unsigned Step(const unsigned char* p, unsigned reg, std::index_sequence<I...>)
 {
-    return (unsigned{kTables[kStep - 3 - I][p[I + 2]]} ^ ...);
+    constexpr std::size_t last = sizeof...(I) + 1;
+    const unsigned rest = (unsigned{kTables[last - 2 - I][p[I + 2]]} ^ ... ^ 0U);
+    return (kTables[last][(reg ^ p[0]) & 0xFFU] ^ kTables[last - 1][((reg >> 8) ^ p[1]) & 0xFFU]) ^
+           rest;
+}
+
+// A step of that many bytes, when left has that bit.
+template <std::size_t Bytes>
+inline void StepIf(std::size_t left, const unsigned char*& p, unsigned& reg)
+{
+    if ((left & Bytes) == 0)
+        return;
+    reg = Step(p, reg, std::make_index_sequence<Bytes - 2>());
+    p += Bytes;
 }
 
 unsigned ByTables(const unsigned char* p, std::size_t left, unsigned reg)
 {
-    for (; left >= kStep; left -= kStep, p += kStep) {
-        const unsigned rest = Changes(p, std::make_index_sequence<kStep - 2>());
-        reg = (kTables[kStep - 1][(reg ^ p[0]) & 0xFFU] ^
-               kTables[kStep - 2][((reg >> 8) ^ p[1]) & 0xFFU]) ^
-              rest;
-    }
-    for (; left > 0; --left)
-        reg = Shift(reg, *p++);
-    return reg;
+    for (; left >= kStep; left -= kStep, p += kStep)
+        reg = Step(p, reg, std::make_index_sequence<kStep - 2>());
+    StepIf<8>(left, p, reg);
+    StepIf<4>(left, p, reg);
+    StepIf<2>(left, p, reg);
+    return (left & 1) != 0 ? Shift(reg, *p) : reg;
 }
 
 constexpr std::size_t kWindow = 16;        // words that a word is folded over

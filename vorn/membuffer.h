@@ -29,6 +29,10 @@ public:
     };
 
     cMemBuffer() noexcept = default;
+    explicit cMemBuffer(std::uint64_t bits) noexcept : uiSize(sizeof bits)
+    {
+        std::memcpy(acStore, &bits, sizeof bits);
+    }
     // Copies size bytes; above 20 bytes this may throw std::bad_alloc. REQUIRES: size fits 32 bits.
     cMemBuffer(const void* data, std::size_t size) : uiSize(static_cast<std::uint32_t>(size))
     {
@@ -120,7 +124,7 @@ private:
     void AddRef() const noexcept;
     void Release() noexcept;
 
-    alignas(8) char acStore[kInPlace]{}; // the bytes, or the address of the shared block
+    alignas(8) char acStore[kInPlace]; // the bytes, or the address of the shared block
     std::uint32_t uiSize = 0;
 };
 

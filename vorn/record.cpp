@@ -74,18 +74,18 @@ cObject::~cObject() = default;
 
 // ---- cRecordPar
 
-cRecordPar::cRecordPar(const char* name, std::size_t nameSize, eTYPE type, cMemBuffer value)
+cRecordPar::cRecordPar(const char* text, std::size_t nameSize, eTYPE type, cMemBuffer value)
     : buf(std::move(value)), ucNameSize(static_cast<std::uint8_t>(nameSize)),
       ucType(static_cast<std::uint8_t>(type))
 {
     if (nameSize <= kNameInPlace) {
-        std::memcpy(acName, name, nameSize);
+        std::memcpy(name.acText, text, nameSize);
         return;
     }
-    char text[kMaxName + 1];
-    std::memcpy(text, name, nameSize);
-    text[nameSize] = '\0';
-    new (acName) cMemBuffer(text, nameSize + 1);
+    char whole[kMaxName + 1];
+    std::memcpy(whole, text, nameSize);
+    whole[nameSize] = '\0';
+    new (name.acText) cMemBuffer(whole, nameSize + 1);
 }
 
 cRecordPar::cRecordPar(const cRecordPar& other) noexcept : cObject(other) { CopyFrom(other); }
@@ -121,9 +121,9 @@ void cRecordPar::CopyFrom(const cRecordPar& other) noexcept
     ucType = other.ucType;
     uiPosition = other.uiPosition;
     if (HasLongName())
-        new (acName) cMemBuffer(other.LongName());
+        new (name.acText) cMemBuffer(other.LongName());
     else
-        std::memcpy(acName, other.acName, sizeof acName);
+        name = other.name;
     if (Node* const nested = Nested())
         nested->AddRef();
 }
@@ -131,17 +131,17 @@ void cRecordPar::CopyFrom(const cRecordPar& other) noexcept
 void cRecordPar::TakeFrom(cRecordPar& other) noexcept
 {
     buf = std::move(other.buf);
-    std::memcpy(acName, other.acName, sizeof acName); // a long name's reference moves along
+    name = other.name; // a long name's reference moves along
     ucNameSize = std::exchange(other.ucNameSize, std::uint8_t{0});
     ucType = std::exchange(other.ucType, std::uint8_t{TYPE_NONE});
     uiPosition = other.uiPosition;
-    other.acName[0] = '\0';
+    other.name.acText[0] = '\0';
 }
 
 void cRecordPar::DropRefs() noexcept
 {
     if (HasLongName())
-        reinterpret_cast<cMemBuffer*>(acName)->~cMemBuffer();
+        reinterpret_cast<cMemBuffer*>(name.acText)->~cMemBuffer();
     Node::Release(Nested());
     ucNameSize = 0;
     ucType = TYPE_NONE;
@@ -149,12 +149,12 @@ void cRecordPar::DropRefs() noexcept
 
 const cMemBuffer& cRecordPar::LongName() const noexcept
 {
-    return *std::launder(reinterpret_cast<const cMemBuffer*>(acName));
+    return *std::launder(reinterpret_cast<const cMemBuffer*>(name.acText));
 }
 
-bool cRecordPar::HasName(const char* name, std::size_t size) const noexcept
+bool cRecordPar::HasName(const char* text, std::size_t size) const noexcept
 {
-    return size == ucNameSize && std::memcmp(GetName(), name, size) == 0;
+    return size == ucNameSize && std::memcmp(GetName(), text, size) == 0;
 }
 
 bool cRecordPar::GetRecord(cRecord& out) const noexcept

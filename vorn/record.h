@@ -39,6 +39,11 @@ namespace detail
 struct Node;  // node.h
 struct Block; // arena.h
 class Arena;
+
+// What a parameter holds of its name: up to 25 bytes and the 0 behind them, or a cMemBuffer.
+struct NameText {
+    char acText[26];
+};
 } // namespace detail
 
 // What GetType(1) returns. Codes 4 and 7 are not used.
@@ -61,22 +66,22 @@ public:
     template <std::size_t Size>
     constexpr cParName(const char (&text)[Size]) noexcept // NOLINT: stands for its text
     {
-        static_assert(Size <= sizeof(acName), "a name that a parameter holds in place");
+        static_assert(Size <= sizeof(name), "a name that a parameter holds in place");
         while (text[ucSize] != '\0') {
-            acName[ucSize] = text[ucSize];
+            name.acText[ucSize] = text[ucSize];
             ++ucSize;
         }
     }
     constexpr operator const char*() const noexcept
     {
-        return acName;
+        return name.acText;
     } // NOLINT: stands for its text
     constexpr bool IsEmpty() const noexcept { return ucSize == 0; }
 
 private:
     friend class cRecordPar;
 
-    char acName[26]{};
+    detail::NameText name{};
     std::uint8_t ucSize = 0;
 };
 
@@ -103,7 +108,10 @@ public:
         (void)reserved;
         return ucType;
     }
-    const char* GetName() const noexcept { return HasLongName() ? LongName().GetData() : acName; }
+    const char* GetName() const noexcept
+    {
+        return HasLongName() ? LongName().GetData() : name.acText;
+    }
 
     // The value, as it was appended. On another integer kind or a boolean: the same value converted
     // as C converts it. On data, a record or an invalid handle: 0.
@@ -141,44 +149,41 @@ private:
     friend class cRecordBuilder;
     friend struct detail::Node;
 
-    static constexpr std::size_t kNameInPlace = 25;
+    static constexpr std::size_t kNameInPlace = sizeof(detail::NameText::acText) - 1;
 
     struct Uncounted {
     };
 
     cRecordPar(const char* name, std::size_t nameSize, eTYPE type, cMemBuffer value);
     // Of a builder: a scalar or a node's address, data in place, and data in an arena.
-    cRecordPar(const cParName& name, eTYPE type, std::uint64_t bits,
+    cRecordPar(const cParName& par, eTYPE type, std::uint64_t bits, std::uint32_t position) noexcept
+        : buf(bits), name(par.name), ucNameSize(par.ucSize),
+          ucType(static_cast<std::uint8_t>(type)), uiPosition(position)
+    {
+    }
+    cRecordPar(const cParName& par, const void* data, std::size_t size,
                std::uint32_t position) noexcept
-        : buf(&bits, sizeof bits), ucNameSize(name.ucSize), ucType(static_cast<std::uint8_t>(type)),
+        : buf(data, size), name(par.name), ucNameSize(par.ucSize), ucType(TYPE_DATA),
           uiPosition(position)
     {
-        std::memcpy(acName, name.acName, sizeof acName);
     }
-    cRecordPar(const cParName& name, const void* data, std::size_t size,
+    cRecordPar(const cParName& par, detail::Block* block, std::size_t size,
                std::uint32_t position) noexcept
-        : buf(data, size), ucNameSize(name.ucSize), ucType(TYPE_DATA), uiPosition(position)
+        : buf(block, size), name(par.name), ucNameSize(par.ucSize), ucType(TYPE_DATA),
+          uiPosition(position)
     {
-        std::memcpy(acName, name.acName, sizeof acName);
-    }
-    cRecordPar(const cParName& name, detail::Block* block, std::size_t size,
-               std::uint32_t position) noexcept
-        : buf(block, size), ucNameSize(name.ucSize), ucType(TYPE_DATA), uiPosition(position)
-    {
-        std::memcpy(acName, name.acName, sizeof acName);
     }
     // A copy that counts no reference, within an arena. It is never destroyed.
     cRecordPar(const cRecordPar& other, Uncounted) noexcept
-        : cObject(other), buf(other.buf, cMemBuffer::Uncounted()), ucNameSize(other.ucNameSize),
-          ucType(other.ucType), uiPosition(other.uiPosition)
+        : cObject(other), buf(other.buf, cMemBuffer::Uncounted()), name(other.name),
+          ucNameSize(other.ucNameSize), ucType(other.ucType), uiPosition(other.uiPosition)
     {
-        std::memcpy(acName, other.acName, sizeof acName);
     }
     std::uint64_t Scalar() const noexcept;
     detail::Node* Nested() const noexcept; // null unless a record with parameters
     bool HasLongName() const noexcept { return ucNameSize > kNameInPlace; }
     const cMemBuffer& LongName() const noexcept;
-    bool HasName(const char* name, std::size_t size) const noexcept;
+    bool HasName(const char* text, std::size_t size) const noexcept;
     bool Equals(const cRecordPar& other) const;
     bool SameLeaf(const cRecordPar& other) const noexcept; // but for what is nested
     void CopyFrom(const cRecordPar& other) noexcept;       // REQUIRES: this holds no references
@@ -186,7 +191,7 @@ private:
     void DropRefs() noexcept;
 
     cMemBuffer buf; // the bytes, the scalar's 8 bytes, or the nested node's address
-    alignas(cMemBuffer) char acName[kNameInPlace + 1]{}; // a longer name: a cMemBuffer
+    alignas(cMemBuffer) detail::NameText name{};
     std::uint8_t ucNameSize = 0;
     std::uint8_t ucType = TYPE_NONE;
     std::uint32_t uiPosition = 0; // its place in its record, kept by copies

@@ -21,13 +21,11 @@ inline bool Traces(const vorn::cUnit* unit, vorn::eLEVEL level) noexcept
     return unit->iLevel >= level;
 }
 
-// format follows printf and is taken as plain text when no arguments are given. A line for which no
-// memory is left is lost.
+// Out of line, so that the test alone stands where the line is told.
 template <typename... Args>
-void Trace(vorn::cUnit* unit, vorn::eLEVEL level, const char* format, Args... args) noexcept
+[[gnu::cold, gnu::noinline]] void WriteTrace(vorn::cUnit* unit, vorn::eLEVEL level,
+                                             const char* format, Args... args) noexcept
 {
-    if (!Traces(unit, level))
-        return;
     try {
         if constexpr (sizeof...(args) == 0)
             vorn::_Trace(unit, level, format);
@@ -35,6 +33,15 @@ void Trace(vorn::cUnit* unit, vorn::eLEVEL level, const char* format, Args... ar
             vorn::_Trace(unit, level, vorn::FormatString(format, args...));
     } catch (...) {
     }
+}
+
+// format follows printf and is taken as plain text when no arguments are given. A line for which no
+// memory is left is lost.
+template <typename... Args>
+inline void Trace(vorn::cUnit* unit, vorn::eLEVEL level, const char* format, Args... args) noexcept
+{
+    if (Traces(unit, level))
+        WriteTrace(unit, level, format, args...);
 }
 
 // Runs a step that may throw; false, and a trace line, when it did.

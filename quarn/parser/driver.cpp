@@ -44,38 +44,29 @@ void cSMLP::TimeoutEvent() noexcept
     Say(kProgress, "TimerEvent: InterCharacterTo, Id=%d");
 }
 
-int cSMLP::SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& count) noexcept
+inline void cSMLP::StepWait(Records& out, int& count)
 {
-    try {
-        RecordReader fields(in);
-        const vorn::cRecordPar* par = fields.Find<label::SmltFlags>();
-        if (par == nullptr || !IsOfKind(*par, KIND_UINT)) {
-            Say(kError, "SMLT-Flags missing, smlp[%d]");
-            return SMLP_BAD_PARAMETER;
-        }
-        uiSmltFlags = par->GetUInt();
-        par = fields.Find<label::SmlRawData>();
-        if (par == nullptr || !IsOfKind(*par, KIND_DATA)) {
-            Say(kError, "SML-RawData missing, smlp[%d]");
-            return SMLP_BAD_PARAMETER;
-        }
-        pucInData = reinterpret_cast<const unsigned char*>(par->GetData());
-        pucInEnd = pucInData + par->GetSize();
-        pucRun = pucInData;
-        const int result = Drive(out, count);
-        KeepRun(); // what belongs to an unfinished message
-        pucInData = pucInEnd = pucRun = nullptr;
-        return result;
-    } catch (...) { // the framework's only exception: no memory
-        pucInData = pucInEnd = pucRun = nullptr;
-        Reset_MsgAttributes();
-        Reset_FileAttributes();
-        Say(kError, "Out of memory, smlp[%d]");
-        return SMLP_OUT_OF_MEMORY;
+    if (InputLeft() != 0) {
+        Say(kDetail, "WAIT->ACTIVE, smlp[%d]");
+        usParserState = STATE_ACTIVE;
+    } else if ((usEvents & kInterCharacterTimeout) != 0) {
+        OnTimeout(out, count);
     }
+    usEvents &= static_cast<std::uint16_t>(~kInterCharacterTimeout);
 }
 
-int cSMLP::Drive(Records& out, int& count)
+inline int cSMLP::StepActive(Records& out, int& count)
+{
+    usEvents = 0;
+    const int rc = Walk();
+    if (rc != RC_INPUT_EMPTY)
+        return OnStop(rc, out, count);
+    Say(kDetail, "State:WAIT -> Start IC-Timeout, smlp[%d]");
+    usParserState = STATE_WAIT;
+    return kGoOn;
+}
+
+inline int cSMLP::Drive(Records& out, int& count)
 {
     do {
         int result = kGoOn;
@@ -93,6 +84,40 @@ int cSMLP::Drive(Records& out, int& count)
             return result;
     } while (InputLeft() != 0 && usParserState != STATE_WAIT);
     return SMLP_OK;
+}
+
+int cSMLP::SmlParser(vorn::cRecord& in, std::map<int, vorn::cRecord>& out, int& count) noexcept
+{
+    try {
+        RecordReader fields(in);
+        const vorn::cRecordPar* par = fields.Find<label::SmltFlags>();
+        if (par == nullptr || !IsOfKind(*par, KIND_UINT)) {
+            Say(kError, "SMLT-Flags missing, smlp[%d]");
+            return SMLP_BAD_PARAMETER;
+        }
+        uiSmltFlags = par->GetUInt();
+        par = fields.Find<label::SmlRawData>();
+        if (par == nullptr || !IsOfKind(*par, KIND_DATA)) {
+            Say(kError, "SML-RawData missing, smlp[%d]");
+            return SMLP_BAD_PARAMETER;
+        }
+        const auto* const piece = reinterpret_cast<const unsigned char*>(par->GetData());
+        const auto size = static_cast<std::uint32_t>(par->GetSize());
+        if (usParserState == STATE_WAIT && FeedPrimitive(piece, size))
+            return SMLP_OK;
+        pucRun = pucInData = piece;
+        pucInEnd = piece + size;
+        const int result = Drive(out, count);
+        KeepRun(); // what belongs to an unfinished message
+        pucInData = pucInEnd = pucRun = nullptr;
+        return result;
+    } catch (...) { // the framework's only exception: no memory
+        pucInData = pucInEnd = pucRun = nullptr;
+        Reset_MsgAttributes();
+        Reset_FileAttributes();
+        Say(kError, "Out of memory, smlp[%d]");
+        return SMLP_OUT_OF_MEMORY;
+    }
 }
 
 int cSMLP::StepIdle()
@@ -125,17 +150,11 @@ int cSMLP::StepIdle()
     return kGoOn;
 }
 
-int cSMLP::StepActive(Records& out, int& count)
+int cSMLP::OnStop(int rc, Records& out, int& count)
 {
-    usEvents = 0;
-    const int rc = Walk();
     switch (rc) {
     case RC_MESSAGE:
         return OnMessage(out, count);
-    case RC_INPUT_EMPTY:
-        Say(kDetail, "State:WAIT -> Start IC-Timeout, smlp[%d]");
-        usParserState = STATE_WAIT;
-        return kGoOn;
     case RC_STORE_FULL:
     case RC_CHUNK:
         return OnPacket(rc, out, count);
@@ -144,23 +163,17 @@ int cSMLP::StepActive(Records& out, int& count)
     }
 }
 
-void cSMLP::StepWait(Records& out, int& count)
+// Drops the message, or accepts a close message that lacks its last byte alone.
+void cSMLP::OnTimeout(Records& out, int& count)
 {
-    if (InputLeft() != 0) {
-        Say(kDetail, "WAIT->ACTIVE, smlp[%d]");
-        usParserState = STATE_ACTIVE;
-    } else if ((usEvents & kInterCharacterTimeout) != 0) {
-        if (IsCloseMessage(uiMsgIdentifier) && uiDepth == 0 &&
-            aFrames[0].uiIndex == kEndByteIndex) {
-            SmlMsg_Validate();
-            ErrorHandler(RC_MSG_TYPE);
-            ullFileSize += StoreUsed();
-            Emit(out, count);
-        }
-        Reset_MsgAttributes();
-        Say(kDetail, "IC-Timeout: WAIT->IDLE, smlp[%d]");
+    if (IsCloseMessage(uiMsgIdentifier) && uiDepth == 0 && aFrames[0].uiIndex == kEndByteIndex) {
+        SmlMsg_Validate();
+        ErrorHandler(RC_MSG_TYPE);
+        ullFileSize += StoreUsed();
+        Emit(out, count);
     }
-    usEvents &= static_cast<std::uint16_t>(~kInterCharacterTimeout);
+    Reset_MsgAttributes();
+    Say(kDetail, "IC-Timeout: WAIT->IDLE, smlp[%d]");
 }
 
 int cSMLP::OnMessage(Records& out, int& count)

@@ -19,26 +19,36 @@ int cSMLP::Walk()
             if (rc == RC_ABSENT)
                 rc = Leave();
         } else {
-            if (usFieldState == 0 && usCacheState == 0 && !inDetail &&
+            if (InputLeft() >= kLeastTaken && usFieldState == 0 && usCacheState == 0 && !inDetail &&
                 frame.pLayout->pfnTake != nullptr)
                 rc = (this->*frame.pLayout->pfnTake)(frame);
             if (rc == RC_LEFT)
                 rc = ReadField(frame);
-            if (rc == RC_DONE && frame.uiIndex > frame.uiCount) {
+            while (rc == RC_DONE && aFrames[uiDepth].uiIndex > aFrames[uiDepth].uiCount) {
                 if (uiDepth == 0)
                     return RC_MESSAGE;
                 rc = Leave();
             }
         }
-        if (rc == RC_DONE || rc == RC_ENTERED)
+        if (rc == RC_DONE || rc == RC_ENTERED) {
+            if (InputLeft() == 0 && IsStuck())
+                return RC_INPUT_EMPTY;
             continue;
+        }
         if (frame.pLayout->pfnFailed != nullptr)
             (this->*frame.pLayout->pfnFailed)(rc);
         return rc;
     }
 }
 
-int cSMLP::ReadField(Frame& frame)
+// Without input nothing would come of another step but to run out of it: the next field is one of a
+// table whose readers all want a byte first, and that byte has room.
+bool cSMLP::IsStuck() const noexcept
+{
+    return StoreFree() >= kLeastTaken && aFrames[uiDepth].pLayout->pfnTake != nullptr;
+}
+
+inline int cSMLP::ReadField(Frame& frame)
 {
     if (frame.uiIndex > frame.uiCount)
         return RC_DONE;
@@ -164,15 +174,6 @@ int cSMLP::RefuseList(const Layout& layout, const Refusal& refusal) const noexce
 }
 
 // ---- The message store
-
-void cSMLP::KeepRun() noexcept
-{
-    const auto run = static_cast<std::uint32_t>(pucInData - pucRun);
-    if (run != 0)
-        std::memcpy(aucMsgBuf.data() + uiMsgLen, pucRun, run);
-    uiMsgLen += run;
-    pucRun = pucInData;
-}
 
 // All bytes of the store in one piece; in place where the input still holds them all.
 const char* cSMLP::StoreBytes() noexcept

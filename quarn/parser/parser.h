@@ -130,6 +130,7 @@ private:
 
     int Walk();
     int ReadField(Frame& frame);
+    bool IsStuck() const noexcept;
     int OpenSequence(Frame& frame);
     int Enter(const Layout& layout, bool optional, bool kept, bool own);
     int EnterKept(const Layout& layout, const Field& field,
@@ -145,6 +146,9 @@ private:
 
     // ---- The short way for plain fields
 
+    // Bytes of the longest integer and its TL field: less input than that is left to the readers.
+    static constexpr std::uint32_t kLeastTaken = 9;
+
     struct Whole;
     template <const auto& Fields>
     int TakeFields(Frame& frame);
@@ -156,6 +160,11 @@ private:
     int TakeNumber(Frame& frame, Whole& in);
     template <const auto& Fields, std::size_t I>
     int TakeOctets(Frame& frame, Whole& in);
+    template <const auto& Fields, std::size_t I>
+    int TakeByReader(Whole& in);
+    template <const auto& Fields, std::size_t I>
+    int TellHook(const Whole& in);
+    static void TakeList(Frame& entered, Whole& in);
     int TakeValue(Frame& frame, Whole& in, bool keep);
     int TakeStructure(const Field& field, Whole& in);
     template <const auto& Fields>
@@ -169,6 +178,7 @@ private:
     int Parse_OctetString(std::uint32_t len, std::uint32_t max, bool keep) noexcept;
     int Parse_EndOfSmlMsg() noexcept;
     void CleanUp_Cache() noexcept;
+    bool FeedPrimitive(const unsigned char* piece, std::uint32_t size) noexcept;
 
     // ---- Readers of fields
 
@@ -252,7 +262,9 @@ private:
     int Drive(Records& out, int& count);
     int StepIdle();
     int StepActive(Records& out, int& count);
+    int OnStop(int rc, Records& out, int& count);
     void StepWait(Records& out, int& count);
+    void OnTimeout(Records& out, int& count);
     int OnMessage(Records& out, int& count);
     int OnOpenCrcError();
     int OnPacket(int rc, Records& out, int& count);
@@ -276,7 +288,20 @@ private:
         return uiMsgLen + static_cast<std::uint32_t>(pucInData - pucRun);
     }
     std::uint32_t StoreFree() const noexcept { return SML_MESSAGE_STORE - StoreUsed(); }
-    void KeepRun() noexcept;
+    static void CopyBytes(unsigned char* to, const unsigned char* from, std::uint32_t size) noexcept
+    {
+        if (size == 1)
+            *to = *from;
+        else if (size != 0)
+            std::memcpy(to, from, size);
+    }
+    void KeepRun() noexcept
+    {
+        const auto run = static_cast<std::uint32_t>(pucInData - pucRun);
+        CopyBytes(aucMsgBuf.data() + uiMsgLen, pucRun, run);
+        uiMsgLen += run;
+        pucRun = pucInData;
+    }
     const char* StoreBytes() noexcept;
     void EmptyStore() noexcept;
     unsigned StoreTail(std::uint32_t back) const noexcept;

@@ -97,10 +97,8 @@ int cSMLP::Decode_LongTLField() noexcept
 int cSMLP::Parse_IntegerTypes(std::uint32_t len) noexcept
 {
     if (usCacheState == 0) {
-        if (pucInData == pucInEnd && len != 0)
-            return RC_INPUT_EMPTY;
         if (len > StoreFree())
-            return RC_STORE_FULL;
+            return pucInData == pucInEnd ? RC_INPUT_EMPTY : RC_STORE_FULL;
         uiCacheLen = len;
         ullInteger = 0;
     }
@@ -157,6 +155,29 @@ int cSMLP::Parse_OctetString(std::uint32_t len, std::uint32_t max, bool keep) no
         uiOctStrState = 3;
     CleanUp_Cache();
     return RC_DONE;
+}
+
+// A piece that belongs to the primitive in progress and does not end it, as most pieces of one byte
+// do, goes to where its reader would take it; false, and nothing done, when there is more to it.
+// REQUIRES: no input is under way.
+bool cSMLP::FeedPrimitive(const unsigned char* piece, std::uint32_t size) noexcept
+{
+    const std::uint32_t read = uiCacheCnt + size;
+    if (usCacheState == 0 || size == 0 || read >= uiCacheLen || read >= SML_VALUE_CHUNK ||
+        size >= StoreFree() || Traces(LibSmlp, kDetail))
+        return false;
+    if (uiTLF_Type == TLF_OCTET_STRING) {
+        CopyBytes(aucValueBuf.data() + uiCacheCnt, piece, size);
+        uiCacheCnt = read;
+    } else {
+        for (std::uint32_t i = 0; i < size; ++i)
+            ullInteger = ullInteger << 8 | piece[i];
+        uiCacheLen -= size;
+    }
+    CopyBytes(aucMsgBuf.data() + uiMsgLen, piece, size);
+    uiMsgLen += size;
+    usEvents = 0;
+    return true;
 }
 
 int cSMLP::Parse_EndOfSmlMsg() noexcept

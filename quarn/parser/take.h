@@ -17,9 +17,6 @@
 
 // The input that may be taken: what there is of it and what the store has room for.
 struct cSMLP::Whole {
-    // The longest integer and its TL field. Less input than that is left to the readers.
-    static constexpr std::ptrdiff_t kLongestInteger = 9;
-
     const unsigned char* p;
     const unsigned char* end;
 
@@ -29,7 +26,7 @@ struct cSMLP::Whole {
     unsigned Length() const noexcept { return (*p & quarn::detail::kTlLengthMask) - 1; }
     bool Holds(std::ptrdiff_t bytes) const noexcept { return end - p >= bytes; }
 
-    // The integer of len bytes behind the TL field. REQUIRES: len in 1 to 8, kLongestInteger bytes.
+    // The integer of len bytes behind the TL field. REQUIRES: len in 1 to 8, kLeastTaken bytes.
     std::uint64_t Integer(unsigned len) const noexcept
     {
         const std::uint64_t all = std::uint64_t{p[1]} << 56 | std::uint64_t{p[2]} << 48 |
@@ -74,9 +71,9 @@ inline int cSMLP::TakeField(Frame& frame, Whole& in)
 {
     constexpr const Field& field = Fields[I];
     if constexpr (field.eShape == Shape::Special) {
-        return quarn::detail::RC_LEFT;
+        return TakeByReader<Fields, I>(in);
     } else {
-        if (!in.Holds(Whole::kLongestInteger))
+        if (!in.Holds(kLeastTaken))
             return quarn::detail::RC_LEFT;
         if constexpr (field.eShape == Shape::Number)
             return TakeNumber<Fields, I>(frame, in);
@@ -87,6 +84,31 @@ inline int cSMLP::TakeField(Frame& frame, Whole& in)
         else
             return TakeStructure(field, in);
     }
+}
+
+// A field that only its reader knows. The list of a structure that the reader has entered is taken
+// with it where it is as it should be.
+template <const auto& Fields, std::size_t I>
+inline int cSMLP::TakeByReader(Whole& in)
+{
+    constexpr Field::Reader reader = Fields[I].pfnRead;
+    pucInData = in.p;
+    const int rc = (this->*reader)(Fields[I]);
+    in.p = pucInData;
+    if (rc == quarn::detail::RC_ENTERED && in.Holds(1))
+        TakeList(aFrames[uiDepth], in);
+    return rc;
+}
+
+// The TL field of the list of a structure just entered, if it is one byte and right.
+inline void cSMLP::TakeList(Frame& entered, Whole& in)
+{
+    using namespace quarn::detail;
+    const Layout& layout = *entered.pLayout;
+    if (entered.uiIndex != 0 || layout.IsListOf() || in.Tl() != (kTlList | layout.uiCount))
+        return;
+    entered.uiIndex = 1;
+    ++in.p;
 }
 
 template <const auto& Fields, std::size_t I>
@@ -110,15 +132,23 @@ inline int cSMLP::TakeNumber(Frame& frame, Whole& in)
         uiTLF_Type = field.ucType;
         uiTLF_Count = len;
         ullInteger = value;
-        pucInData = in.p;
-        return KeepNumber(frame, field);
-    } else {
-        if (field.bLabelled && field.eKeep != Keep::Nothing && frame.bKept) {
-            frame.bFilled = true;
-            AppendNumber(field, value, len);
-        }
-        return RC_DONE;
+        const int rc = TellHook<Fields, I>(in);
+        if (rc != RC_DONE)
+            return rc;
     }
+    if (field.bLabelled && field.eKeep != Keep::Nothing && frame.bKept) {
+        frame.bFilled = true;
+        AppendNumber(field, value, len);
+    }
+    return RC_DONE;
+}
+
+template <const auto& Fields, std::size_t I>
+inline int cSMLP::TellHook(const Whole& in)
+{
+    constexpr Field::Hook hook = Fields[I].pfnHook;
+    pucInData = in.p;
+    return (this->*hook)();
 }
 
 template <const auto& Fields, std::size_t I>
@@ -136,14 +166,14 @@ inline int cSMLP::TakeOctets(Frame& frame, Whole& in)
     in.p += 1 + len;
     if constexpr (field.pfnHook != nullptr) {
         uiTLF_Count = len;
-        pucInData = in.p;
-        return KeepOctets(frame, field);
-    } else {
-        if (field.bLabelled && field.eKeep != Keep::Nothing && frame.bKept &&
-            (len != 0 || field.eKeep != Keep::IfSet))
-            AppendOctets(frame, field);
-        return RC_DONE;
+        const int rc = TellHook<Fields, I>(in);
+        if (rc != RC_DONE)
+            return rc;
     }
+    if (field.bLabelled && field.eKeep != Keep::Nothing && frame.bKept &&
+        (len != 0 || field.eKeep != Keep::IfSet))
+        AppendOctets(frame, field);
+    return RC_DONE;
 }
 
 inline int cSMLP::TakeValue(Frame& frame, Whole& in, bool keep)
@@ -204,7 +234,7 @@ int cSMLP::TakeElements(Frame& frame)
     const Layout& element = *Fields[0].pLayout;
     while (frame.uiIndex <= frame.uiCount) {
         Whole in{pucInData, pucInData + std::min(InputLeft(), StoreFree())};
-        if (!in.Holds(Whole::kLongestInteger))
+        if (!in.Holds(kLeastTaken))
             return RC_LEFT;
         int rc = TakeStructure(Fields[0], in);
         pucInData = in.p;
