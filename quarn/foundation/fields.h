@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <vector>
 
 namespace quarn::detail
 {
@@ -60,12 +61,9 @@ bool HasName(const Par& par)
     return std::memcmp(par.GetName(), Label, sizeof(Label)) == 0;
 }
 
-// The same for a label of that many bytes, its end included, and more than 4: a comparison of a few
-// words.
-template <class Par>
-bool HasName(const Par& par, const char* label, std::size_t size)
+// The same for a name and a label of that many bytes, its end included, and more than 4.
+inline bool IsName(const char* name, const char* label, std::size_t size)
 {
-    const char* const name = par.GetName();
     const auto equal = [=](auto word, std::size_t at) {
         auto other = word;
         std::memcpy(&word, name + at, sizeof word);
@@ -99,7 +97,7 @@ public:
             next = rec.begin();
             end = rec.end();
         } else {
-            record = rec;
+            held.record = rec;
         }
     }
 
@@ -114,7 +112,7 @@ public:
             end = par->end();
             return true;
         } else {
-            return par->GetRecord(record);
+            return par->GetRecord(held.record);
         }
     }
 
@@ -125,26 +123,55 @@ public:
     {
         return Find([](const auto& par) { return HasName<Label>(par); }, Label);
     }
-    // REQUIRES: size, of the label with its end, is at most kReadableName.
-    const vorn::cRecordPar* Find(const char* label, std::size_t size)
-    {
-        return Find([=](const auto& par) { return HasName(par, label, size); }, label);
-    }
     const vorn::cRecordPar* Find(const char* label)
     {
         return Find([label](const auto& par) { return HasName(par, label); }, label);
     }
 
-    // How many parameters of that name there are; of a null name: of any. REQUIRES: Find has not
-    // been called.
-    int Count(const char* label) const
+    // Gives each row the first parameter of its name, and returns a bit for each row that has one:
+    // the places of the others stay as they are. What is given is valid until the next call. In one
+    // walk over the record, if its parameters are in the order of the rows. REQUIRES: at most 32
+    // rows, each with a label of its own, of uiSize bytes with its end, from 5 to kReadableName.
+    template <typename Row>
+    std::uint32_t FindRows(const Row* rows, std::size_t count, const vorn::cRecordPar** found)
+    {
+        std::uint32_t isFound = 0;
+        if constexpr (kInPlace) {
+            std::size_t at = 0; // a name is sought from behind the row that was found last
+            for (const vorn::cRecordPar* par = next; par != end; ++par) {
+                const char* const name = par->GetName();
+                for (std::size_t tried = 0; tried < count; ++tried) {
+                    const std::size_t i = at;
+                    at = at + 1 < count ? at + 1 : 0;
+                    if (!IsName(name, rows[i].label, rows[i].uiSize))
+                        continue;
+                    if ((isFound >> i & 1U) == 0)
+                        found[i] = par;
+                    isFound |= 1U << i;
+                    break;
+                }
+            }
+        } else {
+            held.rows.resize(count);
+            for (std::size_t i = 0; i < count; ++i) {
+                held.rows[i] = held.record.GetFirstPar(rows[i].label, 0, 0);
+                found[i] = &held.rows[i];
+                isFound |= held.rows[i].IsValid() ? 1U << i : 0;
+            }
+        }
+        return isFound;
+    }
+
+    // How many parameters of that name there are, which has size bytes with its end, from 5 to
+    // kReadableName; of a null name: of any. REQUIRES: Find has not been called.
+    int Count(const char* label, std::size_t size = 0) const
     {
         if constexpr (kInPlace)
-            return static_cast<int>(std::count_if(next, end, [label](const auto& par) {
-                return label == nullptr || HasName(par, label);
+            return static_cast<int>(std::count_if(next, end, [=](const auto& par) {
+                return label == nullptr || IsName(par.GetName(), label, size);
             }));
         else
-            return record.GetParCount(label, 0, 0);
+            return held.record.GetParCount(label, 0, 0);
     }
 
     // Visits the first parameter of the name first and those behind it, or only those of the name
@@ -162,10 +189,10 @@ public:
                 wanted = following;
             }
         } else {
-            vorn::cRecordPar par = record.GetFirstPar(first, 0, 0);
+            vorn::cRecordPar par = held.record.GetFirstPar(first, 0, 0);
             bool more = par.IsValid();
             while (more && visit(par))
-                more = record.SeekNextPar(par, following, 0, 0) && par.IsValid();
+                more = held.record.SeekNextPar(par, following, 0, 0) && par.IsValid();
         }
     }
 
@@ -183,15 +210,21 @@ private:
             }
             return nullptr;
         } else {
-            held = record.GetFirstPar(label, 0, 0);
-            return held.IsValid() ? &held : nullptr;
+            held.par = held.record.GetFirstPar(label, 0, 0);
+            return held.par.IsValid() ? &held.par : nullptr;
         }
     }
 
-    std::conditional_t<kInPlace, std::nullptr_t, Record> record{};
+    // Where parameters are not shown in place: the record, and those that were found.
+    struct Held {
+        Record record;
+        vorn::cRecordPar par;
+        std::vector<vorn::cRecordPar> rows;
+    };
+
+    std::conditional_t<kInPlace, std::nullptr_t, Held> held{};
     const vorn::cRecordPar* next = nullptr;
     const vorn::cRecordPar* end = nullptr;
-    std::conditional_t<kInPlace, std::nullptr_t, vorn::cRecordPar> held{};
 };
 
 } // namespace quarn::detail

@@ -12,17 +12,14 @@ struct quarn::detail::Access {
     static constexpr auto Rows()
     {
         std::array<Row, Fields::kRows> rows{};
-        Row* next = rows.data();
-        Fields::Describe(next, 0);
+        Description to{rows.data()};
+        Fields::Describe(to, 0);
+        if ((to.uiEnd + alignof(Fields) - 1) / alignof(Fields) * alignof(Fields) != sizeof(Fields))
+            throw "fields do not lie one behind the other";
         return rows;
     }
     template <class Fields>
     static constexpr auto kRows = Rows<Fields>();
-    template <class Fields>
-    static void Locate(void* object, Cell** cells)
-    {
-        static_cast<Fields*>(object)->Locate(cells);
-    }
     template <class Core>
     static Elements Resize(void* list, std::size_t count)
     {
@@ -44,7 +41,7 @@ constexpr As Fielded(const Shape& shape)
 {
     constexpr auto& rows = Access::kRows<Fields>;
     static_assert(rows.size() <= StructureClass::kMaxRows);
-    return As(shape, {rows.data(), rows.size(), &Access::Locate<Fields>});
+    return As(shape, Table(rows.data(), rows.size()));
 }
 // C is a class that is a set of fields.
 template <class C>

@@ -137,7 +137,7 @@ T& ValueIn(Cell& cell)
 
 // Does something with a plain value, as what it is.
 template <typename Do>
-void WithPlain(int kind, Cell& cell, Do run)
+[[gnu::always_inline]] inline void WithPlain(int kind, Cell& cell, Do run)
 {
     switch (kind) {
     case KIND_BOOL:
@@ -159,25 +159,31 @@ void WithPlain(int kind, Cell& cell, Do run)
     }
 }
 
-// A row's field in an object, whose place the cell is.
+// A row's field in an object.
 struct Slot {
-    const Row& row;
-    Cell& cell;
+    Slot(const Row& of, const void* object)
+        : row(of), cell(*static_cast<Cell*>(PlaceIn(object, of.uiCell)))
+    {
+    }
+    static void* PlaceIn(const void* object, std::size_t place)
+    {
+        return static_cast<char*>(const_cast<void*>(object)) + place;
+    }
 
-    void* Object() const { return reinterpret_cast<char*>(&cell) + row.uiBehind; }
+    void* Object() const { return PlaceIn(&cell, row.uiValue - row.uiCell); }
     const Class& Type() const { return *kClasses[row.uiClass]; }
     // Takes over what par, or null, holds of the field; whether it is present then.
     bool Read(const vorn::cRecordPar* par, Source& around) const
     {
         const bool isOfKind = par != nullptr && par->GetType(1) == row.iParKind && !par->IsEmpty();
-        if (row.iKind != KIND_RECORD) {
-            if (isOfKind)
-                WithPlain(row.iKind, cell, [par](auto& v) { Get(*par, v); });
-            return isOfKind;
+        if (row.iKind == KIND_RECORD) {
+            if ((row.uiRules & (RULE_IF_RECORD | RULE_AS_RECORD)) != 0 && !isOfKind)
+                return false;
+            return Type().ReadFrom(Object(), par, around) || (row.uiRules & RULE_AS_RECORD) != 0;
         }
-        if ((row.uiRules & (RULE_IF_RECORD | RULE_AS_RECORD)) != 0 && !isOfKind)
-            return false;
-        return Type().ReadFrom(Object(), par, around) || (row.uiRules & RULE_AS_RECORD) != 0;
+        if (isOfKind)
+            WithPlain(row.iKind, cell, [par](auto& v) { Get(*par, v); });
+        return isOfKind;
     }
     void Write(RecordBuilder& to) const
     {
@@ -204,42 +210,63 @@ struct Slot {
         else
             WithPlain(row.iKind, cell, [](auto& v) { v = {}; });
     }
+
+    const Row& row;
+    Cell& cell;
 };
 
+// The rows of a class, and which of them have a rule: a bit for each.
 struct Table {
+    constexpr Table(const Row* rows, std::size_t count) : pRows(rows), uiCount(count)
+    {
+        for (std::size_t i = 0; i < count; ++i) {
+            const Row& row = rows[i];
+            const bool isUntold = (row.uiRules & (RULE_IF_RECORD | RULE_AS_RECORD)) != 0;
+            const bool isRead = (row.uiRules & kRulesOnMissing) != 0;
+            uiRequired |= (row.uiRules & RULE_REQUIRED) != 0 ? 1U << i : 0;
+            uiOneOf |= (row.uiRules & RULE_ONE_OF) != 0 ? 1U << i : 0;
+            uiMissed |= isRead || (row.iKind == KIND_RECORD && !isUntold) ? 1U << i : 0;
+        }
+    }
+    const Row* begin() const { return pRows; }
+    const Row* end() const { return pRows + uiCount; }
+    bool IsComplete(std::uint32_t present) const noexcept
+    {
+        return (present & uiRequired) == uiRequired && (uiOneOf == 0 || (present & uiOneOf) != 0);
+    }
+
+    static constexpr unsigned kRulesOnMissing = RULE_OR_EMPTY | RULE_OR_FROM | RULE_TOGETHER;
+
     const Row* pRows;
     std::size_t uiCount;
-    void (*pLocate)(void* object, Cell** cells);
+    std::uint32_t uiRequired = 0;
+    std::uint32_t uiOneOf = 0;
+    std::uint32_t uiMissed = 0; // that have to be looked at even without a parameter
 };
 
 class StructureClass : public Class
 {
 public:
-    static constexpr std::size_t kMaxRows = 23;
+    static constexpr std::size_t kMaxRows = 32; // that the bits of a word stand for
 
-    constexpr StructureClass(const Shape& given, const Table& rows) : Class(given), table(rows)
-    {
-        for (std::size_t i = 0; i < rows.uiCount; ++i) {
-            uiRequired |= (rows.pRows[i].uiRules & RULE_REQUIRED) != 0 ? 1U << i : 0;
-            uiOneOf |= (rows.pRows[i].uiRules & RULE_ONE_OF) != 0 ? 1U << i : 0;
-        }
-    }
+    constexpr StructureClass(const Shape& given, const Table& rows) : Class(given), table(rows) {}
 
     void Clear(void* object) const noexcept final
     {
-        const Slots slots(table, object);
-        for (std::size_t i = 0; i < table.uiCount; ++i)
-            slots[i].Clear();
+        for (const Row& row : table)
+            Slot(row, object).Clear();
     }
     bool IsValid(const void* object) const noexcept override
     {
-        return IsComplete(Present(Slots(table, object)));
+        return table.IsComplete(Present(object));
     }
     bool ReadFrom(void* object, const vorn::cRecordPar* par, Source& around) const override
     {
-        Source inside(around.uiDepth);
-        if (inside.Open(par))
-            return ReadRows(object, inside);
+        if (par != nullptr) {
+            Source inside(around.uiDepth);
+            if (inside.Open(par))
+                return ReadRows(object, inside);
+        }
         if (shape.where != eFIELDS::ENCLOSED)
             return ReadRows(object, around);
         TraceMissing();
@@ -247,85 +274,79 @@ public:
     }
     bool WriteInto(const void* object, RecordBuilder& to) const override
     {
-        const Slots slots(table, object);
-        std::uint32_t present = Present(slots);
-        if (shape.bWrittenWhenValid && !IsComplete(present))
+        const std::uint32_t present = Present(object);
+        if (shape.bWrittenWhenValid && !table.IsComplete(present))
             return RefuseToWrite();
-        to.Expect(table.uiCount);
-        for (std::size_t i = 0; present != 0; ++i, present >>= 1U) {
-            if ((present & 1U) != 0)
-                slots[i].Write(to);
-        }
+        std::size_t count = 0;
+        for (std::uint32_t left = present; left != 0; left &= left - 1)
+            ++count;
+        to.Expect(count);
+        for (std::uint32_t left = present; left != 0; left &= left - 1)
+            Slot(table.pRows[__builtin_ctz(left)], object).Write(to);
         return true;
     }
     void Copy(void* to, const void* from) const final
     {
-        const Slots target(table, to);
-        const Slots source(table, from);
-        for (std::size_t i = 0; i < table.uiCount; ++i)
-            target[i].Copy(source[i]);
+        for (const Row& row : table)
+            Slot(row, to).Copy(Slot(row, from));
     }
     // Copies the fields that the other structure has under the same label.
     void CopyShared(void* to, const StructureClass& other, const void* from) const
     {
-        const Slots target(table, to);
-        const Slots source(other.table, from);
-        for (std::size_t i = 0; i < table.uiCount; ++i) {
-            for (std::size_t j = 0; j < other.table.uiCount; ++j) {
-                if (std::strcmp(target[i].row.label, source[j].row.label) == 0)
-                    target[i].Copy(source[j]);
+        for (const Row& row : table) {
+            for (const Row& source : other.table) {
+                if (std::strcmp(row.label, source.label) == 0)
+                    Slot(row, to).Copy(Slot(source, from));
             }
         }
     }
 
 private:
-    // The fields of an object.
-    struct Slots {
-        Slots(const Table& rows, const void* object) : pRows(rows.pRows)
-        {
-            rows.pLocate(const_cast<void*>(object), apCells);
-        }
-        Slot operator[](std::size_t i) const { return {pRows[i], *apCells[i]}; }
-
-        const Row* pRows;
-        Cell* apCells[kMaxRows];
-    };
-
-    // Of the rows, a bit for each, that are present.
-    std::uint32_t Present(const Slots& slots) const noexcept
+    std::uint32_t Present(const void* object) const noexcept
     {
         std::uint32_t present = 0;
-        for (std::size_t i = 0; i < table.uiCount; ++i)
-            present |= (slots.apCells[i]->bPresent ? 1U : 0U) << i;
+        std::uint32_t bit = 1;
+        for (const Row& row : table) {
+            present |= Slot(row, object).cell.bPresent ? bit : 0;
+            bit <<= 1U;
+        }
         return present;
-    }
-    bool IsComplete(std::uint32_t present) const noexcept
-    {
-        return (present & uiRequired) == uiRequired && (uiOneOf == 0 || (present & uiOneOf) != 0);
     }
     bool ReadRows(void* object, Source& from) const
     {
-        const Slots slots(table, object);
+        const vorn::cRecordPar* pars[kMaxRows];
+        const std::uint32_t isFound = from.FindRows(table.pRows, table.uiCount, pars);
         std::uint32_t present = 0;
-        for (std::size_t i = 0; i < table.uiCount; ++i) {
-            const Row& row = table.pRows[i];
-            const vorn::cRecordPar* par = from.Find(row.label, row.uiSize);
-            if (row.pcSecond != nullptr && (par == nullptr || par->GetType(1) != row.iParKind))
-                par = from.Find(row.pcSecond);
-            bool isPresent = slots[i].Read(par, from) || (row.uiRules & RULE_OR_EMPTY) != 0;
-            present |= (isPresent ? 1U : 0U) << i;
-            if ((row.uiRules & RULE_TOGETHER) != 0 && (present >> (i - 2)) != 0) {
-                present |= 7U << (i - 2);
-                slots.apCells[i - 2]->bPresent = slots.apCells[i - 1]->bPresent = isPresent = true;
+        for (std::uint32_t left = isFound | table.uiMissed; left != 0; left &= left - 1) {
+            const int i = __builtin_ctz(left);
+            const Slot slot(table.pRows[i], object);
+            const vorn::cRecordPar* const par = (isFound >> i & 1U) != 0 ? pars[i] : nullptr;
+            if ((slot.row.uiRules & Table::kRulesOnMissing) != 0) {
+                ReadByRules(object, i, par, from, present);
+            } else if (slot.Read(par, from)) {
+                slot.cell.bPresent = true;
+                present |= 1U << i;
             }
-            slots.apCells[i]->bPresent = isPresent;
         }
-        return IsComplete(present);
+        return table.IsComplete(present);
+    }
+    void ReadByRules(void* object, int i, const vorn::cRecordPar* par, Source& from,
+                     std::uint32_t& present) const
+    {
+        const Slot slot(table.pRows[i], object);
+        const Row& row = slot.row;
+        if (row.pcSecond != nullptr && (par == nullptr || par->GetType(1) != row.iParKind))
+            par = from.Find(row.pcSecond);
+        const bool isRead = slot.Read(par, from) || (row.uiRules & RULE_OR_EMPTY) != 0;
+        present |= isRead ? 1U << i : 0;
+        const int first = (row.uiRules & RULE_TOGETHER) != 0 ? i - 2 : i;
+        for (int j = first; j <= i && present >> first != 0; ++j) {
+            Slot(table.pRows[j], object).cell.bPresent = true;
+            present |= 1U << j;
+        }
     }
 
     Table table;
-    std::uint32_t uiRequired = 0; // a bit for each row
-    std::uint32_t uiOneOf = 0;
 };
 
 // A time of another type than 3 is written and assigned without offsets.
@@ -423,7 +444,7 @@ public:
             return false;
         }
         const char* const label = texts.element;
-        const int count = record.Count(label);
+        const int count = record.Count(label, std::char_traits<char>::length(label) + 1);
         if (count < 1) {
             Trace(LibQuarn, kError, "%s: Record %s is empty", shape.pcClass, texts.pcEmptyName);
             return false;
@@ -452,13 +473,14 @@ public:
             return false;
         }
         to.Expect(elements.uiCount);
+        const Class& type = Type();
         for (std::size_t i = 0; i < elements.uiCount; ++i) {
             if (!storage.bObjects)
                 Append(to, texts.element, Number(At(elements, i)));
             else if (texts.bWrapped)
-                Type().WriteNested(At(elements, i), to, texts.element);
+                type.WriteNested(At(elements, i), to, texts.element);
             else
-                Type().Write(At(elements, i), to, texts.element);
+                type.Class::Write(At(elements, i), to, texts.element);
         }
         return true;
     }

@@ -50,10 +50,10 @@ protected:
     {
         return U::Set(unit) && S::Set(scaler) && V::Set(value);
     }
-    static constexpr void Describe(Row*& row, unsigned rules)
+    static constexpr void Describe(Description& to, unsigned rules)
     {
-        Triple::FieldSet::Describe(row, rules);
-        row[-1].uiRules |= RULE_TOGETHER;
+        Triple::FieldSet::Describe(to, rules);
+        to.pNext[-1].uiRules |= RULE_TOGETHER;
     }
 };
 

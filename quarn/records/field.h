@@ -30,7 +30,8 @@ enum eRULE : unsigned {
     RULE_OR_EMPTY = 4,   // when it is missing, it is present and empty
     RULE_IF_RECORD = 8,  // a structure whose record may be missing without a word
     RULE_AS_RECORD = 16, // a structure that is present as soon as its record is, valid or not
-    RULE_TOGETHER = 32   // with the two in front, present as soon as one of the three is
+    RULE_TOGETHER = 32,  // with the two in front, present as soon as one of the three is
+    RULE_OR_FROM = 64    // it may stand under a second label
 };
 
 // A field in the table of its class.
@@ -40,9 +41,10 @@ struct Row {
     int iKind = 0;
     int iParKind = 0;         // of the parameter
     unsigned uiClass = 0;     // of an object, the number
-    std::size_t uiBehind = 0; // and its place behind its cell's
+    std::size_t uiCell = 0;   // the places of its cell and its value in an object of the class
+    std::size_t uiValue = 0;
     unsigned uiRules = 0;
-    const char* pcSecond = nullptr; // another label that it may have, but is not written under
+    const char* pcSecond = nullptr; // the label that it is not written under
 };
 
 // Where the library finds a field: its presence, and the value behind it.
@@ -52,6 +54,12 @@ struct Cell {
 template <typename T>
 struct Holder : Cell {
     T value{};
+};
+
+// Where the description of a class has come to: the next row, and the place behind the last field.
+struct Description {
+    Row* pNext;
+    std::size_t uiEnd = 0;
 };
 
 struct Access; // the library's, to what is protected
@@ -75,9 +83,8 @@ protected:
         return true;
     }
     bool IsPresent() const noexcept { return this->bPresent; }
-    // Appends its rows, and the cells of these rows.
-    static constexpr void Describe(Row*& row, unsigned rules);
-    void Locate(Cell**& cell) { *cell++ = this; }
+    // Appends its rows.
+    static constexpr void Describe(Description& to, unsigned rules);
 };
 
 // One row of a table of fields: the field, its getter, its type, its label.
@@ -95,7 +102,10 @@ protected:
 template <class F, eRULE Rule>
 struct Ruled : F {
 protected:
-    static constexpr void Describe(Row*& row, unsigned rules) { F::Describe(row, rules | Rule); }
+    static constexpr void Describe(Description& to, unsigned rules)
+    {
+        F::Describe(to, rules | Rule);
+    }
 };
 template <class F>
 using Required = Ruled<F, RULE_REQUIRED>;
@@ -112,10 +122,10 @@ using AsRecord = Ruled<F, RULE_AS_RECORD>;
 template <class F, const auto& Second>
 struct OrFrom : F {
 protected:
-    static constexpr void Describe(Row*& row, unsigned rules)
+    static constexpr void Describe(Description& to, unsigned rules)
     {
-        F::Describe(row, rules);
-        row[-1].pcSecond = Second;
+        F::Describe(to, rules | RULE_OR_FROM);
+        to.pNext[-1].pcSecond = Second;
     }
 };
 
@@ -125,8 +135,10 @@ struct FieldSet : F... {
 protected:
     static constexpr std::size_t kRows = (0 + ... + F::kRows);
 
-    static constexpr void Describe(Row*& row, unsigned rules) { (F::Describe(row, rules), ...); }
-    void Locate(Cell**& cell) { (F::Locate(cell), ...); }
+    static constexpr void Describe(Description& to, unsigned rules)
+    {
+        (F::Describe(to, rules), ...);
+    }
 
     friend struct Access;
 };

@@ -113,18 +113,21 @@ bool TryAssign(T& to, const T& from) noexcept
 }
 
 template <typename T, const auto& Text>
-constexpr void Field<T, Text>::Describe(Row*& row, unsigned rules)
+constexpr void Field<T, Text>::Describe(Description& to, unsigned rules)
 {
     static_assert(sizeof Text > 4 && sizeof Text <= kReadableName);
+    constexpr std::size_t size = sizeof(Holder<T>);
+    constexpr std::size_t unit = alignof(Holder<T>);
+    const std::size_t place = (to.uiEnd + unit - 1) / unit * unit;
+    to.uiEnd = place + size;
     unsigned number = 0;
     if constexpr (kKindOf<T> == KIND_RECORD) {
-        static_assert(sizeof(Holder<T>) == alignof(T) + sizeof(T), "the value is right behind");
         number = T::kNumber;
         if (number == CLASS_TIME) // which says nothing when its record is missing
             rules |= RULE_IF_RECORD;
     }
-    *row++ = {Text,   sizeof Text, kKindOf<T>, kKindOf<T> == kShort ? KIND_SINT : kKindOf<T>,
-              number, alignof(T),  rules};
+    *to.pNext++ = {Text, sizeof Text, kKindOf<T>, kKindOf<T> == kShort ? KIND_SINT : kKindOf<T>,
+                   number, place, to.uiEnd - sizeof(T), rules};
 }
 
 } // namespace quarn::detail
