@@ -137,14 +137,15 @@ public:
     {
         std::uint32_t isFound = 0;
         if constexpr (kInPlace) {
-            std::size_t at = 0; // a name is sought from behind the row that was found last
+            const Row* row = rows; // behind the one that was found last
             for (const vorn::cRecordPar* par = next; par != end; ++par) {
                 const char* const name = par->GetName();
-                for (std::size_t tried = 0; tried < count; ++tried) {
-                    const std::size_t i = at;
-                    at = at + 1 < count ? at + 1 : 0;
-                    if (!IsName(name, rows[i].label, rows[i].uiSize))
+                for (std::size_t left = count; left > 0; --left) {
+                    const Row& tried = *row;
+                    row = &tried + 1 != rows + count ? &tried + 1 : rows;
+                    if (!IsName(name, tried.label, tried.uiSize))
                         continue;
+                    const auto i = static_cast<std::size_t>(&tried - rows);
                     if ((isFound >> i & 1U) == 0)
                         found[i] = par;
                     isFound |= 1U << i;

@@ -35,7 +35,14 @@ inline void Get(const vorn::cRecordPar& par, unsigned long long& v) { v = par.Ge
 inline void Get(const vorn::cRecordPar& par, std::string& v)
 {
     const auto size = static_cast<std::size_t>(par.GetSize() > 0 ? par.GetSize() : 0);
-    v.assign(size > 0 ? static_cast<const char*>(par.GetData()) : "", size);
+    v = std::string(size > 0 ? static_cast<const char*>(par.GetData()) : "", size);
+}
+template <typename T>
+T Got(const vorn::cRecordPar& par)
+{
+    T v{};
+    Get(par, v);
+    return v;
 }
 
 template <class Target, typename T> // a record or a builder

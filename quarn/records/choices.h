@@ -7,6 +7,18 @@
 namespace quarn::detail
 {
 
+// Makes the choice the alternative of that index and runs a step on it; false when there is none.
+template <std::size_t At = 1, class Choice, typename Do>
+bool WithNew(std::size_t index, Choice& choice, Do run)
+{
+    if constexpr (At < std::variant_size_v<Choice>) {
+        if (index == At)
+            return run(choice.template emplace<At>());
+        return WithNew<At + 1>(index, choice, run);
+    }
+    return false;
+}
+
 template <class Core>
 class ChoiceClass : public Class
 {
@@ -16,31 +28,22 @@ public:
     void Clear(void* choice) const noexcept final { Of(choice) = Core(); }
     void Copy(void* to, const void* from) const override
     {
-        CopyContent(Of(to).content, Of(from).content);
+        const auto& source = Of(from).content;
+        const auto copy = [&](auto& v) {
+            using Held = std::decay_t<decltype(v)>;
+            if constexpr (kKindOf<Held> == KIND_RECORD)
+                ClassOf<Held>().Copy(&v, std::get_if<Held>(&source));
+            else
+                v = *std::get_if<Held>(&source);
+            return true;
+        };
+        if (!WithNew(source.index(), Of(to).content, copy))
+            Of(to).content = {};
     }
 
 protected:
     static Core& Of(void* choice) { return *static_cast<Core*>(choice); }
     static const Core& Of(const void* choice) { return *static_cast<const Core*>(choice); }
-
-private:
-    template <typename... T>
-    static void CopyContent(std::variant<std::monostate, T...>& to,
-                            const std::variant<std::monostate, T...>& from)
-    {
-        const auto isCopied = [&](const auto* v) {
-            using Held = std::decay_t<decltype(*v)>;
-            if (v == nullptr)
-                return false;
-            if constexpr (kKindOf<Held> == KIND_RECORD)
-                ClassOf<Held>().Copy(&to.template emplace<Held>(), v);
-            else
-                to.template emplace<Held>() = *v;
-            return true;
-        };
-        if (!(... || isCopied(std::get_if<T>(&from))))
-            to = {};
-    }
 };
 
 class ValueClass final : public ChoiceClass<ValueCore>
@@ -56,13 +59,14 @@ public:
             TraceMissing();
             return false;
         }
+        if (par->GetType(1) != KIND_RECORD)
+            return to.bValid =
+                       TakeOneOf<long long, std::string, unsigned, unsigned long long, int, bool>(
+                           *par, to.content);
         Source inside(around.uiDepth);
-        if (inside.Open(par))
-            to.bValid = ClassOf<cSmlListType>().Read(&to.content.emplace<cSmlListType>(), inside);
-        else
-            to.bValid = TakeOneOf<long long, std::string, unsigned, unsigned long long, int, bool>(
-                *par, to.content);
-        return to.bValid;
+        return to.bValid =
+                   inside.Open(par) &&
+                   ClassOf<cSmlListType>().Read(&to.content.emplace<cSmlListType>(), inside);
     }
     bool WriteInto(const void*, RecordBuilder&) const override { return false; }
     bool Write(const void* value, RecordBuilder& to, const Label& label) const override
@@ -105,7 +109,7 @@ private:
     static bool TakeOneOf(const vorn::cRecordPar& par, Choice& to)
     {
         const int kind = par.GetType(1);
-        return (... || (kind == kKindOf<T> && (Get(par, to.template emplace<T>()), true)));
+        return (... || (kind == kKindOf<T> && (to.template emplace<T>(Got<T>(par)), true)));
     }
 };
 
@@ -118,6 +122,7 @@ public:
     {
         return Of(value).content.index() > 0;
     }
+    // A value must be valid; any other alternative counts even if it is not.
     bool ReadFrom(void* value, const vorn::cRecordPar* par, Source& around) const override
     {
         auto& to = Of(value).content;
@@ -127,14 +132,17 @@ public:
             TraceMissing();
             return false;
         }
-        unsigned type = 0;
         const vorn::cRecordPar* const typePar = inside.Find(label::type);
-        if (typePar != nullptr && IsOfKind(*typePar, KIND_UINT))
-            Get(*typePar, type);
-        if (type == 1 && !ClassOf<cSmlValue>().Read(&to.emplace<cSmlValue>(), inside))
+        const bool isTyped = typePar != nullptr && IsOfKind(*typePar, KIND_UINT);
+        const unsigned type = isTyped ? typePar->GetUInt() : 0;
+        Source& from = type == 1 ? inside : nested;
+        if (type > 1 && !nested.Open(inside.Find(label::value)))
+            return false;
+        const auto read = [&](auto& v) {
+            return ClassOf<std::decay_t<decltype(v)>>().Read(&v, from) || type > 1;
+        };
+        if (!WithNew(type, to, read))
             to = {};
-        else if (type > 1 && nested.Open(inside.Find(label::value)))
-            ReadNested(type, to, nested);
         return to.index() > 0;
     }
     bool WriteInto(const void* value, RecordBuilder& to) const override
@@ -143,35 +151,20 @@ public:
         if (from.index() == 0)
             return RefuseToWrite();
         Append(to, kLabel<label::type>, static_cast<unsigned>(from.index()));
-        if (const auto* v = std::get_if<cSmlValue>(&from))
-            return ClassOf<cSmlValue>().Write(v, to, label::value);
-        to.Open();
-        if (const auto* period = std::get_if<cSmlPeriodEntry>(&from))
-            ClassOf<cSmlPeriodEntry>().Write(period, to, label::SmlPeriodEntry);
-        else if (const auto* tupel = std::get_if<cSmlTupelEntry>(&from))
-            ClassOf<cSmlTupelEntry>().Write(tupel, to, label::SmlTupelEntry);
-        else if (const auto* time = std::get_if<cSmlTime>(&from))
-            ClassOf<cSmlTime>().Write(time, to, label::SmlTime);
-        else if (const auto* entry = std::get_if<cSmlListEntry>(&from))
-            ClassOf<cSmlListEntry>().WriteInto(entry, to);
-        to.AppendRecordPar(kLabel<label::value>, to.Close(), 0);
+        const auto write = [&to](const auto& v) {
+            using T = std::decay_t<decltype(v)>;
+            if constexpr (std::is_same_v<T, cSmlValue>) {
+                ClassOf<T>().Write(&v, to, label::value);
+            } else if constexpr (std::is_same_v<T, cSmlListEntry>) {
+                to.Open();
+                ClassOf<T>().WriteInto(&v, to);
+                to.AppendRecordPar(kLabel<label::value>, to.Close(), 0);
+            } else if constexpr (!std::is_same_v<T, std::monostate>) {
+                ClassOf<T>().WriteNested(&v, to, label::value);
+            }
+        };
+        std::visit(write, from);
         return true;
-    }
-
-private:
-    // The alternative counts even if it is not valid itself.
-    template <class Choice>
-    static void ReadNested(unsigned type, Choice& to, Source& from)
-    {
-        if (type == 2)
-            ClassOf<cSmlPeriodEntry>().Read(&to.template emplace<cSmlPeriodEntry>(), from);
-        else if (type == 3)
-            ClassOf<cSmlTupelEntry>().Read(&to.template emplace<cSmlTupelEntry>(), from);
-        else if (type == 4)
-            ClassOf<cSmlTime>().ReadFrom(&to.template emplace<cSmlTime>(),
-                                         from.Find(label::SmlTime), from);
-        else if (type == 5)
-            ClassOf<cSmlListEntry>().Read(&to.template emplace<cSmlListEntry>(), from);
     }
 };
 

@@ -73,7 +73,7 @@ constexpr ListClass Listed(const char* name, const Label& own, const ListTexts& 
 
 // clang-format off
 constexpr std::tuple kDescriptions{
-    Fielded<TimeFields, TimeClass>({"cSmlTime", {}, eFIELDS::ENCLOSED, kUntraced, true, true}),
+    Fielded<TimeFields, TimeClass>({"cSmlTime", label::SmlTime, eFIELDS::ENCLOSED, kUntraced, true, true}),
     Fielded<ListTypeFields, ListTypeClass>({"cSmlListType", label::smlList, eFIELDS::ENCLOSED, kUntraced, true, true}),
     ValueClass({"cSmlValue", label::value, eFIELDS::ENCLOSED, kDetail, true, true}),
     Entry<cSmlPeriodEntry>("cSmlPeriodEntry", label::SmlPeriodEntry, eFIELDS::EITHER),

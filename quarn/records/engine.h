@@ -173,7 +173,7 @@ struct Slot {
     void* Object() const { return PlaceIn(&cell, row.uiValue - row.uiCell); }
     const Class& Type() const { return *kClasses[row.uiClass]; }
     // Takes over what par, or null, holds of the field; whether it is present then.
-    bool Read(const vorn::cRecordPar* par, Source& around) const
+    [[gnu::always_inline]] bool Read(const vorn::cRecordPar* par, Source& around) const
     {
         const bool isOfKind = par != nullptr && par->GetType(1) == row.iParKind && !par->IsEmpty();
         if (row.iKind == KIND_RECORD) {
@@ -185,7 +185,7 @@ struct Slot {
             WithPlain(row.iKind, cell, [par](auto& v) { Get(*par, v); });
         return isOfKind;
     }
-    void Write(RecordBuilder& to) const
+    [[gnu::always_inline]] void Write(RecordBuilder& to) const
     {
         if (row.iKind == KIND_RECORD)
             Type().Write(Object(), to, row.label);
@@ -271,6 +271,13 @@ public:
             return ReadRows(object, around);
         TraceMissing();
         return false;
+    }
+    // As Read, for the elements of lists.
+    bool ReadElement(void* element, Source& in) const
+    {
+        if (shape.where == eFIELDS::DIRECT)
+            return ReadRows(element, in);
+        return StructureClass::ReadFrom(element, in.Find(shape.own), in);
     }
     bool WriteInto(const void* object, RecordBuilder& to) const override
     {
@@ -473,14 +480,13 @@ public:
             return false;
         }
         to.Expect(elements.uiCount);
-        const Class& type = Type();
         for (std::size_t i = 0; i < elements.uiCount; ++i) {
             if (!storage.bObjects)
                 Append(to, texts.element, Number(At(elements, i)));
             else if (texts.bWrapped)
-                type.WriteNested(At(elements, i), to, texts.element);
+                Type().WriteNested(At(elements, i), to, texts.element);
             else
-                type.Class::Write(At(elements, i), to, texts.element);
+                Type().Class::Write(At(elements, i), to, texts.element);
         }
         return true;
     }
@@ -517,7 +523,11 @@ public:
     }
 
 private:
-    const Class& Type() const { return *kClasses[storage.uiClass]; }
+    // REQUIRES: the elements are objects, which are structures then.
+    const StructureClass& Type() const
+    {
+        return static_cast<const StructureClass&>(*kClasses[storage.uiClass]);
+    }
     void* At(const Elements& elements, std::size_t i) const
     {
         return static_cast<char*>(elements.pFirst) + i * storage.uiSize;
@@ -537,7 +547,7 @@ private:
         Source inside(depth);
         if (!inside.Open(&par))
             return false;
-        if (!Type().Read(element, inside))
+        if (!Type().ReadElement(element, inside))
             Type().Clear(element);
         return true;
     }

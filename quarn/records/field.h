@@ -37,12 +37,12 @@ enum eRULE : unsigned {
 // A field in the table of its class.
 struct Row {
     Label label;
-    std::size_t uiSize = 0; // of the label, with its end
+    unsigned uiSize = 0; // of the label, with its end
     int iKind = 0;
-    int iParKind = 0;         // of the parameter
-    unsigned uiClass = 0;     // of an object, the number
-    std::size_t uiCell = 0;   // the places of its cell and its value in an object of the class
-    std::size_t uiValue = 0;
+    int iParKind = 0;     // of the parameter
+    unsigned uiClass = 0; // of an object, the number
+    unsigned uiCell = 0;  // the places of its cell and its value in an object of the class
+    unsigned uiValue = 0;
     unsigned uiRules = 0;
     const char* pcSecond = nullptr; // the label that it is not written under
 };
@@ -59,7 +59,7 @@ struct Holder : Cell {
 // Where the description of a class has come to: the next row, and the place behind the last field.
 struct Description {
     Row* pNext;
-    std::size_t uiEnd = 0;
+    unsigned uiEnd = 0;
 };
 
 struct Access; // the library's, to what is protected

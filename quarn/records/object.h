@@ -116,10 +116,9 @@ template <typename T, const auto& Text>
 constexpr void Field<T, Text>::Describe(Description& to, unsigned rules)
 {
     static_assert(sizeof Text > 4 && sizeof Text <= kReadableName);
-    constexpr std::size_t size = sizeof(Holder<T>);
-    constexpr std::size_t unit = alignof(Holder<T>);
-    const std::size_t place = (to.uiEnd + unit - 1) / unit * unit;
-    to.uiEnd = place + size;
+    constexpr unsigned unit = alignof(Holder<T>);
+    const unsigned place = (to.uiEnd + unit - 1) / unit * unit;
+    to.uiEnd = place + unsigned{sizeof(Holder<T>)};
     unsigned number = 0;
     if constexpr (kKindOf<T> == KIND_RECORD) {
         number = T::kNumber;
@@ -127,7 +126,7 @@ constexpr void Field<T, Text>::Describe(Description& to, unsigned rules)
             rules |= RULE_IF_RECORD;
     }
     *to.pNext++ = {Text, sizeof Text, kKindOf<T>, kKindOf<T> == kShort ? KIND_SINT : kKindOf<T>,
-                   number, place, to.uiEnd - sizeof(T), rules};
+                   number, place, to.uiEnd - unsigned{sizeof(T)}, rules};
 }
 
 } // namespace quarn::detail
