@@ -57,91 +57,65 @@ QUARN_FIELD(ActGTime, GetActGTime, cSmlTime, actGatewayTime)
 
 } // namespace field
 
-using OpenReq = Structure<CLASS_OPEN_REQ, field::Codepage, Required<field::ClientId>,
-                          Required<field::ReqFileId>, OrEmpty<field::ServerId>, field::Username,
-                          field::Password, field::SmlVersion>;
-using OpenResp =
-    Structure<CLASS_OPEN_RESP, field::Codepage, field::ClientId, Required<field::ReqFileId>,
-              Required<field::ServerId>, field::RefTime, field::SmlVersion>;
-using GetProfileReq =
-    Structure<CLASS_GET_PROFILE_REQ, OrEmpty<field::ServerId>, field::Username, field::Password,
-              field::WithRaw, Required<field::BeginTime>, Required<field::EndTime>,
-              Required<field::TreePath>, field::ObjList, field::Details>;
-using GetProfListRes =
-    Structure<CLASS_GET_PROF_LIST_RES, Required<field::ServerId>, Required<field::ActTime>,
-              Required<field::Period>, Required<field::TreePath>, Required<field::ValTime>,
-              Required<field::Status>, Required<field::PerList>, field::RawData, field::PerSign>;
-using GetProfPackRes =
-    Structure<CLASS_GET_PROF_PACK_RES, Required<field::ServerId>, Required<field::ActTime>,
-              Required<field::Period>, Required<field::TreePath>, Required<IfRecord<field::HdList>>,
-              Required<IfRecord<field::ObjPerList>>, field::RawData,
-              OrFrom<field::ProfSign, label::periodSignature>>;
-using GetProcParReq = Structure<CLASS_GET_PROC_PAR_REQ, OrEmpty<field::ServerId>, field::Username,
-                                field::Password, Required<field::TreePath>, field::Attribute>;
-using GetProcParRes = Structure<CLASS_GET_PROC_PAR_RES, Required<field::ServerId>,
-                                Required<field::TreePath>, Required<field::Tree>>;
-using SetProcParReq = Structure<CLASS_SET_PROC_PAR_REQ, field::ServerId, field::Username,
-                                field::Password, Required<field::TreePath>, Required<field::Tree>>;
-using AttentionRes = Structure<CLASS_ATTENTION_RES, Required<field::ServerId>,
-                               Required<field::AttNo>, field::AttMsg, field::AttDetails>;
-using GetListReq =
-    Structure<CLASS_GET_LIST_REQ, Required<field::ClientId>, OrEmpty<field::ServerId>,
-              field::Username, field::Password, field::ListName>;
 using GetListRes = Structure<CLASS_GET_LIST_RES, field::ClientId, Required<field::ServerId>,
                              field::ListName, field::ActSTime, Required<IfRecord<field::ValList>>,
                              field::ListSign, field::ActGTime>;
 } // namespace quarn::detail
 
 // Open request: begins a file of requests.
-struct QUARN_API cSmlOpenReq : quarn::detail::OpenReq {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlOpenReq, Structure<CLASS_OPEN_REQ, field::Codepage, Required<field::ClientId>,
+                                   Required<field::ReqFileId>, OrEmpty<field::ServerId>,
+                                   field::Username, field::Password, field::SmlVersion>)
 
 // Open response: begins a file of responses.
-struct QUARN_API cSmlOpenResp : quarn::detail::OpenResp {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlOpenResp,
+            Structure<CLASS_OPEN_RESP, field::Codepage, field::ClientId, Required<field::ReqFileId>,
+                      Required<field::ServerId>, field::RefTime, field::SmlVersion>)
 
 // Profile request, for a list as for a pack.
-struct QUARN_API cSmlGetProfileReq : quarn::detail::GetProfileReq {
-    using Object::Object;
-};
+QUARN_CLASS(
+    cSmlGetProfileReq,
+    Structure<CLASS_GET_PROFILE_REQ, OrEmpty<field::ServerId>, field::Username, field::Password,
+              field::WithRaw, Required<field::BeginTime>, Required<field::EndTime>,
+              Required<field::TreePath>, field::ObjList, field::Details>)
 
 // Profile-list response: one period with the values of its objects.
-struct QUARN_API cSmlGetProfListRes : quarn::detail::GetProfListRes {
-    using Object::Object;
-};
+QUARN_CLASS(
+    cSmlGetProfListRes,
+    Structure<CLASS_GET_PROF_LIST_RES, Required<field::ServerId>, Required<field::ActTime>,
+              Required<field::Period>, Required<field::TreePath>, Required<field::ValTime>,
+              Required<field::Status>, Required<field::PerList>, field::RawData, field::PerSign>)
 
 // Profile-pack response: the objects once, then their values period by period. Its signature is
 // read from "periodSignature" too, and written as "profileSignature".
-struct QUARN_API cSmlGetProfPackRes : quarn::detail::GetProfPackRes {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlGetProfPackRes,
+            Structure<CLASS_GET_PROF_PACK_RES, Required<field::ServerId>, Required<field::ActTime>,
+                      Required<field::Period>, Required<field::TreePath>,
+                      Required<IfRecord<field::HdList>>, Required<IfRecord<field::ObjPerList>>,
+                      field::RawData, OrFrom<field::ProfSign, label::periodSignature>>)
 
 // Process-parameter request.
-struct QUARN_API cSmlGetProcParReq : quarn::detail::GetProcParReq {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlGetProcParReq,
+            Structure<CLASS_GET_PROC_PAR_REQ, OrEmpty<field::ServerId>, field::Username,
+                      field::Password, Required<field::TreePath>, field::Attribute>)
 
 // Process-parameter response: the tree asked for.
-struct QUARN_API cSmlGetProcParRes : quarn::detail::GetProcParRes {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlGetProcParRes, Structure<CLASS_GET_PROC_PAR_RES, Required<field::ServerId>,
+                                         Required<field::TreePath>, Required<field::Tree>>)
 
 // Set-process-parameter request: the tree to be set.
-struct QUARN_API cSmlSetProcParReq : quarn::detail::SetProcParReq {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlSetProcParReq,
+            Structure<CLASS_SET_PROC_PAR_REQ, field::ServerId, field::Username, field::Password,
+                      Required<field::TreePath>, Required<field::Tree>>)
 
 // Attention response: an error, or a confirmation.
-struct QUARN_API cSmlAttentionRes : quarn::detail::AttentionRes {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlAttentionRes, Structure<CLASS_ATTENTION_RES, Required<field::ServerId>,
+                                        Required<field::AttNo>, field::AttMsg, field::AttDetails>)
 
 // List request.
-struct QUARN_API cSmlGetListReq : quarn::detail::GetListReq {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlGetListReq,
+            Structure<CLASS_GET_LIST_REQ, Required<field::ClientId>, OrEmpty<field::ServerId>,
+                      field::Username, field::Password, field::ListName>)
 
 // List response: the current values of a meter.
 class QUARN_API cSmlGetListRes : public quarn::detail::GetListRes

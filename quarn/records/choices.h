@@ -64,9 +64,8 @@ public:
                        TakeOneOf<long long, std::string, unsigned, unsigned long long, int, bool>(
                            *par, to.content);
         Source inside(around.uiDepth);
-        return to.bValid =
-                   inside.Open(par) &&
-                   ClassOf<cSmlListType>().Read(&to.content.emplace<cSmlListType>(), inside);
+        return to.bValid = inside.Open(par) && ClassOf<cSmlListType>().Read(
+                                                   &to.content.emplace<cSmlListType>(), inside);
     }
     bool WriteInto(const void*, RecordBuilder&) const override { return false; }
     bool Write(const void* value, RecordBuilder& to, const Label& label) const override

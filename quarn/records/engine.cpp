@@ -20,14 +20,6 @@ struct quarn::detail::Access {
     }
     template <class Fields>
     static constexpr auto kRows = Rows<Fields>();
-    template <class Core>
-    static Elements Resize(void* list, std::size_t count)
-    {
-        auto& content = static_cast<Core*>(list)->content;
-        if (count != Storage::kSame)
-            content.resize(count);
-        return {content.data(), content.size()};
-    }
 };
 
 namespace
@@ -36,48 +28,37 @@ namespace
 template <eCLASS Number, class Core>
 Core CoreOf(const Object<Number, Core>*);
 
-template <class Fields, class As = StructureClass>
-constexpr As Fielded(const Shape& shape)
+template <class C>
+using CoreOfClass = decltype(CoreOf(static_cast<const C*>(nullptr)));
+
+// C is a class that is a set of fields.
+template <class C, class As = StructureClass>
+constexpr As Structured(const Shape& shape)
 {
-    constexpr auto& rows = Access::kRows<Fields>;
+    constexpr auto& rows = Access::kRows<CoreOfClass<C>>;
     static_assert(rows.size() <= StructureClass::kMaxRows);
     return As(shape, Table(rows.data(), rows.size()));
 }
-// C is a class that is a set of fields.
-template <class C>
-constexpr auto Structured(const Shape& shape)
+template <class C, class As = StructureClass>
+constexpr As Entry(const char* name, const Label& own, eFIELDS where = eFIELDS::ENCLOSED,
+                   vorn::eLEVEL missingLevel = kDetail)
 {
-    return Fielded<decltype(CoreOf(static_cast<const C*>(nullptr)))>(shape);
+    return Structured<C, As>({name, own, where, missingLevel, true, true});
 }
 template <class C>
-constexpr StructureClass Entry(const char* name, const Label& own,
-                               eFIELDS where = eFIELDS::ENCLOSED,
-                               vorn::eLEVEL missingLevel = kDetail)
+constexpr auto Listed(const char* name, const Label& own, const ListTexts& texts,
+                      vorn::eLEVEL missingLevel = kDetail)
 {
-    return Structured<C>({name, own, where, missingLevel, true, true});
-}
-template <class C>
-constexpr ListClass Listed(const char* name, const Label& own, const ListTexts& texts,
-                           vorn::eLEVEL missingLevel = kDetail)
-{
-    using Core = decltype(CoreOf(static_cast<const C*>(nullptr)));
-    using Element = typename C::Element;
-    constexpr bool isObject = kKindOf<Element> == KIND_RECORD;
-    unsigned number = 0;
-    if constexpr (isObject)
-        number = Element::kNumber;
-    return {{name, own, eFIELDS::ENCLOSED, missingLevel},
-            texts,
-            {isObject, number, sizeof(Element), &Access::Resize<Core>}};
+    return ListClass<CoreOfClass<C>>({name, own, eFIELDS::ENCLOSED, missingLevel}, texts);
 }
 
 // clang-format off
 constexpr std::tuple kDescriptions{
-    Fielded<TimeFields, TimeClass>({"cSmlTime", label::SmlTime, eFIELDS::ENCLOSED, kUntraced, true, true}),
-    Fielded<ListTypeFields, ListTypeClass>({"cSmlListType", label::smlList, eFIELDS::ENCLOSED, kUntraced, true, true}),
+    Entry<cSmlTime, TimeClass>("cSmlTime", label::SmlTime, eFIELDS::ENCLOSED, kUntraced),
+    Entry<cSmlListType, ListTypeClass>("cSmlListType", label::smlList, eFIELDS::ENCLOSED, kUntraced),
     ValueClass({"cSmlValue", label::value, eFIELDS::ENCLOSED, kDetail, true, true}),
     Entry<cSmlPeriodEntry>("cSmlPeriodEntry", label::SmlPeriodEntry, eFIELDS::EITHER),
-    Fielded<tupel::Fields>({"cSmlTupelEntry", label::SmlTupelEntry, eFIELDS::ENCLOSED, kDetail, true, true}),
+    Entry<cSmlTupelEntry>("cSmlTupelEntry", label::SmlTupelEntry),
     Entry<cSmlHeaderEntry>("cSmlHeaderEntry", label::pObjHdEntry),
     Entry<cSmlValueEntry>("cSmlValueEntry", label::value_List_Entry),
     Entry<cSmlListEntry>("cSmlListEntry", label::valListEntry, eFIELDS::DIRECT),
@@ -134,12 +115,11 @@ bool Filled(unsigned number, void* object, Step step) noexcept
     return done;
 }
 
-// Gives to the fields that from has under the same labels.
-template <class To, class From>
-void CopyShared(To& to, const From& from)
+// Copies fields that both classes have.
+template <class... F, class To, class From>
+void CopyFields(To& to, const From& from)
 {
-    static_cast<const StructureClass&>(ClassOf<To>())
-        .CopyShared(&to, static_cast<const StructureClass&>(ClassOf<From>()), &from);
+    ((static_cast<F&>(to) = static_cast<const F&>(from)), ...);
 }
 
 } // namespace
@@ -202,12 +182,8 @@ bool Engine::IsValid(unsigned number, const void* object) noexcept
 
 bool Engine::Add(unsigned number, void* list, const void* element) noexcept
 {
-    const auto& type = *static_cast<const ListClass*>(kClasses[number]);
-    const std::size_t count = type.Of(list).uiCount;
-    const bool done = Guarded(type.shape.pcClass, [&] { type.Add(list, element); });
-    if (!done)
-        type.Shorten(list, count);
-    return done;
+    const Class& type = *kClasses[number];
+    return Guarded(type.shape.pcClass, [&] { type.Add(list, element); });
 }
 
 cSmlGetListRes& cSmlGetListRes::operator=(const cSmlGetProfListRes& source) noexcept
@@ -217,9 +193,9 @@ cSmlGetListRes& cSmlGetListRes::operator=(const cSmlGetProfListRes& source) noex
         Trace(LibQuarn, kError, "cSmlGetListRes::operator= : class cSmlGetProfListRes invalid!");
         return *this;
     }
-    cSmlPeriodList periods;
     const auto convert = [&](const Class&) {
-        CopyShared(*this, source); // the server
+        CopyFields<field::ServerId>(*this, source);
+        cSmlPeriodList periods;
         cSmlPeriodEntry period;
         cSmlList list;
         int count = 0;
@@ -227,9 +203,10 @@ cSmlGetListRes& cSmlGetListRes::operator=(const cSmlGetProfListRes& source) noex
         for (int i = 0; done && i < count; ++i) {
             cSmlListEntry entry;
             done = periods.GetListEntry(period, i);
-            CopyShared(entry, source); // status and time
-            CopyShared(entry, period);
-            done = done && list.SetListEntry(entry);
+            CopyFields<field::Status, field::ValTime>(entry, source);
+            CopyFields<field::ObjName, field::Unit, field::Scaler, field::Value, field::ValueSign>(
+                entry, period);
+            done = done && entry.IsValid() == period.IsValid() && list.SetListEntry(entry);
         }
         if (!done || !ValList::Set(list))
             throw std::bad_alloc();

@@ -88,6 +88,7 @@ public:
     // Makes the object what another one is; and takes from it what operator= does not take over.
     virtual void Copy(void* to, const void* from) const = 0;
     virtual void Settle(void*) const noexcept {}
+    virtual void Add(void*, const void*) const {} // of a list: appends a copy of an element
 
     bool Read(void* object, Source& around) const
     {
@@ -297,16 +298,6 @@ public:
         for (const Row& row : table)
             Slot(row, to).Copy(Slot(row, from));
     }
-    // Copies the fields that the other structure has under the same label.
-    void CopyShared(void* to, const StructureClass& other, const void* from) const
-    {
-        for (const Row& row : table) {
-            for (const Row& source : other.table) {
-                if (std::strcmp(row.label, source.label) == 0)
-                    Slot(row, to).Copy(Slot(source, from));
-            }
-        }
-    }
 
 private:
     std::uint32_t Present(const void* object) const noexcept
@@ -337,8 +328,8 @@ private:
         }
         return table.IsComplete(present);
     }
-    void ReadByRules(void* object, int i, const vorn::cRecordPar* par, Source& from,
-                     std::uint32_t& present) const
+    [[gnu::noinline]] void ReadByRules(void* object, int i, const vorn::cRecordPar* par,
+                                       Source& from, std::uint32_t& present) const
     {
         const Slot slot(table.pRows[i], object);
         const Row& row = slot.row;
@@ -415,34 +406,18 @@ struct ListTexts {
     vorn::eLEVEL invalidLevel = kError;                 // and its level
 };
 
-// The elements of a list.
-struct Elements {
-    void* pFirst;
-    std::size_t uiCount;
-};
-struct Storage {
-    static constexpr std::size_t kSame = std::size_t(-1);
-
-    bool bObjects;      // of a class; otherwise UINT64
-    unsigned uiClass;   // its number
-    std::size_t uiSize; // of an element
-    Elements (*pResize)(void* list, std::size_t count);
-};
-
 struct TooDeep : std::exception {
     const char* what() const noexcept override { return "trees nested too deep"; }
 };
 
+template <class Core>
 class ListClass final : public Class
 {
 public:
-    constexpr ListClass(const Shape& given, const ListTexts& list, const Storage& elements)
-        : Class(given), texts(list), storage(elements)
-    {
-    }
+    constexpr ListClass(const Shape& given, const ListTexts& list) : Class(given), texts(list) {}
 
-    void Clear(void* list) const noexcept override { storage.pResize(list, 0); }
-    bool IsValid(const void* list) const noexcept override { return Of(list).uiCount > 0; }
+    void Clear(void* list) const noexcept override { Of(list).clear(); }
+    bool IsValid(const void* list) const noexcept override { return !Of(list).empty(); }
     bool ReadFrom(void* list, const vorn::cRecordPar* par, Source& around) const override
     {
         RecordReader<> record;
@@ -459,101 +434,87 @@ public:
         const unsigned depth = around.uiDepth + 1;
         if (depth >= SML_MAX_TREE_DEPTH)
             throw TooDeep();
-        const Elements room = storage.pResize(list, static_cast<std::size_t>(count));
+        auto& elements = Of(list);
+        elements.resize(static_cast<std::size_t>(count));
         std::size_t taken = 0;
         const char* const next = texts.bStepsByLabel ? label : nullptr;
         record.VisitElements(label, next, [&](const vorn::cRecordPar& element) {
-            if (ReadElement(At(room, taken), element, depth))
+            if (ReadElement(elements[taken], element, depth))
                 ++taken;
             else
                 Trace(LibQuarn, kError, "%s: %s", shape.pcClass, texts.pcElementFault);
-            return taken < room.uiCount;
+            return taken < elements.size();
         });
-        storage.pResize(list, taken);
+        elements.resize(taken);
         return taken > 0;
     }
     bool WriteInto(const void* list, RecordBuilder& to) const override
     {
-        const Elements elements = Of(list);
-        if (elements.uiCount == 0) {
+        const auto& elements = Of(list);
+        if (elements.empty()) {
             Trace(LibQuarn, texts.invalidLevel, "%s::ToRecord: %s", shape.pcClass, texts.pcInvalid);
             return false;
         }
-        to.Expect(elements.uiCount);
-        for (std::size_t i = 0; i < elements.uiCount; ++i) {
-            if (!storage.bObjects)
-                Append(to, texts.element, Number(At(elements, i)));
+        to.Expect(elements.size());
+        for (const Element& element : elements) {
+            if constexpr (!kHoldsObjects)
+                Append(to, texts.element, element);
             else if (texts.bWrapped)
-                Type().WriteNested(At(elements, i), to, texts.element);
+                Type().WriteNested(&element, to, texts.element);
             else
-                Type().Class::Write(At(elements, i), to, texts.element);
+                Type().Class::Write(&element, to, texts.element);
         }
         return true;
     }
     void Copy(void* to, const void* from) const override
     {
-        const Elements source = Of(from);
-        const Elements target = storage.pResize(to, source.uiCount);
-        for (std::size_t i = 0; i < source.uiCount; ++i) {
-            if (storage.bObjects)
-                Type().Copy(At(target, i), At(source, i));
+        const auto& source = Of(from);
+        Of(to).resize(source.size());
+        for (std::size_t i = 0; i < source.size(); ++i) {
+            if constexpr (kHoldsObjects)
+                Type().Copy(&Of(to)[i], &source[i]);
             else
-                Number(At(target, i)) = Number(At(source, i));
+                Of(to)[i] = source[i];
         }
     }
-    // Appends a copy.
-    void Add(void* list, const void* element) const
+    void Add(void* list, const void* element) const override
     {
-        const std::size_t count = Of(list).uiCount;
-        void* const added = At(storage.pResize(list, count + 1), count);
-        if (storage.bObjects)
-            Type().Assign(added, element);
+        Element added{};
+        if constexpr (kHoldsObjects)
+            Type().Assign(&added, element);
         else
-            Number(added) = *static_cast<const unsigned long long*>(element);
-    }
-    // Forgets the elements behind the first count ones.
-    void Shorten(void* list, std::size_t count) const noexcept
-    {
-        if (count < Of(list).uiCount)
-            storage.pResize(list, count);
-    }
-    Elements Of(const void* list) const
-    {
-        return storage.pResize(const_cast<void*>(list), Storage::kSame);
+            added = *static_cast<const Element*>(element);
+        Of(list).push_back(std::move(added));
     }
 
 private:
-    // REQUIRES: the elements are objects, which are structures then.
-    const StructureClass& Type() const
+    using Element = typename Core::Element;
+    static constexpr bool kHoldsObjects = kKindOf<Element> == KIND_RECORD;
+
+    static auto& Of(void* list) { return static_cast<Core*>(list)->content; }
+    static const auto& Of(const void* list) { return static_cast<const Core*>(list)->content; }
+    static const StructureClass& Type()
     {
-        return static_cast<const StructureClass&>(*kClasses[storage.uiClass]);
+        return static_cast<const StructureClass&>(ClassOf<Element>());
     }
-    void* At(const Elements& elements, std::size_t i) const
+    static bool ReadElement(Element& element, const vorn::cRecordPar& par, unsigned depth)
     {
-        return static_cast<char*>(elements.pFirst) + i * storage.uiSize;
-    }
-    static unsigned long long& Number(void* element)
-    {
-        return *static_cast<unsigned long long*>(element);
-    }
-    bool ReadElement(void* element, const vorn::cRecordPar& par, unsigned depth) const
-    {
-        if (!storage.bObjects) {
+        if constexpr (kHoldsObjects) {
+            Source inside(depth);
+            if (!inside.Open(&par))
+                return false;
+            if (!Type().ReadElement(&element, inside))
+                Type().Clear(&element);
+            return true;
+        } else {
             const bool isElement = IsOfKind(par, KIND_UINT64);
             if (isElement)
-                Get(par, Number(element));
+                Get(par, element);
             return isElement;
         }
-        Source inside(depth);
-        if (!inside.Open(&par))
-            return false;
-        if (!Type().ReadElement(element, inside))
-            Type().Clear(element);
-        return true;
     }
 
     ListTexts texts;
-    Storage storage;
 };
 
 } // namespace quarn::detail

@@ -59,16 +59,6 @@ protected:
 
 } // namespace field
 
-using PeriodEntry = Structure<CLASS_PERIOD_ENTRY, Required<field::SettableObjName>,
-                              Required<field::SettableUnit>, Required<field::SettableScaler>,
-                              Required<field::SettableValue>, field::SettableValueSign>;
-using HeaderEntry = Structure<CLASS_HEADER_ENTRY, Required<field::ObjName>, Required<field::Unit>,
-                              Required<field::Scaler>>;
-using ValueEntry = Structure<CLASS_VALUE_ENTRY, Required<field::Value>, field::ValueSign>;
-using ListEntry =
-    Structure<CLASS_LIST_ENTRY, Required<field::SettableObjName>, field::SettableStatus,
-              field::SettableValTime, field::SettableUnit, field::SettableScaler,
-              Required<field::SettableValue>, field::SettableValueSign>;
 namespace tupel
 {
 
@@ -128,34 +118,29 @@ private:
 
 } // namespace tupel
 
-using TupelEntry = Object<CLASS_TUPEL_ENTRY, tupel::Fields>;
-
 } // namespace quarn::detail
 
 // A period entry: the value of one object in a period.
-struct QUARN_API cSmlPeriodEntry : quarn::detail::PeriodEntry {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlPeriodEntry,
+            Structure<CLASS_PERIOD_ENTRY, Required<field::SettableObjName>,
+                      Required<field::SettableUnit>, Required<field::SettableScaler>,
+                      Required<field::SettableValue>, field::SettableValueSign>)
 
 // A header entry: name, unit and scaler of one object in a profile.
-struct QUARN_API cSmlHeaderEntry : quarn::detail::HeaderEntry {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlHeaderEntry, Structure<CLASS_HEADER_ENTRY, Required<field::ObjName>,
+                                       Required<field::Unit>, Required<field::Scaler>>)
 
 // A value entry: a value, perhaps signed.
-struct QUARN_API cSmlValueEntry : quarn::detail::ValueEntry {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlValueEntry, Structure<CLASS_VALUE_ENTRY, Required<field::Value>, field::ValueSign>)
 
 // A list entry: one object of a get-list response.
-struct QUARN_API cSmlListEntry : quarn::detail::ListEntry {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlListEntry,
+            Structure<CLASS_LIST_ENTRY, Required<field::SettableObjName>, field::SettableStatus,
+                      field::SettableValTime, field::SettableUnit, field::SettableScaler,
+                      Required<field::SettableValue>, field::SettableValueSign>)
 
 // A tupel entry: active and reactive quantities, each a unit, a scaler and a value, with their
 // signatures. All fields are required, and the getters succeed only for an entry that is valid.
-struct QUARN_API cSmlTupelEntry : quarn::detail::TupelEntry {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlTupelEntry, Object<CLASS_TUPEL_ENTRY, tupel::Fields>)
 
 #endif

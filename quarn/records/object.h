@@ -93,6 +93,18 @@ protected:
     const Core* This() const noexcept { return this; }
 };
 
+// A class that hosts use, and what it is: an object as quarn::detail knows it.
+#define QUARN_CLASS(Name, ...)                                                                     \
+    namespace quarn::detail                                                                        \
+    {                                                                                              \
+    using Name##_ = __VA_ARGS__;                                                                   \
+    }                                                                                              \
+    class QUARN_API Name : public quarn::detail::Name##_                                           \
+    {                                                                                              \
+    public:                                                                                        \
+        using Object::Object;                                                                      \
+    };
+
 template <eCLASS Number, class... F>
 using Structure = Object<Number, FieldSet<F...>>;
 
@@ -125,8 +137,14 @@ constexpr void Field<T, Text>::Describe(Description& to, unsigned rules)
         if (number == CLASS_TIME) // which says nothing when its record is missing
             rules |= RULE_IF_RECORD;
     }
-    *to.pNext++ = {Text, sizeof Text, kKindOf<T>, kKindOf<T> == kShort ? KIND_SINT : kKindOf<T>,
-                   number, place, to.uiEnd - unsigned{sizeof(T)}, rules};
+    *to.pNext++ = {Text,
+                   sizeof Text,
+                   kKindOf<T>,
+                   kKindOf<T> == kShort ? KIND_SINT : kKindOf<T>,
+                   number,
+                   place,
+                   to.uiEnd - unsigned{sizeof(T)},
+                   rules};
 }
 
 } // namespace quarn::detail

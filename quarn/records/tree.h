@@ -56,7 +56,7 @@ public:
     cSmlProcParValue& operator=(const cSmlListEntry& v) noexcept { return Take(v), *this; }
 };
 
-struct cSmlTree;
+class cSmlTree;
 
 // The children of a node.
 class QUARN_API cSmlChildList
@@ -81,16 +81,13 @@ QUARN_FIELD(ProcParVal, GetValue, cSmlProcParValue, procParVal)
 QUARN_FIELD(ChildList, GetChildList, cSmlChildList, child_List)
 } // namespace field
 
-using Tree = Structure<CLASS_TREE, Required<field::ParName>, OneOf<AsRecord<field::ProcParVal>>,
-                       OneOf<AsRecord<field::ChildList>>>;
-
 } // namespace quarn::detail
 
 // A node: its name, and its value or its children or both. The value and the children are present
 // as soon as their records are, even if those are not valid. operator= takes over a valid tree; any
 // other one clears the target.
-struct QUARN_API cSmlTree : quarn::detail::Tree {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlTree,
+            Structure<CLASS_TREE, Required<field::ParName>, OneOf<AsRecord<field::ProcParVal>>,
+                      OneOf<AsRecord<field::ChildList>>>)
 
 #endif

@@ -15,63 +15,11 @@
 namespace quarn::detail
 {
 
-struct TimeFields : FieldSet<Required<Field<unsigned int, label::type>>,
-                             Required<Field<unsigned int, label::value>>,
-                             Field<short, label::locOffset>, Field<short, label::seaOffset>> {
-protected:
-    using Type = Field<unsigned int, label::type>;
-    using Value = Field<unsigned int, label::value>;
-    using LocOffset = Field<short, label::locOffset>;
-    using SeaOffset = Field<short, label::seaOffset>;
-
-    bool HasOffsets() const noexcept { return LocOffset::IsPresent() && SeaOffset::IsPresent(); }
-
-    friend class TimeClass;
-};
-
-} // namespace quarn::detail
-
-// A time. Types: 1 = seconds index, 2 = timestamp, 3 = local timestamp with two offsets.
-class QUARN_API cSmlTime : private quarn::detail::TimeFields
+class TimeFields : public FieldSet<Required<Field<unsigned int, label::type>>,
+                                   Required<Field<unsigned int, label::value>>,
+                                   Field<short, label::locOffset>, Field<short, label::seaOffset>>
 {
 public:
-    static constexpr quarn::detail::eCLASS kNumber = quarn::detail::CLASS_TIME;
-
-    cSmlTime() noexcept = default;
-    // The time that stands as a record under label in record.
-    cSmlTime(const vorn::cRecord& record, const char* label) noexcept
-    {
-        if (label != nullptr)
-            quarn::detail::Engine::Read(kNumber, This(), record, label);
-    }
-    cSmlTime(const cSmlTime&) noexcept = default;
-    // Takes over a valid time, without the offsets that its type does not have; any other time
-    // clears this one.
-    cSmlTime& operator=(const cSmlTime& other) noexcept
-    {
-        if (this != &other)
-            quarn::detail::Engine::Assign(kNumber, This(), other.This());
-        return *this;
-    }
-    ~cSmlTime() = default;
-
-    void Clear() noexcept { quarn::detail::Engine::Clear(kNumber, This()); }
-    // Type and value present and type at most 2, or type 3 and both offsets present as well.
-    bool IsValid() const noexcept { return quarn::detail::Engine::IsValid(kNumber, This()); }
-
-    // False, and no time, unless type is 1 or 2; with offsets, unless type is 3.
-    bool SetTime(unsigned int type, unsigned int value) noexcept
-    {
-        Clear();
-        return (type == 1 || type == 2) && Type::Set(type) && Value::Set(value);
-    }
-    bool SetTime(unsigned int type, unsigned int value, short locOffset, short seaOffset) noexcept
-    {
-        Clear();
-        return type == 3 && Type::Set(type) && Value::Set(value) && LocOffset::Set(locOffset) &&
-               SeaOffset::Set(seaOffset);
-    }
-
     bool GetTime(unsigned int& type, unsigned int& value) const noexcept
     {
         return Value::IsPresent() && Type::Get(type) && Value::Get(value);
@@ -88,15 +36,54 @@ public:
         return HasOffsets() && LocOffset::Get(locOffset) && SeaOffset::Get(seaOffset);
     }
 
+protected:
+    using Type = Field<unsigned int, label::type>;
+    using Value = Field<unsigned int, label::value>;
+    using LocOffset = Field<short, label::locOffset>;
+    using SeaOffset = Field<short, label::seaOffset>;
+
+    bool HasOffsets() const noexcept { return LocOffset::IsPresent() && SeaOffset::IsPresent(); }
+
+    friend class TimeClass;
+};
+
+using Time = Object<CLASS_TIME, TimeFields>;
+
+} // namespace quarn::detail
+
+// A time. Types: 1 = seconds index, 2 = timestamp, 3 = local timestamp with two offsets. Valid with
+// type and value and a type of at most 2, or with type 3 and both offsets as well. operator= takes
+// over a valid time, without the offsets that its type does not have; any other one clears this.
+class QUARN_API cSmlTime : public quarn::detail::Time
+{
+public:
+    cSmlTime() noexcept = default;
+    // The time that stands as a record under label in record.
+    cSmlTime(const vorn::cRecord& record, const char* label) noexcept
+    {
+        if (label != nullptr)
+            quarn::detail::Engine::Read(kNumber, This(), record, label);
+    }
+
+    // False, and no time, unless type is 1 or 2; with offsets, unless type is 3.
+    bool SetTime(unsigned int type, unsigned int value) noexcept
+    {
+        Clear();
+        return (type == 1 || type == 2) && Type::Set(type) && Value::Set(value);
+    }
+    bool SetTime(unsigned int type, unsigned int value, short locOffset, short seaOffset) noexcept
+    {
+        Clear();
+        return type == 3 && Type::Set(type) && Value::Set(value) && LocOffset::Set(locOffset) &&
+               SeaOffset::Set(seaOffset);
+    }
+
     // Appends the time as a record under label. The offsets are written for type 3 only.
     bool ToRecord(vorn::cRecord& target, const char* label) const noexcept
     {
-        return quarn::detail::Engine::Write(kNumber, This(), target, label);
+        const char* const name = label != nullptr ? label : "";
+        return quarn::detail::Engine::Write(kNumber, This(), target, name);
     }
-
-private:
-    TimeFields* This() noexcept { return this; }
-    const TimeFields* This() const noexcept { return this; }
 };
 
 namespace quarn::detail
@@ -119,15 +106,11 @@ protected:
     friend class ListTypeClass;
 };
 
-using ListType = Object<CLASS_LIST_TYPE, ListTypeFields>;
-
 } // namespace quarn::detail
 
 // The list type of a value: 1 = time is the only one. Another type is read, and written back, but
 // cannot be set, and operator= does not take its time over.
-struct QUARN_API cSmlListType : quarn::detail::ListType {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlListType, Object<CLASS_LIST_TYPE, ListTypeFields>)
 
 namespace quarn::detail
 {
@@ -178,14 +161,10 @@ protected:
     friend class ChoiceClass;
 };
 
-using Value = Object<CLASS_VALUE, ValueCore>;
-
 } // namespace quarn::detail
 
 // A value: one of seven alternatives, read from and written to the parameter "value", whose kind
 // says which. operator= takes over a valid value; any other one clears the target.
-struct QUARN_API cSmlValue : quarn::detail::Value {
-    using Object::Object;
-};
+QUARN_CLASS(cSmlValue, Object<CLASS_VALUE, ValueCore>)
 
 #endif
