@@ -20,6 +20,13 @@ struct quarn::detail::Access {
     }
     template <class Fields>
     static constexpr auto kRows = Rows<Fields>();
+    template <class F>
+    static void Copy(F& to, const F& from)
+    {
+        to.bPresent = from.bPresent;
+        if (!TryAssign(to.value, from.value))
+            throw std::bad_alloc();
+    }
 };
 
 namespace
@@ -119,7 +126,7 @@ bool Filled(unsigned number, void* object, Step step) noexcept
 template <class... F, class To, class From>
 void CopyFields(To& to, const From& from)
 {
-    ((static_cast<F&>(to) = static_cast<const F&>(from)), ...);
+    (Access::Copy<F>(to, from), ...);
 }
 
 } // namespace
@@ -206,7 +213,7 @@ cSmlGetListRes& cSmlGetListRes::operator=(const cSmlGetProfListRes& source) noex
             CopyFields<field::Status, field::ValTime>(entry, source);
             CopyFields<field::ObjName, field::Unit, field::Scaler, field::Value, field::ValueSign>(
                 entry, period);
-            done = done && entry.IsValid() == period.IsValid() && list.SetListEntry(entry);
+            done = done && list.SetListEntry(entry);
         }
         if (!done || !ValList::Set(list))
             throw std::bad_alloc();

@@ -138,7 +138,7 @@ T& ValueIn(Cell& cell)
 
 // Does something with a plain value, as what it is.
 template <typename Do>
-[[gnu::always_inline]] inline void WithPlain(int kind, Cell& cell, Do run)
+void WithPlain(int kind, Cell& cell, Do run)
 {
     switch (kind) {
     case KIND_BOOL:
@@ -174,7 +174,7 @@ struct Slot {
     void* Object() const { return PlaceIn(&cell, row.uiValue - row.uiCell); }
     const Class& Type() const { return *kClasses[row.uiClass]; }
     // Takes over what par, or null, holds of the field; whether it is present then.
-    [[gnu::always_inline]] bool Read(const vorn::cRecordPar* par, Source& around) const
+    bool Read(const vorn::cRecordPar* par, Source& around) const
     {
         const bool isOfKind = par != nullptr && par->GetType(1) == row.iParKind && !par->IsEmpty();
         if (row.iKind == KIND_RECORD) {
@@ -186,7 +186,7 @@ struct Slot {
             WithPlain(row.iKind, cell, [par](auto& v) { Get(*par, v); });
         return isOfKind;
     }
-    [[gnu::always_inline]] void Write(RecordBuilder& to) const
+    void Write(RecordBuilder& to) const
     {
         if (row.iKind == KIND_RECORD)
             Type().Write(Object(), to, row.label);
@@ -280,7 +280,7 @@ public:
             return ReadRows(element, in);
         return StructureClass::ReadFrom(element, in.Find(shape.own), in);
     }
-    bool WriteInto(const void* object, RecordBuilder& to) const override
+    [[gnu::flatten]] bool WriteInto(const void* object, RecordBuilder& to) const override
     {
         const std::uint32_t present = Present(object);
         if (shape.bWrittenWhenValid && !table.IsComplete(present))
@@ -310,7 +310,7 @@ private:
         }
         return present;
     }
-    bool ReadRows(void* object, Source& from) const
+    [[gnu::flatten]] bool ReadRows(void* object, Source& from) const
     {
         const vorn::cRecordPar* pars[kMaxRows];
         const std::uint32_t isFound = from.FindRows(table.pRows, table.uiCount, pars);

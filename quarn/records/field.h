@@ -85,6 +85,8 @@ protected:
     bool IsPresent() const noexcept { return this->bPresent; }
     // Appends its rows.
     static constexpr void Describe(Description& to, unsigned rules);
+
+    friend struct Access;
 };
 
 // One row of a table of fields: the field, its getter, its type, its label.
