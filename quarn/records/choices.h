@@ -67,14 +67,20 @@ public:
         return to.bValid = inside.Open(par) && ClassOf<cSmlListType>().Read(
                                                    &to.content.emplace<cSmlListType>(), inside);
     }
-    bool WriteInto(const void*, RecordBuilder&) const override { return false; }
+    // Of a list type only: other values are a parameter themselves.
+    bool WriteInto(const void* value, RecordBuilder& to) const override
+    {
+        const auto* listType = std::get_if<cSmlListType>(&Of(value).content);
+        return ClassOf<cSmlListType>().Write(listType, to, label::smlList);
+    }
     bool Write(const void* value, RecordBuilder& to, const Label& label) const override
     {
-        return WriteAsPar(value, to, label);
+        return WritePlain(value, to, label) || (IsValid(value) && Class::Write(value, to, label));
     }
     bool WriteTo(vorn::cRecord& target, const void* value, const char*) const override
     {
-        return WriteAsPar(value, target, shape.own);
+        return WritePlain(value, target, shape.own) ||
+               (IsValid(value) && Class::WriteTo(target, value, shape.own));
     }
     void Copy(void* to, const void* from) const override
     {
@@ -89,19 +95,17 @@ public:
 
 private:
     template <class Target> // a record or a builder
-    bool WriteAsPar(const void* value, Target& to, const Label& label) const
+    bool WritePlain(const void* value, Target& to, const Label& label) const
     {
         if (!IsValid(value))
             return RefuseToWrite();
         const auto write = [&](const auto& v) {
-            using T = std::decay_t<decltype(v)>;
-            if constexpr (std::is_same_v<T, cSmlListType>)
-                ClassOf<T>().WriteNested(&v, to, label);
-            else if constexpr (!std::is_same_v<T, std::monostate>)
+            constexpr bool isPlain = kKindOf<std::decay_t<decltype(v)>> != KIND_RECORD;
+            if constexpr (isPlain)
                 Append(to, label, v);
+            return isPlain;
         };
-        std::visit(write, Of(value).content);
-        return true;
+        return std::visit(write, Of(value).content);
     }
     // Takes the parameter as the alternative whose kind it has.
     template <typename... T, typename Choice>
@@ -152,15 +156,10 @@ public:
         Append(to, kLabel<label::type>, static_cast<unsigned>(from.index()));
         const auto write = [&to](const auto& v) {
             using T = std::decay_t<decltype(v)>;
-            if constexpr (std::is_same_v<T, cSmlValue>) {
+            if constexpr (std::is_same_v<T, cSmlValue>)
                 ClassOf<T>().Write(&v, to, label::value);
-            } else if constexpr (std::is_same_v<T, cSmlListEntry>) {
-                to.Open();
-                ClassOf<T>().WriteInto(&v, to);
-                to.AppendRecordPar(kLabel<label::value>, to.Close(), 0);
-            } else if constexpr (!std::is_same_v<T, std::monostate>) {
+            else if constexpr (!std::is_same_v<T, std::monostate>)
                 ClassOf<T>().WriteNested(&v, to, label::value);
-            }
         };
         std::visit(write, from);
         return true;

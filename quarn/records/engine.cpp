@@ -44,7 +44,7 @@ constexpr As Structured(const Shape& shape)
 {
     constexpr auto& rows = Access::kRows<CoreOfClass<C>>;
     static_assert(rows.size() <= StructureClass::kMaxRows);
-    return As(shape, Table(rows.data(), rows.size()));
+    return As(shape, rows.data(), rows.size());
 }
 template <class C, class As = StructureClass>
 constexpr As Entry(const char* name, const Label& own, eFIELDS where = eFIELDS::ENCLOSED,

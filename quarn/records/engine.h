@@ -10,6 +10,7 @@
 #include "quarn/records/envelope.h"
 
 #include <array>
+#include <stdexcept>
 
 namespace quarn::detail
 {
@@ -76,14 +77,11 @@ public:
     void WriteNested(const void* object, RecordBuilder& to, const Label& label) const
     {
         to.Open();
-        Write(object, to, shape.own);
+        if (shape.where == eFIELDS::DIRECT)
+            WriteInto(object, to);
+        else
+            Write(object, to, shape.own);
         to.AppendRecordPar(label, to.Close(), 0);
-    }
-    void WriteNested(const void* object, vorn::cRecord& target, const Label& label) const
-    {
-        vorn::cRecord nested;
-        WriteTo(nested, object, shape.own);
-        target.AppendRecordPar(label, nested, 0);
     }
     // Makes the object what another one is; and takes from it what operator= does not take over.
     virtual void Copy(void* to, const void* from) const = 0;
@@ -160,6 +158,9 @@ void WithPlain(int kind, Cell& cell, Do run)
     }
 }
 
+constexpr unsigned kRulesOfRecords = RULE_IF_RECORD | RULE_AS_RECORD;
+constexpr unsigned kRulesOnMissing = RULE_OR_EMPTY | RULE_OR_FROM | RULE_TOGETHER;
+
 // A row's field in an object.
 struct Slot {
     Slot(const Row& of, const void* object)
@@ -178,7 +179,7 @@ struct Slot {
     {
         const bool isOfKind = par != nullptr && par->GetType(1) == row.iParKind && !par->IsEmpty();
         if (row.iKind == KIND_RECORD) {
-            if ((row.uiRules & (RULE_IF_RECORD | RULE_AS_RECORD)) != 0 && !isOfKind)
+            if ((row.uiRules & kRulesOfRecords) != 0 && !isOfKind)
                 return false;
             return Type().ReadFrom(Object(), par, around) || (row.uiRules & RULE_AS_RECORD) != 0;
         }
@@ -216,51 +217,29 @@ struct Slot {
     Cell& cell;
 };
 
-// The rows of a class, and which of them have a rule: a bit for each.
-struct Table {
-    constexpr Table(const Row* rows, std::size_t count) : pRows(rows), uiCount(count)
-    {
-        for (std::size_t i = 0; i < count; ++i) {
-            const Row& row = rows[i];
-            const bool isUntold = (row.uiRules & (RULE_IF_RECORD | RULE_AS_RECORD)) != 0;
-            const bool isRead = (row.uiRules & kRulesOnMissing) != 0;
-            uiRequired |= (row.uiRules & RULE_REQUIRED) != 0 ? 1U << i : 0;
-            uiOneOf |= (row.uiRules & RULE_ONE_OF) != 0 ? 1U << i : 0;
-            uiMissed |= isRead || (row.iKind == KIND_RECORD && !isUntold) ? 1U << i : 0;
-        }
-    }
-    const Row* begin() const { return pRows; }
-    const Row* end() const { return pRows + uiCount; }
-    bool IsComplete(std::uint32_t present) const noexcept
-    {
-        return (present & uiRequired) == uiRequired && (uiOneOf == 0 || (present & uiOneOf) != 0);
-    }
-
-    static constexpr unsigned kRulesOnMissing = RULE_OR_EMPTY | RULE_OR_FROM | RULE_TOGETHER;
-
-    const Row* pRows;
-    std::size_t uiCount;
-    std::uint32_t uiRequired = 0;
-    std::uint32_t uiOneOf = 0;
-    std::uint32_t uiMissed = 0; // that have to be looked at even without a parameter
-};
-
 class StructureClass : public Class
 {
 public:
     static constexpr std::size_t kMaxRows = 32; // that the bits of a word stand for
 
-    constexpr StructureClass(const Shape& given, const Table& rows) : Class(given), table(rows) {}
+    constexpr StructureClass(const Shape& given, const Row* rows, std::size_t count)
+        : Class(given), pRows(rows), uiCount(count)
+    {
+        for (std::size_t i = 0; i < count; ++i) {
+            const unsigned rules = rows[i].uiRules;
+            const bool isTold = rows[i].iKind == KIND_RECORD && (rules & kRulesOfRecords) == 0;
+            uiRequired |= (rules & RULE_REQUIRED) != 0 ? 1U << i : 0;
+            uiOneOf |= (rules & RULE_ONE_OF) != 0 ? 1U << i : 0;
+            uiMissed |= isTold || (rules & kRulesOnMissing) != 0 ? 1U << i : 0;
+        }
+    }
 
     void Clear(void* object) const noexcept final
     {
-        for (const Row& row : table)
-            Slot(row, object).Clear();
+        for (std::size_t i = 0; i < uiCount; ++i)
+            Slot(pRows[i], object).Clear();
     }
-    bool IsValid(const void* object) const noexcept override
-    {
-        return table.IsComplete(Present(object));
-    }
+    bool IsValid(const void* object) const noexcept override { return IsComplete(Present(object)); }
     bool ReadFrom(void* object, const vorn::cRecordPar* par, Source& around) const override
     {
         if (par != nullptr) {
@@ -283,55 +262,56 @@ public:
     [[gnu::flatten]] bool WriteInto(const void* object, RecordBuilder& to) const override
     {
         const std::uint32_t present = Present(object);
-        if (shape.bWrittenWhenValid && !table.IsComplete(present))
+        if (shape.bWrittenWhenValid && !IsComplete(present))
             return RefuseToWrite();
         std::size_t count = 0;
         for (std::uint32_t left = present; left != 0; left &= left - 1)
             ++count;
         to.Expect(count);
         for (std::uint32_t left = present; left != 0; left &= left - 1)
-            Slot(table.pRows[__builtin_ctz(left)], object).Write(to);
+            Slot(pRows[__builtin_ctz(left)], object).Write(to);
         return true;
     }
     void Copy(void* to, const void* from) const final
     {
-        for (const Row& row : table)
-            Slot(row, to).Copy(Slot(row, from));
+        for (std::size_t i = 0; i < uiCount; ++i)
+            Slot(pRows[i], to).Copy(Slot(pRows[i], from));
     }
 
 private:
+    bool IsComplete(std::uint32_t present) const noexcept
+    {
+        return (present & uiRequired) == uiRequired && (uiOneOf == 0 || (present & uiOneOf) != 0);
+    }
     std::uint32_t Present(const void* object) const noexcept
     {
         std::uint32_t present = 0;
-        std::uint32_t bit = 1;
-        for (const Row& row : table) {
-            present |= Slot(row, object).cell.bPresent ? bit : 0;
-            bit <<= 1U;
-        }
+        for (std::size_t i = 0; i < uiCount; ++i)
+            present |= Slot(pRows[i], object).cell.bPresent ? 1U << i : 0;
         return present;
     }
     [[gnu::flatten]] bool ReadRows(void* object, Source& from) const
     {
         const vorn::cRecordPar* pars[kMaxRows];
-        const std::uint32_t isFound = from.FindRows(table.pRows, table.uiCount, pars);
+        const std::uint32_t isFound = from.FindRows(pRows, uiCount, pars);
         std::uint32_t present = 0;
-        for (std::uint32_t left = isFound | table.uiMissed; left != 0; left &= left - 1) {
+        for (std::uint32_t left = isFound | uiMissed; left != 0; left &= left - 1) {
             const int i = __builtin_ctz(left);
-            const Slot slot(table.pRows[i], object);
+            const Slot slot(pRows[i], object);
             const vorn::cRecordPar* const par = (isFound >> i & 1U) != 0 ? pars[i] : nullptr;
-            if ((slot.row.uiRules & Table::kRulesOnMissing) != 0) {
+            if ((slot.row.uiRules & kRulesOnMissing) != 0) {
                 ReadByRules(object, i, par, from, present);
             } else if (slot.Read(par, from)) {
                 slot.cell.bPresent = true;
                 present |= 1U << i;
             }
         }
-        return table.IsComplete(present);
+        return IsComplete(present);
     }
     [[gnu::noinline]] void ReadByRules(void* object, int i, const vorn::cRecordPar* par,
                                        Source& from, std::uint32_t& present) const
     {
-        const Slot slot(table.pRows[i], object);
+        const Slot slot(pRows[i], object);
         const Row& row = slot.row;
         if (row.pcSecond != nullptr && (par == nullptr || par->GetType(1) != row.iParKind))
             par = from.Find(row.pcSecond);
@@ -339,12 +319,17 @@ private:
         present |= isRead ? 1U << i : 0;
         const int first = (row.uiRules & RULE_TOGETHER) != 0 ? i - 2 : i;
         for (int j = first; j <= i && present >> first != 0; ++j) {
-            Slot(table.pRows[j], object).cell.bPresent = true;
+            Slot(pRows[j], object).cell.bPresent = true;
             present |= 1U << j;
         }
     }
 
-    Table table;
+    const Row* pRows;
+    std::size_t uiCount;
+    // A bit for each row: with the two rules, and to be looked at even without a parameter.
+    std::uint32_t uiRequired = 0;
+    std::uint32_t uiOneOf = 0;
+    std::uint32_t uiMissed = 0;
 };
 
 // A time of another type than 3 is written and assigned without offsets.
@@ -406,10 +391,6 @@ struct ListTexts {
     vorn::eLEVEL invalidLevel = kError;                 // and its level
 };
 
-struct TooDeep : std::exception {
-    const char* what() const noexcept override { return "trees nested too deep"; }
-};
-
 template <class Core>
 class ListClass final : public Class
 {
@@ -433,7 +414,7 @@ public:
         }
         const unsigned depth = around.uiDepth + 1;
         if (depth >= SML_MAX_TREE_DEPTH)
-            throw TooDeep();
+            throw std::length_error("trees nested too deep");
         auto& elements = Of(list);
         elements.resize(static_cast<std::size_t>(count));
         std::size_t taken = 0;

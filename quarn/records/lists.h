@@ -26,17 +26,17 @@ protected:
     // Assigns the element of that index; false, and out unchanged, when there is none.
     bool At(T& out, int index) const noexcept
     {
-        return index >= 0 && index < Count() &&
-               TryAssign(out, content[static_cast<std::size_t>(index)]);
+        const auto i = static_cast<std::size_t>(index);
+        return index >= 0 && i < content.size() && TryAssign(out, content[i]);
     }
-    int Count() const noexcept { return static_cast<int>(content.size()); }
-    // False, and count untouched, when the list is empty.
-    bool CountIfAny(int& count) const noexcept
+    // False, and a count of 0, when the list is empty.
+    bool Count(int& count) const noexcept
     {
-        if (!content.empty())
-            count = Count();
-        return !content.empty();
+        count = static_cast<int>(content.size());
+        return count > 0;
     }
+    // False, and count untouched, when the list is empty.
+    bool CountIfAny(int& count) const noexcept { return !content.empty() && Count(count); }
 
     std::vector<T> content;
 
@@ -44,57 +44,38 @@ protected:
     friend class ListClass;
 };
 
-template <eCLASS Number, class T>
-using List = Object<Number, ListCore<Number, T>>;
-
-// The operations' names of most lists.
-template <eCLASS Number, class T>
-struct EntryListCore : ListCore<Number, T> {
-    bool SetListEntry(const T& element) noexcept { return this->Add(element); }
-    bool GetListEntry(T& out, int index) const noexcept { return this->At(out, index); }
-    // False, and a count of 0, when the list is empty.
-    bool GetListCount(int& count) const noexcept
-    {
-        count = this->Count();
-        return count > 0;
-    }
-};
-
-template <eCLASS Number, class T>
-using EntryList = Object<Number, EntryListCore<Number, T>>;
-
 } // namespace quarn::detail
 
+// A list that hosts use: its elements, and what its operations and its way to count are called.
+#define QUARN_LIST(Name, Number, Type, What, CountAs)                                              \
+    class QUARN_API Name                                                                           \
+        : public quarn::detail::Object<quarn::detail::Number,                                      \
+                                       quarn::detail::ListCore<quarn::detail::Number, Type>>       \
+    {                                                                                              \
+    public:                                                                                        \
+        using Object::Object;                                                                      \
+        bool Set##What##Entry(const Type& v) noexcept { return Add(v); }                           \
+        bool Get##What##Entry(Type& out, int index) const noexcept { return At(out, index); }      \
+        bool Get##What##Count(int& count) const noexcept { return CountAs(count); }                \
+    };
+
 // List entries of a get-list response.
-QUARN_CLASS(cSmlList, EntryList<CLASS_LIST, cSmlListEntry>)
+QUARN_LIST(cSmlList, CLASS_LIST, cSmlListEntry, List, Count)
 
 // Period entries of a profile-list response.
-QUARN_CLASS(cSmlPeriodList, EntryList<CLASS_PERIOD_LIST, cSmlPeriodEntry>)
+QUARN_LIST(cSmlPeriodList, CLASS_PERIOD_LIST, cSmlPeriodEntry, List, Count)
 
 // Value entries of one period of a profile.
-QUARN_CLASS(cSmlValueList, EntryList<CLASS_VALUE_LIST, cSmlValueEntry>)
+QUARN_LIST(cSmlValueList, CLASS_VALUE_LIST, cSmlValueEntry, List, Count)
 
 // Header entries of a profile: its objects.
-QUARN_CLASS(cSmlHeaderList, EntryList<CLASS_HEADER_LIST, cSmlHeaderEntry>)
+QUARN_LIST(cSmlHeaderList, CLASS_HEADER_LIST, cSmlHeaderEntry, List, Count)
 
 // Names of objects, by value.
-QUARN_CLASS(cSmlObjList, EntryList<CLASS_OBJ_LIST, unsigned long long>)
+QUARN_LIST(cSmlObjList, CLASS_OBJ_LIST, unsigned long long, List, Count)
 
 // The path to a node of a parameter tree: the names on the way, the root's first.
-class QUARN_API cSmlTreePath
-    : public quarn::detail::List<quarn::detail::CLASS_TREE_PATH, unsigned long long>
-{
-public:
-    using Object::Object;
-
-    bool SetPathEntry(unsigned long long name) noexcept { return Add(name); }
-    bool GetPathEntry(unsigned long long& name, int index) const noexcept
-    {
-        return At(name, index);
-    }
-    // False, and count untouched, when the path is empty.
-    bool GetPathCount(int& count) const noexcept { return CountIfAny(count); }
-};
+QUARN_LIST(cSmlTreePath, CLASS_TREE_PATH, unsigned long long, Path, CountIfAny)
 
 namespace quarn::detail
 {
@@ -114,6 +95,6 @@ QUARN_CLASS(cSmlProfObjPeriodEntry,
                       Required<field::Status>, Required<field::ValueList>, field::PeriodSign>)
 
 // The periods of a profile.
-QUARN_CLASS(cSmlProfObjPeriodList, EntryList<CLASS_PROF_OBJ_PERIOD_LIST, cSmlProfObjPeriodEntry>)
+QUARN_LIST(cSmlProfObjPeriodList, CLASS_PROF_OBJ_PERIOD_LIST, cSmlProfObjPeriodEntry, List, Count)
 
 #endif

@@ -59,17 +59,7 @@ public:
 class cSmlTree;
 
 // The children of a node.
-class QUARN_API cSmlChildList
-    : public quarn::detail::List<quarn::detail::CLASS_CHILD_LIST, cSmlTree>
-{
-public:
-    using Object::Object;
-
-    bool SetTreeEntry(const cSmlTree& tree) noexcept { return Add(tree); }
-    bool GetTreeEntry(cSmlTree& tree, int index) const noexcept { return At(tree, index); }
-    // False, and count untouched, when there are no children.
-    bool GetTreeCount(int& count) const noexcept { return CountIfAny(count); }
-};
+QUARN_LIST(cSmlChildList, CLASS_CHILD_LIST, cSmlTree, Tree, CountIfAny)
 
 namespace quarn::detail
 {
