@@ -135,27 +135,16 @@ T& ValueIn(Cell& cell)
 }
 
 // Does something with a plain value, as what it is.
+template <typename... T, typename Do>
+void WithOneOf(int kind, Cell& cell, Do run)
+{
+    static_cast<void>((... || (kind == kKindOf<T> && (run(ValueIn<T>(cell)), true))));
+}
 template <typename Do>
 void WithPlain(int kind, Cell& cell, Do run)
 {
-    switch (kind) {
-    case KIND_BOOL:
-        return run(ValueIn<bool>(cell));
-    case KIND_SINT:
-        return run(ValueIn<int>(cell));
-    case kShort:
-        return run(ValueIn<short>(cell));
-    case KIND_UINT:
-        return run(ValueIn<unsigned>(cell));
-    case KIND_SINT64:
-        return run(ValueIn<long long>(cell));
-    case KIND_UINT64:
-        return run(ValueIn<unsigned long long>(cell));
-    case KIND_DATA:
-        return run(ValueIn<std::string>(cell));
-    default:
-        return;
-    }
+    WithOneOf<unsigned long long, unsigned, int, std::string, long long, bool, short>(kind, cell,
+                                                                                      run);
 }
 
 constexpr unsigned kRulesOfRecords = RULE_IF_RECORD | RULE_AS_RECORD;
@@ -342,7 +331,7 @@ public:
     {
         const auto& fields = *static_cast<const TimeFields*>(time);
         unsigned type = 0;
-        return StructureClass::IsValid(time) && fields.Type::Get(type) &&
+        return StructureClass::IsValid(time) && fields.GetType(type) &&
                (type <= 2 || (type == 3 && fields.HasOffsets()));
     }
     bool ReadFrom(void* time, const vorn::cRecordPar* par, Source& around) const override
@@ -361,8 +350,8 @@ public:
     {
         auto& fields = *static_cast<TimeFields*>(time);
         unsigned type = 0;
-        if (fields.Type::Get(type) && type != 3)
-            fields.LocOffset::bPresent = fields.SeaOffset::bPresent = false;
+        if (fields.GetType(type) && type != 3)
+            fields.field::LocOffset::bPresent = fields.field::SeaOffset::bPresent = false;
     }
 };
 
@@ -377,7 +366,7 @@ public:
         auto& fields = *static_cast<ListTypeFields*>(listType);
         unsigned type = 0;
         if (fields.GetType(type) && type != 1)
-            fields.Time::bPresent = false;
+            fields.field::ListTime::bPresent = false;
     }
 };
 

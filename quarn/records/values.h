@@ -15,46 +15,48 @@
 namespace quarn::detail
 {
 
-class TimeFields : public FieldSet<Required<Field<unsigned int, label::type>>,
-                                   Required<Field<unsigned int, label::value>>,
-                                   Field<short, label::locOffset>, Field<short, label::seaOffset>>
+namespace field
+{
+QUARN_FIELD(TimeType, GetType, unsigned int, type)
+QUARN_FIELD(TimeValue, GetValue, unsigned int, value)
+using LocOffset = Field<short, label::locOffset>;
+using SeaOffset = Field<short, label::seaOffset>;
+} // namespace field
+
+class TimeFields : public FieldSet<Required<field::TimeType>, Required<field::TimeValue>,
+                                   field::LocOffset, field::SeaOffset>
 {
 public:
     bool GetTime(unsigned int& type, unsigned int& value) const noexcept
     {
-        return Value::IsPresent() && Type::Get(type) && Value::Get(value);
+        return TimeValue::IsPresent() && GetType(type) && GetValue(value);
     }
     bool GetTime(unsigned int& type, unsigned int& value, short& locOffset,
                  short& seaOffset) const noexcept
     {
         return HasOffsets() && GetTime(type, value) && GetOffsets(locOffset, seaOffset);
     }
-    bool GetType(unsigned int& type) const noexcept { return Type::Get(type); }
-    bool GetValue(unsigned int& value) const noexcept { return Value::Get(value); }
     bool GetOffsets(short& locOffset, short& seaOffset) const noexcept
     {
-        return HasOffsets() && LocOffset::Get(locOffset) && SeaOffset::Get(seaOffset);
+        return HasOffsets() && field::LocOffset::Get(locOffset) && field::SeaOffset::Get(seaOffset);
     }
 
 protected:
-    using Type = Field<unsigned int, label::type>;
-    using Value = Field<unsigned int, label::value>;
-    using LocOffset = Field<short, label::locOffset>;
-    using SeaOffset = Field<short, label::seaOffset>;
-
-    bool HasOffsets() const noexcept { return LocOffset::IsPresent() && SeaOffset::IsPresent(); }
+    bool HasOffsets() const noexcept
+    {
+        return field::LocOffset::IsPresent() && field::SeaOffset::IsPresent();
+    }
 
     friend class TimeClass;
 };
-
-using Time = Object<CLASS_TIME, TimeFields>;
 
 } // namespace quarn::detail
 
 // A time. Types: 1 = seconds index, 2 = timestamp, 3 = local timestamp with two offsets. Valid with
 // type and value and a type of at most 2, or with type 3 and both offsets as well. operator= takes
 // over a valid time, without the offsets that its type does not have; any other one clears this.
-class QUARN_API cSmlTime : public quarn::detail::Time
+class QUARN_API cSmlTime
+    : public quarn::detail::Object<quarn::detail::CLASS_TIME, quarn::detail::TimeFields>
 {
 public:
     cSmlTime() noexcept = default;
@@ -69,13 +71,14 @@ public:
     bool SetTime(unsigned int type, unsigned int value) noexcept
     {
         Clear();
-        return (type == 1 || type == 2) && Type::Set(type) && Value::Set(value);
+        return (type == 1 || type == 2) && TimeType::Set(type) && TimeValue::Set(value);
     }
     bool SetTime(unsigned int type, unsigned int value, short locOffset, short seaOffset) noexcept
     {
         Clear();
-        return type == 3 && Type::Set(type) && Value::Set(value) && LocOffset::Set(locOffset) &&
-               SeaOffset::Set(seaOffset);
+        namespace field = quarn::detail::field;
+        return type == 3 && TimeType::Set(type) && TimeValue::Set(value) &&
+               field::LocOffset::Set(locOffset) && field::SeaOffset::Set(seaOffset);
     }
 
     // Appends the time as a record under label. The offsets are written for type 3 only.
@@ -89,19 +92,20 @@ public:
 namespace quarn::detail
 {
 
-struct ListTypeFields : FieldSet<Required<Field<unsigned int, label::type>>,
-                                 Required<Field<cSmlTime, label::SmlTime>>> {
-    bool GetType(unsigned int& type) const noexcept { return Type::Get(type); }
-    bool Get(cSmlTime& time) const noexcept { return Time::Get(time); }
+namespace field
+{
+using ListTime = Field<cSmlTime, label::SmlTime>;
+} // namespace field
+
+class ListTypeFields : public FieldSet<Required<field::TimeType>, Required<field::ListTime>>
+{
+public:
+    bool Get(cSmlTime& time) const noexcept { return field::ListTime::Get(time); }
     // False, and nothing changed, unless type is 1 and time is valid.
     bool Set(unsigned int type, const cSmlTime& time) noexcept
     {
-        return type == 1 && time.IsValid() && Type::Set(type) && Time::Set(time);
+        return type == 1 && time.IsValid() && TimeType::Set(type) && field::ListTime::Set(time);
     }
-
-protected:
-    using Type = Field<unsigned int, label::type>;
-    using Time = Field<cSmlTime, label::SmlTime>;
 
     friend class ListTypeClass;
 };
