@@ -1,6 +1,6 @@
 // How the record classes read, write and copy, told once. Each class is described by a constant: a
 // structure by its table of rows, a list by its shape and its element's class, a choice by itself
-// (choices.h). Objects are a void* to their core here. All but what is noexcept may throw; Engine,
+// (engine.cpp). Objects are a void* to their core here. All but what is noexcept may throw; Engine,
 // through which hosts come in, catches (engine.cpp). No host needs these files.
 #ifndef QUARN_RECORDS_ENGINE_H
 #define QUARN_RECORDS_ENGINE_H
@@ -12,6 +12,7 @@
 #include <array>
 #include <stdexcept>
 
+// NOLINTBEGIN(cppcoreguidelines-virtual-class-destructor): the classes are constants
 namespace quarn::detail
 {
 
@@ -158,6 +159,7 @@ struct Slot {
     }
     static void* PlaceIn(const void* object, std::size_t place)
     {
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): who reads writes to no cell
         return static_cast<char*>(const_cast<void*>(object)) + place;
     }
 
@@ -488,5 +490,6 @@ private:
 };
 
 } // namespace quarn::detail
+// NOLINTEND(cppcoreguidelines-virtual-class-destructor)
 
 #endif

@@ -6,10 +6,7 @@
 
 #include "quarn/records/bodies.h"
 
-namespace quarn::detail
-{
-
-namespace field
+namespace quarn::detail::field
 {
 
 QUARN_FIELD(TransactionId, GetTransactionId, std::string, transactionId)
@@ -34,9 +31,7 @@ struct Tested : F {
     void TestClass_SetValid() noexcept {}
 };
 
-} // namespace field
-
-} // namespace quarn::detail
+} // namespace quarn::detail::field
 
 // The header: the message's own four fields, then what the open message of its file said.
 QUARN_CLASS(cSmlMsgHeader,

@@ -77,16 +77,13 @@ QUARN_LIST(cSmlObjList, CLASS_OBJ_LIST, unsigned long long, List, Count)
 // The path to a node of a parameter tree: the names on the way, the root's first.
 QUARN_LIST(cSmlTreePath, CLASS_TREE_PATH, unsigned long long, Path, CountIfAny)
 
-namespace quarn::detail
+namespace quarn::detail::field
 {
 
-namespace field
-{
 QUARN_FIELD(ValueList, GetValList, cSmlValueList, value_List)
 QUARN_FIELD(PeriodSign, GetPeriodSign, std::string, periodSignature)
-} // namespace field
 
-} // namespace quarn::detail
+} // namespace quarn::detail::field
 
 // A profile period entry: the values of one period of a profile. Unlike other entries, it writes
 // the fields that it has even when it is not valid.

@@ -61,17 +61,14 @@ class cSmlTree;
 // The children of a node.
 QUARN_LIST(cSmlChildList, CLASS_CHILD_LIST, cSmlTree, Tree, CountIfAny)
 
-namespace quarn::detail
+namespace quarn::detail::field
 {
 
-namespace field
-{
 QUARN_FIELD(ParName, GetName, unsigned long long, parName)
 QUARN_FIELD(ProcParVal, GetValue, cSmlProcParValue, procParVal)
 QUARN_FIELD(ChildList, GetChildList, cSmlChildList, child_List)
-} // namespace field
 
-} // namespace quarn::detail
+} // namespace quarn::detail::field
 
 // A node: its name, and its value or its children or both. The value and the children are present
 // as soon as their records are, even if those are not valid. operator= takes over a valid tree; any
