@@ -8,17 +8,14 @@
 // traces at level 2 and has no field. The list of fields in its declaration is the whole of it:
 // Required fields make it valid, OrEmpty fields are present and empty when they are missing, and
 // the field Codepage is what GetCodepage reads. Getters work whether or not the object is valid,
-// and are told of in field.h. ToRecord appends a body with the present fields, in the order of the
+// and are told of in object.h. ToRecord appends a body with the present fields, in the order of the
 // declaration, whether or not the object is valid. Copies equal their source.
 #ifndef QUARN_RECORDS_BODIES_H
 #define QUARN_RECORDS_BODIES_H
 
 #include "quarn/records/tree.h"
 
-namespace quarn::detail
-{
-
-namespace field
+namespace quarn::detail::field
 {
 
 QUARN_FIELD(Codepage, GetCodepage, std::string, codepage)
@@ -55,12 +52,10 @@ QUARN_FIELD(ValList, GetValList, cSmlList, valList)
 QUARN_FIELD(ListSign, GetListSign, std::string, listSignature)
 QUARN_FIELD(ActGTime, GetActGTime, cSmlTime, actGatewayTime)
 
-} // namespace field
+using GetListRes = Structure<CLASS_GET_LIST_RES, ClientId, Required<ServerId>, ListName, ActSTime,
+                             Required<IfRecord<ValList>>, ListSign, ActGTime>;
 
-using GetListRes = Structure<CLASS_GET_LIST_RES, field::ClientId, Required<field::ServerId>,
-                             field::ListName, field::ActSTime, Required<IfRecord<field::ValList>>,
-                             field::ListSign, field::ActGTime>;
-} // namespace quarn::detail
+} // namespace quarn::detail::field
 
 // Open request: begins a file of requests.
 QUARN_CLASS(cSmlOpenReq, Structure<CLASS_OPEN_REQ, field::Codepage, Required<field::ClientId>,
@@ -118,7 +113,7 @@ QUARN_CLASS(cSmlGetListReq,
                       field::Username, field::Password, field::ListName>)
 
 // List response: the current values of a meter.
-class QUARN_API cSmlGetListRes : public quarn::detail::GetListRes
+class QUARN_API cSmlGetListRes : public quarn::detail::field::GetListRes
 {
 public:
     using Object::Object;

@@ -243,12 +243,11 @@ public:
         TraceMissing();
         return false;
     }
-    // As Read, for the elements of lists.
-    bool ReadElement(void* element, Source& in) const
+    bool ReadElement(void* element, Source& in) const // as Read, without a call
     {
-        if (shape.where == eFIELDS::DIRECT)
-            return ReadRows(element, in);
-        return StructureClass::ReadFrom(element, in.Find(shape.own), in);
+        return shape.where == eFIELDS::DIRECT
+                   ? ReadRows(element, in)
+                   : StructureClass::ReadFrom(element, in.Find(shape.own), in);
     }
     [[gnu::flatten]] bool WriteInto(const void* object, RecordBuilder& to) const override
     {
@@ -368,7 +367,7 @@ public:
         auto& fields = *static_cast<ListTypeFields*>(listType);
         unsigned type = 0;
         if (fields.GetType(type) && type != 1)
-            fields.field::ListTime::bPresent = false;
+            fields.ListTypeFields::Time::bPresent = false;
     }
 };
 

@@ -271,14 +271,9 @@ constexpr void Field<T, Text>::Describe(Description& to, unsigned rules)
         if (number == CLASS_TIME) // which says nothing when its record is missing
             rules |= RULE_IF_RECORD;
     }
-    *to.pNext++ = {Text,
-                   sizeof Text,
-                   kKindOf<T>,
-                   kKindOf<T> == kShort ? KIND_SINT : kKindOf<T>,
-                   number,
-                   place,
-                   to.uiEnd - unsigned{sizeof(T)},
-                   rules};
+    const int parKind = kKindOf<T> == kShort ? KIND_SINT : kKindOf<T>;
+    const unsigned value = to.uiEnd - unsigned{sizeof(T)};
+    *to.pNext++ = {Text, sizeof Text, kKindOf<T>, parKind, number, place, value, rules};
 }
 
 } // namespace quarn::detail

@@ -92,20 +92,19 @@ public:
 namespace quarn::detail
 {
 
-namespace field
-{
-using ListTime = Field<cSmlTime, label::SmlTime>;
-} // namespace field
-
-class ListTypeFields : public FieldSet<Required<field::TimeType>, Required<field::ListTime>>
+class ListTypeFields
+    : public FieldSet<Required<field::TimeType>, Required<Field<cSmlTime, label::SmlTime>>>
 {
 public:
-    bool Get(cSmlTime& time) const noexcept { return field::ListTime::Get(time); }
+    bool Get(cSmlTime& time) const noexcept { return Time::Get(time); }
     // False, and nothing changed, unless type is 1 and time is valid.
     bool Set(unsigned int type, const cSmlTime& time) noexcept
     {
-        return type == 1 && time.IsValid() && TimeType::Set(type) && field::ListTime::Set(time);
+        return type == 1 && time.IsValid() && TimeType::Set(type) && Time::Set(time);
     }
+
+private:
+    using Time = Field<cSmlTime, label::SmlTime>;
 
     friend class ListTypeClass;
 };
