@@ -46,10 +46,17 @@ inline bool FindRecord(const vorn::cRecord& record, const char* label, vorn::cRe
     return FindField(record, label, KIND_RECORD, par) && par.GetRecord(out);
 }
 
+// For records that show their parameters in place only.
+template <class Par>
+const char* NameOf(const Par& par)
+{
+    return par.GetName();
+}
+
 template <class Par>
 bool HasName(const Par& par, const char* label)
 {
-    const char* const name = par.GetName();
+    const char* const name = NameOf(par);
     return *name == *label && std::strcmp(name, label) == 0;
 }
 
@@ -139,7 +146,7 @@ public:
         if constexpr (kInPlace) {
             const Row* row = rows; // behind the one that was found last
             for (const vorn::cRecordPar* par = next; par != end; ++par) {
-                const char* const name = par->GetName();
+                const char* const name = NameOf(*par);
                 for (std::size_t left = count; left > 0; --left) {
                     const Row& tried = *row;
                     row = &tried + 1 != rows + count ? &tried + 1 : rows;
