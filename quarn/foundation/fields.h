@@ -9,7 +9,9 @@
 #include "quarn/foundation/framework.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <vector>
 
 namespace quarn::detail
 {
@@ -44,10 +46,17 @@ inline bool FindRecord(const vorn::cRecord& record, const char* label, vorn::cRe
     return FindField(record, label, KIND_RECORD, par) && par.GetRecord(out);
 }
 
+// For records that show their parameters in place only.
+template <class Par>
+const char* NameOf(const Par& par)
+{
+    return par.GetName();
+}
+
 template <class Par>
 bool HasName(const Par& par, const char* label)
 {
-    const char* const name = par.GetName();
+    const char* const name = NameOf(par);
     return *name == *label && std::strcmp(name, label) == 0;
 }
 
@@ -57,6 +66,28 @@ bool HasName(const Par& par)
 {
     static_assert(sizeof(Label) <= kReadableName);
     return std::memcmp(par.GetName(), Label, sizeof(Label)) == 0;
+}
+
+// The same for a name and a label of that many bytes, its end included, and more than 4.
+inline bool IsName(const char* name, const char* label, std::size_t size)
+{
+    const auto equal = [=](auto word, std::size_t at) {
+        auto other = word;
+        std::memcpy(&word, name + at, sizeof word);
+        std::memcpy(&other, label + at, sizeof other);
+        return word == other;
+    };
+    constexpr std::size_t half = sizeof(std::uint32_t);
+    constexpr std::size_t whole = sizeof(std::uint64_t);
+    if (!equal(std::uint32_t(), 0))
+        return false;
+    if (size <= whole)
+        return equal(std::uint32_t(), size - half);
+    for (std::size_t at = 0; at + whole < size; at += whole) {
+        if (!equal(std::uint64_t(), at))
+            return false;
+    }
+    return equal(std::uint64_t(), size - whole);
 }
 
 // Reads one record: finds its fields, and visits the elements of a list. A field that is asked for
@@ -73,7 +104,7 @@ public:
             next = rec.begin();
             end = rec.end();
         } else {
-            record = rec;
+            held.record = rec;
         }
     }
 
@@ -88,7 +119,7 @@ public:
             end = par->end();
             return true;
         } else {
-            return par->GetRecord(record);
+            return par->GetRecord(held.record);
         }
     }
 
@@ -104,16 +135,51 @@ public:
         return Find([label](const auto& par) { return HasName(par, label); }, label);
     }
 
-    // How many parameters of that name there are; of a null name: of any. REQUIRES: Find has not
-    // been called.
-    int Count(const char* label) const
+    // Gives each row the first parameter of its name, and returns a bit for each row that has one:
+    // the places of the others stay as they are. What is given is valid until the next call. In one
+    // walk over the record, if its parameters are in the order of the rows. REQUIRES: at most 32
+    // rows, each with a label of its own, of uiSize bytes with its end, from 5 to kReadableName.
+    template <typename Row>
+    std::uint32_t FindRows(const Row* rows, std::size_t count, const vorn::cRecordPar** found)
+    {
+        std::uint32_t isFound = 0;
+        if constexpr (kInPlace) {
+            const Row* row = rows; // behind the one that was found last
+            for (const vorn::cRecordPar* par = next; par != end; ++par) {
+                const char* const name = NameOf(*par);
+                for (std::size_t left = count; left > 0; --left) {
+                    const Row& tried = *row;
+                    row = &tried + 1 != rows + count ? &tried + 1 : rows;
+                    if (!IsName(name, tried.label, tried.uiSize))
+                        continue;
+                    const auto i = static_cast<std::size_t>(&tried - rows);
+                    if ((isFound >> i & 1U) == 0)
+                        found[i] = par;
+                    isFound |= 1U << i;
+                    break;
+                }
+            }
+        } else {
+            held.rows.resize(count);
+            for (std::size_t i = 0; i < count; ++i) {
+                held.rows[i] = held.record.GetFirstPar(rows[i].label, 0, 0);
+                found[i] = &held.rows[i];
+                isFound |= held.rows[i].IsValid() ? 1U << i : 0;
+            }
+        }
+        return isFound;
+    }
+
+    // How many parameters of that name there are, which has size bytes with its end, from 5 to
+    // kReadableName; of a null name: of any. REQUIRES: Find has not been called.
+    int Count(const char* label, std::size_t size = 0) const
     {
         if constexpr (kInPlace)
-            return static_cast<int>(std::count_if(next, end, [label](const auto& par) {
-                return label == nullptr || HasName(par, label);
+            return static_cast<int>(std::count_if(next, end, [=](const auto& par) {
+                return label == nullptr || IsName(par.GetName(), label, size);
             }));
         else
-            return record.GetParCount(label, 0, 0);
+            return held.record.GetParCount(label, 0, 0);
     }
 
     // Visits the first parameter of the name first and those behind it, or only those of the name
@@ -131,10 +197,10 @@ public:
                 wanted = following;
             }
         } else {
-            vorn::cRecordPar par = record.GetFirstPar(first, 0, 0);
+            vorn::cRecordPar par = held.record.GetFirstPar(first, 0, 0);
             bool more = par.IsValid();
             while (more && visit(par))
-                more = record.SeekNextPar(par, following, 0, 0) && par.IsValid();
+                more = held.record.SeekNextPar(par, following, 0, 0) && par.IsValid();
         }
     }
 
@@ -152,15 +218,21 @@ private:
             }
             return nullptr;
         } else {
-            held = record.GetFirstPar(label, 0, 0);
-            return held.IsValid() ? &held : nullptr;
+            held.par = held.record.GetFirstPar(label, 0, 0);
+            return held.par.IsValid() ? &held.par : nullptr;
         }
     }
 
-    std::conditional_t<kInPlace, std::nullptr_t, Record> record{};
+    // Where parameters are not shown in place: the record, and those that were found.
+    struct Held {
+        Record record;
+        vorn::cRecordPar par;
+        std::vector<vorn::cRecordPar> rows;
+    };
+
+    std::conditional_t<kInPlace, std::nullptr_t, Held> held{};
     const vorn::cRecordPar* next = nullptr;
     const vorn::cRecordPar* end = nullptr;
-    std::conditional_t<kInPlace, std::nullptr_t, vorn::cRecordPar> held{};
 };
 
 } // namespace quarn::detail

@@ -6,6 +6,8 @@
 #include "quarn/foundation/framework.h"
 #include "quarn/foundation/units.h"
 
+#include <exception>
+
 namespace quarn::detail
 {
 
@@ -40,6 +42,21 @@ inline void Trace(vorn::cUnit* unit, vorn::eLEVEL level, const char* format, Arg
 {
     if (Traces(unit, level))
         WriteTrace(unit, level, format, args...);
+}
+
+// Runs a step that may throw; false, and a trace line, when it did.
+template <typename Step>
+bool Guarded(const char* who, Step step) noexcept
+{
+    try {
+        step();
+        return true;
+    } catch (const std::exception& e) {
+        Trace(LibQuarn, kError, "%s: %s", who, e.what());
+    } catch (...) {
+        Trace(LibQuarn, kError, "%s: failed", who);
+    }
+    return false;
 }
 
 } // namespace quarn::detail

@@ -8,7 +8,7 @@
 // traces at level 2 and has no field. The list of fields in its declaration is the whole of it:
 // Required fields make it valid, OrEmpty fields are present and empty when they are missing, and
 // the field Codepage is what GetCodepage reads. Getters work whether or not the object is valid,
-// and are told of in field.h. ToRecord appends a body with the present fields, in the order of the
+// and are told of in object.h. ToRecord appends a body with the present fields, in the order of the
 // declaration, whether or not the object is valid. Copies equal their source.
 #ifndef QUARN_RECORDS_BODIES_H
 #define QUARN_RECORDS_BODIES_H
@@ -52,165 +52,72 @@ QUARN_FIELD(ValList, GetValList, cSmlList, valList)
 QUARN_FIELD(ListSign, GetListSign, std::string, listSignature)
 QUARN_FIELD(ActGTime, GetActGTime, cSmlTime, actGatewayTime)
 
+using GetListRes = Structure<CLASS_GET_LIST_RES, ClientId, Required<ServerId>, ListName, ActSTime,
+                             Required<IfRecord<ValList>>, ListSign, ActGTime>;
+
 } // namespace quarn::detail::field
 
-namespace quarn::detail
-{
-
-// A record of a message: enclosed under its label, copied and written whole in any case.
-constexpr Shape BodyShape(const char* name, const Label& bodyLabel,
-                          vorn::eLEVEL missingLevel = kError)
-{
-    return {name, bodyLabel, eFIELDS::ENCLOSED, missingLevel, false, false};
-}
-
-struct QUARN_API OpenReqFields
-    : FieldSet<field::Codepage, Required<field::ClientId>, Required<field::ReqFileId>,
-               OrEmpty<field::ServerId>, field::Username, field::Password, field::SmlVersion> {
-    static constexpr Shape kShape = BodyShape("cSmlOpenReq", label::SmlOpenReq);
-};
-
-struct QUARN_API OpenRespFields
-    : FieldSet<field::Codepage, field::ClientId, Required<field::ReqFileId>,
-               Required<field::ServerId>, field::RefTime, field::SmlVersion> {
-    static constexpr Shape kShape = BodyShape("cSmlOpenRes", label::SmlOpenRes);
-};
-
-struct QUARN_API GetProfileReqFields
-    : FieldSet<OrEmpty<field::ServerId>, field::Username, field::Password, field::WithRaw,
-               Required<field::BeginTime>, Required<field::EndTime>, Required<field::TreePath>,
-               field::ObjList, field::Details> {
-    static constexpr Shape kShape = BodyShape("cSmlGetProfileReq", label::SmlGetProfileReq);
-};
-
-struct QUARN_API GetProfListResFields
-    : FieldSet<Required<field::ServerId>, Required<field::ActTime>, Required<field::Period>,
-               Required<field::TreePath>, Required<field::ValTime>, Required<field::Status>,
-               Required<field::PerList>, field::RawData, field::PerSign> {
-    static constexpr Shape kShape = BodyShape("cSmlGetProfListRes", label::SmlGetProfListRes);
-};
-
-struct QUARN_API GetProfPackResFields
-    : FieldSet<Required<field::ServerId>, Required<field::ActTime>, Required<field::Period>,
-               Required<field::TreePath>, Required<IfRecord<field::HdList>>,
-               Required<IfRecord<field::ObjPerList>>, field::RawData,
-               OrFrom<field::ProfSign, label::periodSignature>> {
-    static constexpr Shape kShape = BodyShape("cSmlGetProfPackRes", label::SmlGetProfPackRes);
-};
-
-struct QUARN_API GetProcParReqFields
-    : FieldSet<OrEmpty<field::ServerId>, field::Username, field::Password,
-               Required<field::TreePath>, field::Attribute> {
-    static constexpr Shape kShape = BodyShape("cSmlGetProcParReq", label::SmlGetProcParReq);
-};
-
-struct QUARN_API GetProcParResFields
-    : FieldSet<Required<field::ServerId>, Required<field::TreePath>, Required<field::Tree>> {
-    static constexpr Shape kShape = BodyShape("cSmlGetProcParRes", label::SmlGetProcParRes);
-};
-
-struct QUARN_API SetProcParReqFields : FieldSet<field::ServerId, field::Username, field::Password,
-                                                Required<field::TreePath>, Required<field::Tree>> {
-    static constexpr Shape kShape = BodyShape("cSmlSetProcParReq", label::SmlSetProcParReq);
-};
-
-struct QUARN_API AttentionResFields : FieldSet<Required<field::ServerId>, Required<field::AttNo>,
-                                               field::AttMsg, field::AttDetails> {
-    static constexpr Shape kShape = BodyShape("cSmlAttentionRes", label::SmlAttentionRes);
-};
-
-struct QUARN_API GetListReqFields : FieldSet<Required<field::ClientId>, OrEmpty<field::ServerId>,
-                                             field::Username, field::Password, field::ListName> {
-    static constexpr Shape kShape = BodyShape("cSmlGetListReq", label::SmlGetListReq);
-};
-
-struct QUARN_API GetListResFields
-    : FieldSet<field::ClientId, Required<field::ServerId>, field::ListName, field::ActSTime,
-               Required<IfRecord<field::ValList>>, field::ListSign, field::ActGTime> {
-    static constexpr Shape kShape = BodyShape("cSmlGetListRes", label::SmlGetListRes);
-};
-
-} // namespace quarn::detail
-
 // Open request: begins a file of requests.
-class QUARN_API cSmlOpenReq : public quarn::detail::Body<quarn::detail::OpenReqFields>
-{
-public:
-    using Object::Object;
-};
+QUARN_CLASS(cSmlOpenReq, Structure<CLASS_OPEN_REQ, field::Codepage, Required<field::ClientId>,
+                                   Required<field::ReqFileId>, OrEmpty<field::ServerId>,
+                                   field::Username, field::Password, field::SmlVersion>)
 
 // Open response: begins a file of responses.
-class QUARN_API cSmlOpenResp : public quarn::detail::Body<quarn::detail::OpenRespFields>
-{
-public:
-    using Object::Object;
-};
+QUARN_CLASS(cSmlOpenResp,
+            Structure<CLASS_OPEN_RESP, field::Codepage, field::ClientId, Required<field::ReqFileId>,
+                      Required<field::ServerId>, field::RefTime, field::SmlVersion>)
 
 // Profile request, for a list as for a pack.
-class QUARN_API cSmlGetProfileReq : public quarn::detail::Body<quarn::detail::GetProfileReqFields>
-{
-public:
-    using Object::Object;
-};
+QUARN_CLASS(
+    cSmlGetProfileReq,
+    Structure<CLASS_GET_PROFILE_REQ, OrEmpty<field::ServerId>, field::Username, field::Password,
+              field::WithRaw, Required<field::BeginTime>, Required<field::EndTime>,
+              Required<field::TreePath>, field::ObjList, field::Details>)
 
 // Profile-list response: one period with the values of its objects.
-class QUARN_API cSmlGetProfListRes : public quarn::detail::Body<quarn::detail::GetProfListResFields>
-{
-public:
-    using Object::Object;
-};
+QUARN_CLASS(
+    cSmlGetProfListRes,
+    Structure<CLASS_GET_PROF_LIST_RES, Required<field::ServerId>, Required<field::ActTime>,
+              Required<field::Period>, Required<field::TreePath>, Required<field::ValTime>,
+              Required<field::Status>, Required<field::PerList>, field::RawData, field::PerSign>)
 
 // Profile-pack response: the objects once, then their values period by period. Its signature is
 // read from "periodSignature" too, and written as "profileSignature".
-class QUARN_API cSmlGetProfPackRes : public quarn::detail::Body<quarn::detail::GetProfPackResFields>
-{
-public:
-    using Object::Object;
-};
+QUARN_CLASS(cSmlGetProfPackRes,
+            Structure<CLASS_GET_PROF_PACK_RES, Required<field::ServerId>, Required<field::ActTime>,
+                      Required<field::Period>, Required<field::TreePath>,
+                      Required<IfRecord<field::HdList>>, Required<IfRecord<field::ObjPerList>>,
+                      field::RawData, OrFrom<field::ProfSign, label::periodSignature>>)
 
 // Process-parameter request.
-class QUARN_API cSmlGetProcParReq : public quarn::detail::Body<quarn::detail::GetProcParReqFields>
-{
-public:
-    using Object::Object;
-};
+QUARN_CLASS(cSmlGetProcParReq,
+            Structure<CLASS_GET_PROC_PAR_REQ, OrEmpty<field::ServerId>, field::Username,
+                      field::Password, Required<field::TreePath>, field::Attribute>)
 
 // Process-parameter response: the tree asked for.
-class QUARN_API cSmlGetProcParRes : public quarn::detail::Body<quarn::detail::GetProcParResFields>
-{
-public:
-    using Object::Object;
-};
+QUARN_CLASS(cSmlGetProcParRes, Structure<CLASS_GET_PROC_PAR_RES, Required<field::ServerId>,
+                                         Required<field::TreePath>, Required<field::Tree>>)
 
 // Set-process-parameter request: the tree to be set.
-class QUARN_API cSmlSetProcParReq : public quarn::detail::Body<quarn::detail::SetProcParReqFields>
-{
-public:
-    using Object::Object;
-};
+QUARN_CLASS(cSmlSetProcParReq,
+            Structure<CLASS_SET_PROC_PAR_REQ, field::ServerId, field::Username, field::Password,
+                      Required<field::TreePath>, Required<field::Tree>>)
 
 // Attention response: an error, or a confirmation.
-class QUARN_API cSmlAttentionRes : public quarn::detail::Body<quarn::detail::AttentionResFields>
-{
-public:
-    using Object::Object;
-};
+QUARN_CLASS(cSmlAttentionRes, Structure<CLASS_ATTENTION_RES, Required<field::ServerId>,
+                                        Required<field::AttNo>, field::AttMsg, field::AttDetails>)
 
 // List request.
-class QUARN_API cSmlGetListReq : public quarn::detail::Body<quarn::detail::GetListReqFields>
-{
-public:
-    using Object::Object;
-};
+QUARN_CLASS(cSmlGetListReq,
+            Structure<CLASS_GET_LIST_REQ, Required<field::ClientId>, OrEmpty<field::ServerId>,
+                      field::Username, field::Password, field::ListName>)
 
 // List response: the current values of a meter.
-class QUARN_API cSmlGetListRes : public quarn::detail::Body<quarn::detail::GetListResFields>
+class QUARN_API cSmlGetListRes : public quarn::detail::field::GetListRes
 {
 public:
     using Object::Object;
     using Object::operator=;
-
-    void Clear() noexcept { FieldSet::Clear(); }
 
     // Turns a profile-list response into a list response: its server, and of each period entry a
     // list entry with the status and the time of the period. A response that is not valid, or a

@@ -1,259 +1,494 @@
-// How the record classes read and write: the bodies of the templates of field.h, structure.h and
-// list.h. Each source file of this wing includes it and instantiates the classes of its header; no
-// host needs it.
+// How the record classes read, write and copy, told once. Each class is described by a constant: a
+// structure by its table of rows, a list by its shape and its element's class, a choice by itself
+// (engine.cpp). Objects are a void* to their core here. All but what is noexcept may throw; Engine,
+// through which hosts come in, catches (engine.cpp). No host needs these files.
 #ifndef QUARN_RECORDS_ENGINE_H
 #define QUARN_RECORDS_ENGINE_H
 
-#include "quarn/foundation/fields.h"
 #include "quarn/foundation/limits.h"
-#include "quarn/records/list.h"
-#include "quarn/records/structure.h"
-#include "quarn/records/values.h"
+#include "quarn/foundation/trace.h"
+#include "quarn/records/envelope.h"
 
+#include <array>
+#include <stdexcept>
+
+// NOLINTBEGIN(cppcoreguidelines-virtual-class-destructor): the classes are constants
 namespace quarn::detail
 {
 
-struct TooDeep : std::exception {
-    const char* what() const noexcept override { return "trees nested too deep"; }
+// What an object is read from: a record, and how many lists stand around it.
+struct Source : RecordReader<> {
+    explicit Source(unsigned depth) : uiDepth(depth) {}
+    Source(const vorn::cRecord& rec, unsigned depth) : RecordReader(rec), uiDepth(depth) {}
+
+    unsigned uiDepth;
 };
 
-// The parameter kinds: for each plain type its code, how it is got from a parameter and how it is
-// appended. A signed value is cut off to fit a short.
-template <typename T>
-inline constexpr eKIND kKindOf = std::is_same_v<T, bool>                 ? KIND_BOOL
-                                 : std::is_same_v<T, std::string>        ? KIND_DATA
-                                 : std::is_same_v<T, unsigned>           ? KIND_UINT
-                                 : std::is_same_v<T, unsigned long long> ? KIND_UINT64
-                                 : std::is_same_v<T, long long>          ? KIND_SINT64
-                                                                         : KIND_SINT;
+// Where a structure looks for its fields in the record that it is given.
+enum class eFIELDS {
+    DIRECT,  // in that very record
+    EITHER,  // in the record under the structure's label, or else in that very record
+    ENCLOSED // in the record under the structure's label
+};
 
-template <typename T>
-T PlainOf(const vorn::cRecordPar& par)
-{
-    if constexpr (kKindOf<T> == KIND_BOOL)
-        return par.GetBool();
-    else if constexpr (kKindOf<T> == KIND_UINT)
-        return par.GetUInt();
-    else if constexpr (kKindOf<T> == KIND_UINT64)
-        return par.GetUInt64();
-    else if constexpr (kKindOf<T> == KIND_SINT64)
-        return par.GetSInt64();
-    else if constexpr (kKindOf<T> == KIND_SINT)
-        return static_cast<T>(par.GetSInt());
-    else if (par.GetSize() < 1)
-        return T();
-    else
-        return T(static_cast<const char*>(par.GetData()), static_cast<std::size_t>(par.GetSize()));
-}
+inline constexpr vorn::eLEVEL kUntraced = vorn::eLEVEL(0);
 
-template <class Target, typename T> // a record or a builder
-void AppendPlain(Target& target, const Label& label, const T& v)
-{
-    if constexpr (kKindOf<T> == KIND_BOOL)
-        target.AppendBoolPar(label, v, 0);
-    else if constexpr (kKindOf<T> == KIND_UINT)
-        target.AppendUIntPar(label, v, 0);
-    else if constexpr (kKindOf<T> == KIND_UINT64)
-        target.AppendUInt64Par(label, v, 0);
-    else if constexpr (kKindOf<T> == KIND_SINT64)
-        target.AppendSInt64Par(label, v, 0);
-    else if constexpr (kKindOf<T> == KIND_SINT)
-        target.AppendSIntPar(label, v, 0);
-    else
-        target.AppendDataPar(label, v.data(), static_cast<int>(v.size()), 0);
-}
+struct Shape {
+    const char* pcClass; // as trace lines name it
+    Label own;           // of its parameter in the record around it
+    eFIELDS where = eFIELDS::ENCLOSED;
+    vorn::eLEVEL missingLevel = kError; // of the line on no record under the label; 0: no line
+    bool bCopiedWhenValid = false;      // operator= takes over valid objects only, others clear
+    bool bWrittenWhenValid = false;     // ToRecord writes a valid object only
+};
 
-template <typename T>
-bool ReadValue(const vorn::cRecordPar* par, Source& around, T& value)
+class Class
 {
-    if constexpr (kIsPlain<T>) {
-        if (par == nullptr || !IsOfKind(*par, kKindOf<T>))
-            return false;
-        value = PlainOf<T>(*par);
-        return true;
-    } else {
-        Access::ReadFrom(value, par, around);
-        return value.IsValid();
+public:
+    constexpr explicit Class(const Shape& given) : shape(given) {}
+
+    virtual void Clear(void* object) const noexcept = 0;
+    virtual bool IsValid(const void* object) const noexcept = 0;
+    // Fills a cleared object from the parameter that stands under its label in the record around
+    // it, or null; returns whether it is valid.
+    virtual bool ReadFrom(void* object, const vorn::cRecordPar* par, Source& around) const = 0;
+    // Fills the open record with what stands under the object's label; false when nothing is to.
+    virtual bool WriteInto(const void* object, RecordBuilder& to) const = 0;
+    // Appends the object under a label, as a whole or not at all.
+    virtual bool Write(const void* object, RecordBuilder& to, const Label& label) const
+    {
+        to.Open();
+        const bool written = WriteInto(object, to);
+        if (written)
+            to.AppendRecordPar(label, to.Close(), 0);
+        else
+            to.Drop();
+        return written;
     }
-}
-
-template <typename T>
-void WriteValue(RecordBuilder& to, const Label& label, const T& value)
-{
-    if constexpr (kIsPlain<T>)
-        AppendPlain(to, label, value);
-    else if constexpr (std::is_same_v<T, cSmlTime>)
-        Access::WriteAs(value, to, label);
-    else
-        Access::Write(value, to);
-}
-
-template <class Core>
-Object<Core>::Object(const vorn::cRecord& record) noexcept
-{
-    if (!Guarded(Core::kClass, [&] {
-            Source around(record, 0);
-            Access::Read(*this, around);
-        }))
-        Core::Clear();
-}
-
-template <class Core>
-Object<Core>::Object(const Object& other) noexcept : Core()
-{
-    if (!Guarded(Core::kClass, [&] { Core::CopyFrom(other); }))
-        Core::Clear();
-}
-
-template <class Core>
-Object<Core>& Object<Core>::operator=(const Object& other) noexcept
-{
-    if (this != &other && !Guarded(Core::kClass, [&] { Assign(other); }))
-        Core::Clear();
-    return *this;
-}
-
-template <class Core>
-Object<Core>& Object<Core>::operator=(Object&& other) noexcept
-{
-    if (Core::kCopiedWhenValid && !other.IsValid())
-        Core::Clear();
-    else if (this != &other)
-        Core::operator=(std::move(other));
-    Core::DropUnassigned();
-    return *this;
-}
-
-template <class Core>
-void Object<Core>::Assign(const Object& other)
-{
-    if (Core::kCopiedWhenValid && !other.IsValid())
-        Core::Clear();
-    else
-        Core::CopyFrom(other);
-    Core::DropUnassigned();
-}
-
-template <class Core>
-bool Object<Core>::ToRecord(vorn::cRecord& target) const noexcept
-{
-    bool written = false;
-    Guarded(Core::kClass, [&] { written = Access::Write(*this, target); });
-    return written;
-}
-
-template <class Fields>
-void Structure<Fields>::ReadFrom(const vorn::cRecordPar* own, Source& around)
-{
-    constexpr const Shape& shape = Fields::kShape;
-    Source inside(around.uiDepth);
-    if (inside.Open(own)) {
-        Fields::Read(inside);
-    } else if (shape.where != eFIELDS::ENCLOSED) {
-        Fields::Read(around);
-    } else if (shape.missingLevel != kUntraced) {
-        Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", shape.pcClass);
+    virtual bool WriteTo(vorn::cRecord& target, const void* object, const char* label) const
+    {
+        RecordBuilder to;
+        to.Open();
+        const bool written = WriteInto(object, to);
+        if (written)
+            target.AppendRecordPar(label, to.Get(to.Close()), 0);
+        return written;
     }
-}
-
-template <class Fields>
-bool Structure<Fields>::WriteInto(RecordBuilder& own) const
-{
-    if (Fields::kShape.bWrittenWhenValid && !IsValid()) {
-        Trace(LibQuarn, kError, "%s::ToRecord: class invalid", kClass);
-        return false;
+    // The same inside a record of its own, which is empty if the object is not written.
+    void WriteNested(const void* object, RecordBuilder& to, const Label& label) const
+    {
+        to.Open();
+        if (shape.where == eFIELDS::DIRECT)
+            WriteInto(object, to);
+        else
+            Write(object, to, shape.own);
+        to.AppendRecordPar(label, to.Close(), 0);
     }
-    own.Expect(Fields::kCount);
-    Fields::Write(own);
-    return true;
-}
+    // Makes the object what another one is; and takes from it what operator= does not take over.
+    virtual void Copy(void* to, const void* from) const = 0;
+    virtual void Settle(void*) const noexcept {}
+    virtual void Add(void*, const void*) const {} // of a list: appends a copy of an element
 
-template <class Traits>
-void ListCore<Traits>::CopyFrom(const ListCore& other)
-{
-    if constexpr (kIsPlain<Element>) {
-        entries = other.entries;
-    } else {
-        entries.clear();
-        entries.resize(other.entries.size());
-        for (std::size_t i = 0; i < entries.size(); ++i)
-            Access::Copy(entries[i], other.entries[i]);
+    bool Read(void* object, Source& around) const
+    {
+        const bool isDirect = shape.where == eFIELDS::DIRECT;
+        return ReadFrom(object, isDirect ? nullptr : around.Find(shape.own), around);
     }
-}
+    void Assign(void* to, const void* from) const
+    {
+        if (shape.bCopiedWhenValid && !IsValid(from))
+            Clear(to);
+        else
+            Copy(to, from);
+        Settle(to);
+    }
 
-template <class Traits>
-void ListCore<Traits>::ReadFrom(const vorn::cRecordPar* own, Source& around)
-{
-    constexpr const ListShape& shape = Traits::kShape;
-    entries.clear();
-    RecordReader<> list;
-    if (!list.Open(own)) {
+    Shape shape;
+
+protected:
+    ~Class() = default;
+
+    void TraceMissing() const noexcept
+    {
         if (shape.missingLevel != kUntraced)
             Trace(LibQuarn, shape.missingLevel, "%s::CTOR: record invalid/empty!", shape.pcClass);
-        return;
     }
-    int left = list.Count(shape.element);
-    if (left < 1) {
-        Trace(LibQuarn, kError, "%s: Record %s is empty", shape.pcClass, shape.pcEmptyName);
-        return;
-    }
-    const unsigned depth = around.uiDepth + 1;
-    if (depth >= SML_MAX_TREE_DEPTH)
-        throw TooDeep();
-    entries.reserve(static_cast<std::size_t>(left));
-    const char* const label = shape.element;
-    const char* const next = shape.bStepsByLabel ? label : nullptr;
-    list.VisitElements(label, next, [&](const vorn::cRecordPar& par) {
-        if (ReadElement(par, depth))
-            --left;
-        else
-            Trace(LibQuarn, kError, "%s: %s", shape.pcClass, shape.pcElementFault);
-        return left > 0;
-    });
-}
-
-template <class Traits>
-bool ListCore<Traits>::ReadElement(const vorn::cRecordPar& par, unsigned depth)
-{
-    if constexpr (kIsPlain<Element>) {
-        if (!IsOfKind(par, kKindOf<Element>))
-            return false;
-        entries.push_back(PlainOf<Element>(par));
-    } else {
-        Source inside(depth);
-        if (!inside.Open(&par))
-            return false;
-        Element& element = entries.emplace_back();
-        Access::Read(element, inside);
-        if (!element.IsValid())
-            element.Clear();
-    }
-    return true;
-}
-
-template <class Traits>
-bool ListCore<Traits>::WriteInto(RecordBuilder& list) const
-{
-    constexpr const ListShape& shape = Traits::kShape;
-    if (!IsValid()) {
-        Trace(LibQuarn, shape.invalidLevel, "%s::ToRecord: %s", shape.pcClass, shape.pcInvalid);
+    bool RefuseToWrite() const noexcept
+    {
+        Trace(LibQuarn, kError, "%s::ToRecord: class invalid", shape.pcClass);
         return false;
     }
-    list.Expect(entries.size());
-    for (const Element& element : entries) {
-        if constexpr (kIsPlain<Element>) {
-            AppendPlain(list, shape.element, element);
-        } else if constexpr (shape.bWrapped) {
-            list.Open();
-            Access::Write(element, list);
-            list.AppendRecordPar(shape.element, list.Close(), 0);
-        } else {
-            Access::Write(element, list);
-        }
-    }
-    return true;
+};
+
+// The classes by their numbers.
+extern const std::array<const Class*, CLASS_COUNT> kClasses;
+
+template <typename T>
+const Class& ClassOf() noexcept
+{
+    return *kClasses[T::kNumber];
 }
 
+template <typename T>
+T& ValueIn(Cell& cell)
+{
+    return static_cast<Holder<T>&>(cell).value;
+}
+
+// Does something with a plain value, as what it is.
+template <typename... T, typename Do>
+void WithOneOf(int kind, Cell& cell, Do run)
+{
+    static_cast<void>((... || (kind == kKindOf<T> && (run(ValueIn<T>(cell)), true))));
+}
+template <typename Do>
+void WithPlain(int kind, Cell& cell, Do run)
+{
+    WithOneOf<unsigned long long, unsigned, int, std::string, long long, bool, short>(kind, cell,
+                                                                                      run);
+}
+
+constexpr unsigned kRulesOfRecords = RULE_IF_RECORD | RULE_AS_RECORD;
+constexpr unsigned kRulesOnMissing = RULE_OR_EMPTY | RULE_OR_FROM | RULE_TOGETHER;
+
+// A row's field in an object.
+struct Slot {
+    Slot(const Row& of, const void* object)
+        : row(of), cell(*static_cast<Cell*>(PlaceIn(object, of.uiCell)))
+    {
+    }
+    static void* PlaceIn(const void* object, std::size_t place)
+    {
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-const-cast): who reads writes to no cell
+        return static_cast<char*>(const_cast<void*>(object)) + place;
+    }
+
+    void* Object() const { return PlaceIn(&cell, row.uiValue - row.uiCell); }
+    const Class& Type() const { return *kClasses[row.uiClass]; }
+    // Takes over what par, or null, holds of the field; whether it is present then.
+    bool Read(const vorn::cRecordPar* par, Source& around) const
+    {
+        const bool isOfKind = par != nullptr && par->GetType(1) == row.iParKind && !par->IsEmpty();
+        if (row.iKind == KIND_RECORD) {
+            if ((row.uiRules & kRulesOfRecords) != 0 && !isOfKind)
+                return false;
+            return Type().ReadFrom(Object(), par, around) || (row.uiRules & RULE_AS_RECORD) != 0;
+        }
+        if (isOfKind)
+            WithPlain(row.iKind, cell, [par](auto& v) { Get(*par, v); });
+        return isOfKind;
+    }
+    void Write(RecordBuilder& to) const
+    {
+        if (row.iKind == KIND_RECORD)
+            Type().Write(Object(), to, row.label);
+        else
+            WithPlain(row.iKind, cell,
+                      [&to, &label = row.label](const auto& v) { Append(to, label, v); });
+    }
+    void Copy(const Slot& from) const
+    {
+        cell.bPresent = from.cell.bPresent;
+        if (row.iKind == KIND_RECORD)
+            Type().Copy(Object(), from.Object());
+        else
+            WithPlain(row.iKind, cell,
+                      [&](auto& v) { v = ValueIn<std::decay_t<decltype(v)>>(from.cell); });
+    }
+    void Clear() const
+    {
+        cell.bPresent = false;
+        if (row.iKind == KIND_RECORD)
+            Type().Clear(Object());
+        else
+            WithPlain(row.iKind, cell, [](auto& v) { v = {}; });
+    }
+
+    const Row& row;
+    Cell& cell;
+};
+
+class StructureClass : public Class
+{
+public:
+    static constexpr std::size_t kMaxRows = 32; // that the bits of a word stand for
+
+    constexpr StructureClass(const Shape& given, const Row* rows, std::size_t count)
+        : Class(given), pRows(rows), uiCount(count)
+    {
+        for (std::size_t i = 0; i < count; ++i) {
+            const unsigned rules = rows[i].uiRules;
+            const bool isTold = rows[i].iKind == KIND_RECORD && (rules & kRulesOfRecords) == 0;
+            uiRequired |= (rules & RULE_REQUIRED) != 0 ? 1U << i : 0;
+            uiOneOf |= (rules & RULE_ONE_OF) != 0 ? 1U << i : 0;
+            uiMissed |= isTold || (rules & kRulesOnMissing) != 0 ? 1U << i : 0;
+        }
+    }
+
+    void Clear(void* object) const noexcept final
+    {
+        for (std::size_t i = 0; i < uiCount; ++i)
+            Slot(pRows[i], object).Clear();
+    }
+    bool IsValid(const void* object) const noexcept override { return IsComplete(Present(object)); }
+    bool ReadFrom(void* object, const vorn::cRecordPar* par, Source& around) const override
+    {
+        if (par != nullptr) {
+            Source inside(around.uiDepth);
+            if (inside.Open(par))
+                return ReadRows(object, inside);
+        }
+        if (shape.where != eFIELDS::ENCLOSED)
+            return ReadRows(object, around);
+        TraceMissing();
+        return false;
+    }
+    bool ReadElement(void* element, Source& in) const // as Read, without a call
+    {
+        return shape.where == eFIELDS::DIRECT
+                   ? ReadRows(element, in)
+                   : StructureClass::ReadFrom(element, in.Find(shape.own), in);
+    }
+    [[gnu::flatten]] bool WriteInto(const void* object, RecordBuilder& to) const override
+    {
+        const std::uint32_t present = Present(object);
+        if (shape.bWrittenWhenValid && !IsComplete(present))
+            return RefuseToWrite();
+        std::size_t count = 0;
+        for (std::uint32_t left = present; left != 0; left &= left - 1)
+            ++count;
+        to.Expect(count);
+        for (std::uint32_t left = present; left != 0; left &= left - 1)
+            Slot(pRows[__builtin_ctz(left)], object).Write(to);
+        return true;
+    }
+    void Copy(void* to, const void* from) const final
+    {
+        for (std::size_t i = 0; i < uiCount; ++i)
+            Slot(pRows[i], to).Copy(Slot(pRows[i], from));
+    }
+
+private:
+    bool IsComplete(std::uint32_t present) const noexcept
+    {
+        return (present & uiRequired) == uiRequired && (uiOneOf == 0 || (present & uiOneOf) != 0);
+    }
+    std::uint32_t Present(const void* object) const noexcept
+    {
+        std::uint32_t present = 0;
+        for (std::size_t i = 0; i < uiCount; ++i)
+            present |= Slot(pRows[i], object).cell.bPresent ? 1U << i : 0;
+        return present;
+    }
+    [[gnu::flatten]] bool ReadRows(void* object, Source& from) const
+    {
+        const vorn::cRecordPar* pars[kMaxRows];
+        const std::uint32_t isFound = from.FindRows(pRows, uiCount, pars);
+        std::uint32_t present = 0;
+        for (std::uint32_t left = isFound | uiMissed; left != 0; left &= left - 1) {
+            const int i = __builtin_ctz(left);
+            const Slot slot(pRows[i], object);
+            const vorn::cRecordPar* const par = (isFound >> i & 1U) != 0 ? pars[i] : nullptr;
+            if ((slot.row.uiRules & kRulesOnMissing) != 0) {
+                ReadByRules(object, i, par, from, present);
+            } else if (slot.Read(par, from)) {
+                slot.cell.bPresent = true;
+                present |= 1U << i;
+            }
+        }
+        return IsComplete(present);
+    }
+    [[gnu::noinline]] void ReadByRules(void* object, int i, const vorn::cRecordPar* par,
+                                       Source& from, std::uint32_t& present) const
+    {
+        const Slot slot(pRows[i], object);
+        const Row& row = slot.row;
+        if (row.pcSecond != nullptr && (par == nullptr || par->GetType(1) != row.iParKind))
+            par = from.Find(row.pcSecond);
+        const bool isRead = slot.Read(par, from) || (row.uiRules & RULE_OR_EMPTY) != 0;
+        present |= isRead ? 1U << i : 0;
+        const int first = (row.uiRules & RULE_TOGETHER) != 0 ? i - 2 : i;
+        for (int j = first; j <= i && present >> first != 0; ++j) {
+            Slot(pRows[j], object).cell.bPresent = true;
+            present |= 1U << j;
+        }
+    }
+
+    const Row* pRows;
+    std::size_t uiCount;
+    // A bit for each row: with the two rules, and to be looked at even without a parameter.
+    std::uint32_t uiRequired = 0;
+    std::uint32_t uiOneOf = 0;
+    std::uint32_t uiMissed = 0;
+};
+
+// A time of another type than 3 is written and assigned without offsets.
+class TimeClass final : public StructureClass
+{
+public:
+    using StructureClass::StructureClass;
+
+    bool IsValid(const void* time) const noexcept override
+    {
+        const auto& fields = *static_cast<const TimeFields*>(time);
+        unsigned type = 0;
+        return StructureClass::IsValid(time) && fields.GetType(type) &&
+               (type <= 2 || (type == 3 && fields.HasOffsets()));
+    }
+    bool ReadFrom(void* time, const vorn::cRecordPar* par, Source& around) const override
+    {
+        return StructureClass::ReadFrom(time, par, around) && IsValid(time);
+    }
+    bool WriteInto(const void* time, RecordBuilder& to) const override
+    {
+        if (!IsValid(time))
+            return RefuseToWrite();
+        TimeFields written = *static_cast<const TimeFields*>(time);
+        Settle(&written);
+        return StructureClass::WriteInto(&written, to);
+    }
+    void Settle(void* time) const noexcept override
+    {
+        auto& fields = *static_cast<TimeFields*>(time);
+        unsigned type = 0;
+        if (fields.GetType(type) && type != 3)
+            fields.field::LocOffset::bPresent = fields.field::SeaOffset::bPresent = false;
+    }
+};
+
+// A list type of another type than 1 is assigned without its time.
+class ListTypeClass final : public StructureClass
+{
+public:
+    using StructureClass::StructureClass;
+
+    void Settle(void* listType) const noexcept override
+    {
+        auto& fields = *static_cast<ListTypeFields*>(listType);
+        unsigned type = 0;
+        if (fields.GetType(type) && type != 1)
+            fields.ListTypeFields::Time::bPresent = false;
+    }
+};
+
+struct ListTexts {
+    Label element;              // of each element in the list's record
+    const char* pcEmptyName;    // what the line on an empty list record names
+    const char* pcElementFault; // the line on a parameter that is no element
+    bool bWrapped = false;      // an element's own record is written inside another of that label
+    bool bStepsByLabel = false; // parameters of other labels are passed over without a line
+    const char* pcInvalid = "class invalid/no entries"; // the line on writing an empty list
+    vorn::eLEVEL invalidLevel = kError;                 // and its level
+};
+
+template <class Core>
+class ListClass final : public Class
+{
+public:
+    constexpr ListClass(const Shape& given, const ListTexts& list) : Class(given), texts(list) {}
+
+    void Clear(void* list) const noexcept override { Of(list).clear(); }
+    bool IsValid(const void* list) const noexcept override { return !Of(list).empty(); }
+    bool ReadFrom(void* list, const vorn::cRecordPar* par, Source& around) const override
+    {
+        RecordReader<> record;
+        if (!record.Open(par)) {
+            TraceMissing();
+            return false;
+        }
+        const char* const label = texts.element;
+        const int count = record.Count(label, std::char_traits<char>::length(label) + 1);
+        if (count < 1) {
+            Trace(LibQuarn, kError, "%s: Record %s is empty", shape.pcClass, texts.pcEmptyName);
+            return false;
+        }
+        const unsigned depth = around.uiDepth + 1;
+        if (depth >= SML_MAX_TREE_DEPTH)
+            throw std::length_error("trees nested too deep");
+        auto& elements = Of(list);
+        elements.resize(static_cast<std::size_t>(count));
+        std::size_t taken = 0;
+        const char* const next = texts.bStepsByLabel ? label : nullptr;
+        record.VisitElements(label, next, [&](const vorn::cRecordPar& element) {
+            if (ReadElement(elements[taken], element, depth))
+                ++taken;
+            else
+                Trace(LibQuarn, kError, "%s: %s", shape.pcClass, texts.pcElementFault);
+            return taken < elements.size();
+        });
+        elements.resize(taken);
+        return taken > 0;
+    }
+    bool WriteInto(const void* list, RecordBuilder& to) const override
+    {
+        const auto& elements = Of(list);
+        if (elements.empty()) {
+            Trace(LibQuarn, texts.invalidLevel, "%s::ToRecord: %s", shape.pcClass, texts.pcInvalid);
+            return false;
+        }
+        to.Expect(elements.size());
+        for (const Element& element : elements) {
+            if constexpr (!kHoldsObjects)
+                Append(to, texts.element, element);
+            else if (texts.bWrapped)
+                Type().WriteNested(&element, to, texts.element);
+            else
+                Type().Class::Write(&element, to, texts.element);
+        }
+        return true;
+    }
+    void Copy(void* to, const void* from) const override
+    {
+        const auto& source = Of(from);
+        Of(to).resize(source.size());
+        for (std::size_t i = 0; i < source.size(); ++i) {
+            if constexpr (kHoldsObjects)
+                Type().Copy(&Of(to)[i], &source[i]);
+            else
+                Of(to)[i] = source[i];
+        }
+    }
+    void Add(void* list, const void* element) const override
+    {
+        Element added{};
+        if constexpr (kHoldsObjects)
+            Type().Assign(&added, element);
+        else
+            added = *static_cast<const Element*>(element);
+        Of(list).push_back(std::move(added));
+    }
+
+private:
+    using Element = typename Core::Element;
+    static constexpr bool kHoldsObjects = kKindOf<Element> == KIND_RECORD;
+
+    static auto& Of(void* list) { return static_cast<Core*>(list)->content; }
+    static const auto& Of(const void* list) { return static_cast<const Core*>(list)->content; }
+    static const StructureClass& Type()
+    {
+        return static_cast<const StructureClass&>(ClassOf<Element>());
+    }
+    static bool ReadElement(Element& element, const vorn::cRecordPar& par, unsigned depth)
+    {
+        if constexpr (kHoldsObjects) {
+            Source inside(depth);
+            if (!inside.Open(&par))
+                return false;
+            if (!Type().ReadElement(&element, inside))
+                Type().Clear(&element);
+            return true;
+        } else {
+            const bool isElement = IsOfKind(par, KIND_UINT64);
+            if (isElement)
+                Get(par, element);
+            return isElement;
+        }
+    }
+
+    ListTexts texts;
+};
+
 } // namespace quarn::detail
+// NOLINTEND(cppcoreguidelines-virtual-class-destructor)
 
 #endif

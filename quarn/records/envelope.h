@@ -24,46 +24,27 @@ QUARN_FIELD(MsgType, GetMsgType, int, Type)
 QUARN_FIELD(MsgCast, GetMsgCast, int, Cast)
 QUARN_FIELD(MsgNo, GetMsgNo, unsigned int, MsgNoInFile)
 
-} // namespace quarn::detail::field
-
-namespace quarn::detail
-{
-
-struct QUARN_API MsgHeaderFields
-    : FieldSet<Required<field::TransactionId>, Required<field::GroupNo>,
-               Required<field::AbortOnError>, Required<field::SmlMsgIdentifier>,
-               Required<field::OpenClientId>, Required<field::OpenReqFileId>,
-               Required<field::OpenServerId>, Required<field::OpenTId>, Required<field::OpenGrpNo>,
-               Required<field::OpenAbort>> {
-    static constexpr Shape kShape = BodyShape("cSmlMsgHeader", label::SmlMsgHeader);
-};
-
-struct QUARN_API MsgStatusFields : FieldSet<Required<field::MsgError>, Required<field::MsgType>,
-                                            Required<field::MsgCast>, Required<field::MsgNo>> {
-    static constexpr Shape kShape = BodyShape("cSmlMsgStatus", label::SmlStatus, kUntraced);
-};
-
-} // namespace quarn::detail
-
-// The header: the message's own four fields, then what the open message of its file said.
-class QUARN_API cSmlMsgHeader : public quarn::detail::Body<quarn::detail::MsgHeaderFields>
-{
-public:
-    using Object::Object;
-
-    // The header is valid as soon as all fields are present; there is nothing left to do here.
+// With an operation for hosts that ask for it: the object is valid as soon as all fields are
+// present, so there is nothing left to do.
+template <class F>
+struct Tested : F {
     void TestClass_SetValid() noexcept {}
 };
+
+} // namespace quarn::detail::field
+
+// The header: the message's own four fields, then what the open message of its file said.
+QUARN_CLASS(cSmlMsgHeader,
+            Structure<CLASS_MSG_HEADER, Required<field::TransactionId>, Required<field::GroupNo>,
+                      Required<field::AbortOnError>, Required<field::SmlMsgIdentifier>,
+                      Required<field::OpenClientId>, Required<field::OpenReqFileId>,
+                      Required<field::OpenServerId>, Required<field::OpenTId>,
+                      Required<field::OpenGrpNo>, Required<field::Tested<field::OpenAbort>>>)
 
 // The status. Error: 0, or why the message was refused. Type: 0 request, 1 response. Cast: 0
 // broadcast, 2 addressed, -1 not classified. Number: of the message in its file, from 1.
-class QUARN_API cSmlMsgStatus : public quarn::detail::Body<quarn::detail::MsgStatusFields>
-{
-public:
-    using Object::Object;
-
-    // The status is valid as soon as all fields are present; there is nothing left to do here.
-    void TestClass_SetValid() noexcept {}
-};
+QUARN_CLASS(cSmlMsgStatus,
+            Structure<CLASS_MSG_STATUS, Required<field::MsgError>, Required<field::MsgType>,
+                      Required<field::MsgCast>, Required<field::Tested<field::MsgNo>>>)
 
 #endif

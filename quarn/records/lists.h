@@ -1,107 +1,81 @@
-// The lists of entries and of names, and the one entry that holds a list. See list.h for what all
-// lists have in common.
+// The lists of entries and of names, and the one entry that holds a list.
+//
+// Elements are numbered from 0 in the order in which they were added, and held by value. A list is
+// valid when it has an element; the elements' own validity does not count. An element that is not
+// valid is held as a cleared one; a parameter of the list's record that is no element is passed
+// over, with a trace at level 2.
 #ifndef QUARN_RECORDS_LISTS_H
 #define QUARN_RECORDS_LISTS_H
 
 #include "quarn/records/entries.h"
-#include "quarn/records/list.h"
+
+#include <vector>
 
 namespace quarn::detail
 {
 
-struct QUARN_API ListTraits {
-    using Element = cSmlListEntry;
-    static constexpr ListShape kShape =
-        Direct("cSmlList", label::valList, label::valListEntry, "<valList>",
-               "valListEntry invalid/empty/wrong type");
-};
+template <eCLASS Number, class T>
+class ListCore
+{
+public:
+    using Element = T;
 
-struct QUARN_API PeriodListTraits {
-    using Element = cSmlPeriodEntry;
-    static constexpr ListShape kShape =
-        Wrapped("cSmlPeriodList", label::period_List, label::SmlPeriodEntry, "<period_List>",
-                "period_List_Entry invalid/empty/wrong type", true);
-};
+protected:
+    // Adds a copy at the end. False, and nothing added, when no memory is left.
+    bool Add(const T& element) noexcept { return Engine::Add(Number, this, &element); }
+    // Assigns the element of that index; false, and out unchanged, when there is none.
+    bool At(T& out, int index) const noexcept
+    {
+        const auto i = static_cast<std::size_t>(index);
+        return index >= 0 && i < content.size() && TryAssign(out, content[i]);
+    }
+    // False, and a count of 0, when the list is empty.
+    bool Count(int& count) const noexcept
+    {
+        count = static_cast<int>(content.size());
+        return count > 0;
+    }
+    // False, and count untouched, when the list is empty.
+    bool CountIfAny(int& count) const noexcept { return !content.empty() && Count(count); }
 
-struct QUARN_API ValueListTraits {
-    using Element = cSmlValueEntry;
-    static constexpr ListShape kShape =
-        Wrapped("cSmlValueList", label::value_List, label::value_List_Entry, "<valList>",
-                "value_List_Entry invalid/empty/wrong type");
-};
+    std::vector<T> content;
 
-struct QUARN_API HeaderListTraits {
-    using Element = cSmlHeaderEntry;
-    static constexpr ListShape kShape =
-        Wrapped("cSmlHeaderList", label::header_List, label::pObjHdEntry, "<valList>",
-                "valListEntry invalid/empty/wrong type");
-};
-
-struct QUARN_API TreePathTraits {
-    using Element = unsigned long long;
-    static constexpr ListShape kShape =
-        Direct("cSmlTreePath", label::parTreePath, label::path_Entry, "<parTreePath>",
-               "path_Entry invalid/empty/wrong type", "class invalid");
-};
-
-struct QUARN_API ObjListTraits {
-    using Element = unsigned long long;
-    static constexpr ListShape kShape = Direct(
-        "cSmlObjList", label::object_List, label::object_List_Entry, "<object_List>",
-        "object_List_Entry invalid/empty/wrong type", "class invalid/empty", kProgress, kUntraced);
+    template <class Core>
+    friend class ListClass;
 };
 
 } // namespace quarn::detail
 
+// A list that hosts use: its elements, and what its operations and its way to count are called.
+#define QUARN_LIST(Name, Number, Type, What, CountAs)                                              \
+    class QUARN_API Name                                                                           \
+        : public quarn::detail::Object<quarn::detail::Number,                                      \
+                                       quarn::detail::ListCore<quarn::detail::Number, Type>>       \
+    {                                                                                              \
+    public:                                                                                        \
+        using Object::Object;                                                                      \
+        bool Set##What##Entry(const Type& v) noexcept { return Add(v); }                           \
+        bool Get##What##Entry(Type& out, int index) const noexcept { return At(out, index); }      \
+        bool Get##What##Count(int& count) const noexcept { return CountAs(count); }                \
+    };
+
 // List entries of a get-list response.
-class QUARN_API cSmlList : public quarn::detail::EntryList<quarn::detail::ListTraits>
-{
-public:
-    using EntryList::EntryList;
-};
+QUARN_LIST(cSmlList, CLASS_LIST, cSmlListEntry, List, Count)
 
 // Period entries of a profile-list response.
-class QUARN_API cSmlPeriodList : public quarn::detail::EntryList<quarn::detail::PeriodListTraits>
-{
-public:
-    using EntryList::EntryList;
-};
+QUARN_LIST(cSmlPeriodList, CLASS_PERIOD_LIST, cSmlPeriodEntry, List, Count)
 
 // Value entries of one period of a profile.
-class QUARN_API cSmlValueList : public quarn::detail::EntryList<quarn::detail::ValueListTraits>
-{
-public:
-    using EntryList::EntryList;
-};
+QUARN_LIST(cSmlValueList, CLASS_VALUE_LIST, cSmlValueEntry, List, Count)
 
 // Header entries of a profile: its objects.
-class QUARN_API cSmlHeaderList : public quarn::detail::EntryList<quarn::detail::HeaderListTraits>
-{
-public:
-    using EntryList::EntryList;
-};
+QUARN_LIST(cSmlHeaderList, CLASS_HEADER_LIST, cSmlHeaderEntry, List, Count)
 
 // Names of objects, by value.
-class QUARN_API cSmlObjList : public quarn::detail::EntryList<quarn::detail::ObjListTraits>
-{
-public:
-    using EntryList::EntryList;
-};
+QUARN_LIST(cSmlObjList, CLASS_OBJ_LIST, unsigned long long, List, Count)
 
 // The path to a node of a parameter tree: the names on the way, the root's first.
-class QUARN_API cSmlTreePath : public quarn::detail::List<quarn::detail::TreePathTraits>
-{
-public:
-    using Object::Object;
-
-    bool SetPathEntry(unsigned long long name) noexcept { return Add(name); }
-    bool GetPathEntry(unsigned long long& name, int index) const noexcept
-    {
-        return At(name, index);
-    }
-    // False, and count untouched, when the path is empty.
-    bool GetPathCount(int& count) const noexcept { return CountIfAny(count); }
-};
+QUARN_LIST(cSmlTreePath, CLASS_TREE_PATH, unsigned long long, Path, CountIfAny)
 
 namespace quarn::detail::field
 {
@@ -111,45 +85,13 @@ QUARN_FIELD(PeriodSign, GetPeriodSign, std::string, periodSignature)
 
 } // namespace quarn::detail::field
 
-namespace quarn::detail
-{
-
-struct QUARN_API ProfObjPeriodEntryFields
-    : FieldSet<Required<field::ValTime>, Required<field::Status>, Required<field::ValueList>,
-               field::PeriodSign> {
-    static constexpr Shape kShape = {
-        "cSmlProfObjPeriodEntry", label::pObjPerEntry, eFIELDS::ENCLOSED, kError, true, false};
-};
-
-} // namespace quarn::detail
-
 // A profile period entry: the values of one period of a profile. Unlike other entries, it writes
 // the fields that it has even when it is not valid.
-class QUARN_API cSmlProfObjPeriodEntry
-    : public quarn::detail::Entry<quarn::detail::ProfObjPeriodEntryFields>
-{
-public:
-    using Entry::Entry;
-};
-
-namespace quarn::detail
-{
-
-struct QUARN_API ProfObjPeriodListTraits {
-    using Element = cSmlProfObjPeriodEntry;
-    static constexpr ListShape kShape =
-        Wrapped("cSmlProfObjPeriodList", label::period_List, label::pObjPerEntry, "period_List",
-                "pObjPerEntry invalid/empty/wrong type");
-};
-
-} // namespace quarn::detail
+QUARN_CLASS(cSmlProfObjPeriodEntry,
+            Structure<CLASS_PROF_OBJ_PERIOD_ENTRY, Required<field::ValTime>,
+                      Required<field::Status>, Required<field::ValueList>, field::PeriodSign>)
 
 // The periods of a profile.
-class QUARN_API cSmlProfObjPeriodList
-    : public quarn::detail::EntryList<quarn::detail::ProfObjPeriodListTraits>
-{
-public:
-    using EntryList::EntryList;
-};
+QUARN_LIST(cSmlProfObjPeriodList, CLASS_PROF_OBJ_PERIOD_LIST, cSmlProfObjPeriodEntry, List, Count)
 
 #endif

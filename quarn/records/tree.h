@@ -8,54 +8,43 @@
 namespace quarn::detail
 {
 
-class QUARN_API ProcParValueCore
+class ProcParValueCore
 {
 public:
-    void Clear() noexcept { alternatives = {}; }
-    bool IsValid() const noexcept { return alternatives.index() > 0; }
-
     // Each succeeds for its own alternative only.
-    bool GetParValue(cSmlValue& v) const noexcept { return GetAlternative(alternatives, v); }
-    bool GetParValue(cSmlPeriodEntry& v) const noexcept { return GetAlternative(alternatives, v); }
-    bool GetParValue(cSmlTupelEntry& v) const noexcept { return GetAlternative(alternatives, v); }
-    bool GetParValue(cSmlTime& v) const noexcept { return GetAlternative(alternatives, v); }
-    bool GetParValue(cSmlListEntry& v) const noexcept { return GetAlternative(alternatives, v); }
+    bool GetParValue(cSmlValue& v) const noexcept { return GetAlternative(content, v); }
+    bool GetParValue(cSmlPeriodEntry& v) const noexcept { return GetAlternative(content, v); }
+    bool GetParValue(cSmlTupelEntry& v) const noexcept { return GetAlternative(content, v); }
+    bool GetParValue(cSmlTime& v) const noexcept { return GetAlternative(content, v); }
+    bool GetParValue(cSmlListEntry& v) const noexcept { return GetAlternative(content, v); }
 
 protected:
     // In the order of the types 1 to 5: the index is the type.
-    using Alternatives = std::variant<std::monostate, cSmlValue, cSmlPeriodEntry, cSmlTupelEntry,
-                                      cSmlTime, cSmlListEntry>;
-
-    static constexpr const char* kClass = "cSmlProcParValue";
-    static constexpr const Label& kOwnLabel = kLabel<label::procParVal>;
-    static constexpr bool kIsAround = false;
-    static constexpr bool kIsParameter = false;
-    static constexpr bool kCopiedWhenValid = false;
+    std::variant<std::monostate, cSmlValue, cSmlPeriodEntry, cSmlTupelEntry, cSmlTime,
+                 cSmlListEntry>
+        content;
 
     template <typename T>
     void Take(const T& v) noexcept
     {
-        Alternatives taken(std::in_place_type<T>);
+        decltype(content) taken(std::in_place_type<T>);
         const bool done = v.IsValid() && TryAssign(*std::get_if<T>(&taken), v);
-        alternatives = done ? std::move(taken) : Alternatives();
+        content = done ? std::move(taken) : decltype(content)();
     }
-    void ReadFrom(const vorn::cRecordPar* own, Source& around);
-    void ReadAlternative(unsigned type, Source& value);
-    bool WriteInto(RecordBuilder& own) const;
-    void CopyFrom(const ProcParValueCore& other);
-    void DropUnassigned() noexcept {}
 
-    Alternatives alternatives;
-
-    friend struct Access;
+    friend class ProcParValueClass;
+    template <class Core>
+    friend class ChoiceClass;
 };
+
+using ProcParValue = Object<CLASS_PROC_PAR_VALUE, ProcParValueCore>;
 
 } // namespace quarn::detail
 
 // The value of a node: one of five alternatives, read from and written to the record "procParVal",
 // whose "type" says which. operator= from an alternative makes it the value, if it is valid;
 // otherwise, or when no memory is left, it clears this object.
-class QUARN_API cSmlProcParValue : public quarn::detail::Object<quarn::detail::ProcParValueCore>
+class QUARN_API cSmlProcParValue : public quarn::detail::ProcParValue
 {
 public:
     using Object::Object;
@@ -69,28 +58,8 @@ public:
 
 class cSmlTree;
 
-namespace quarn::detail
-{
-
-struct QUARN_API ChildListTraits {
-    using Element = cSmlTree;
-    static constexpr ListShape kShape = Direct("cSmlChildList", label::child_List, label::parTree,
-                                               "<child_List>", "tree_Entry invalid/empty");
-};
-
-} // namespace quarn::detail
-
 // The children of a node.
-class QUARN_API cSmlChildList : public quarn::detail::List<quarn::detail::ChildListTraits>
-{
-public:
-    using Object::Object;
-
-    bool SetTreeEntry(const cSmlTree& tree) noexcept { return Add(tree); }
-    bool GetTreeEntry(cSmlTree& tree, int index) const noexcept { return At(tree, index); }
-    // False, and count untouched, when there are no children.
-    bool GetTreeCount(int& count) const noexcept { return CountIfAny(count); }
-};
+QUARN_LIST(cSmlChildList, CLASS_CHILD_LIST, cSmlTree, Tree, CountIfAny)
 
 namespace quarn::detail::field
 {
@@ -101,30 +70,11 @@ QUARN_FIELD(ChildList, GetChildList, cSmlChildList, child_List)
 
 } // namespace quarn::detail::field
 
-namespace quarn::detail
-{
-
-struct QUARN_API TreeFields
-    : FieldSet<field::ParName, AsRecord<field::ProcParVal>, AsRecord<field::ChildList>> {
-    static constexpr Shape kShape = {"cSmlTree", label::parTree, eFIELDS::EITHER,
-                                     kUntraced,  true,           true};
-
-protected:
-    bool IsComplete() const noexcept
-    {
-        return ParName::IsPresent() && (ProcParVal::IsPresent() || ChildList::IsPresent());
-    }
-};
-
-} // namespace quarn::detail
-
 // A node: its name, and its value or its children or both. The value and the children are present
 // as soon as their records are, even if those are not valid. operator= takes over a valid tree; any
 // other one clears the target.
-class QUARN_API cSmlTree : public quarn::detail::Entry<quarn::detail::TreeFields>
-{
-public:
-    using Entry::Entry;
-};
+QUARN_CLASS(cSmlTree,
+            Structure<CLASS_TREE, Required<field::ParName>, OneOf<AsRecord<field::ProcParVal>>,
+                      OneOf<AsRecord<field::ChildList>>>)
 
 #endif

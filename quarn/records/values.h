@@ -8,103 +8,135 @@
 #ifndef QUARN_RECORDS_VALUES_H
 #define QUARN_RECORDS_VALUES_H
 
-#include "quarn/records/structure.h"
+#include "quarn/records/object.h"
 
-// A time. Types: 1 = seconds index, 2 = timestamp, 3 = local timestamp with two offsets.
-class QUARN_API cSmlTime : private quarn::detail::FieldSet<
-                               quarn::detail::Field<unsigned int, quarn::detail::label::type>,
-                               quarn::detail::Field<unsigned int, quarn::detail::label::value>,
-                               quarn::detail::Field<short, quarn::detail::label::locOffset>,
-                               quarn::detail::Field<short, quarn::detail::label::seaOffset>>
+#include <variant>
+
+namespace quarn::detail
+{
+
+namespace field
+{
+QUARN_FIELD(TimeType, GetType, unsigned int, type)
+QUARN_FIELD(TimeValue, GetValue, unsigned int, value)
+using LocOffset = Field<short, label::locOffset>;
+using SeaOffset = Field<short, label::seaOffset>;
+} // namespace field
+
+class TimeFields : public FieldSet<Required<field::TimeType>, Required<field::TimeValue>,
+                                   field::LocOffset, field::SeaOffset>
+{
+public:
+    bool GetTime(unsigned int& type, unsigned int& value) const noexcept
+    {
+        return TimeValue::IsPresent() && GetType(type) && GetValue(value);
+    }
+    bool GetTime(unsigned int& type, unsigned int& value, short& locOffset,
+                 short& seaOffset) const noexcept
+    {
+        return HasOffsets() && GetTime(type, value) && GetOffsets(locOffset, seaOffset);
+    }
+    bool GetOffsets(short& locOffset, short& seaOffset) const noexcept
+    {
+        return HasOffsets() && field::LocOffset::Get(locOffset) && field::SeaOffset::Get(seaOffset);
+    }
+
+protected:
+    bool HasOffsets() const noexcept
+    {
+        return field::LocOffset::IsPresent() && field::SeaOffset::IsPresent();
+    }
+
+    friend class TimeClass;
+};
+
+} // namespace quarn::detail
+
+// A time. Types: 1 = seconds index, 2 = timestamp, 3 = local timestamp with two offsets. Valid with
+// type and value and a type of at most 2, or with type 3 and both offsets as well. operator= takes
+// over a valid time, without the offsets that its type does not have; any other one clears this.
+class QUARN_API cSmlTime
+    : public quarn::detail::Object<quarn::detail::CLASS_TIME, quarn::detail::TimeFields>
 {
 public:
     cSmlTime() noexcept = default;
     // The time that stands as a record under label in record.
-    cSmlTime(const vorn::cRecord& record, const char* label) noexcept;
-    cSmlTime(const cSmlTime&) noexcept = default;
-    // Takes over a valid time, without the offsets that its type does not have; any other time
-    // clears this one.
-    cSmlTime& operator=(const cSmlTime& other) noexcept;
-    ~cSmlTime() = default;
-
-    void Clear() noexcept { FieldSet::Clear(); }
-    // Type and value present and type at most 2, or type 3 and both offsets present as well.
-    bool IsValid() const noexcept;
+    cSmlTime(const vorn::cRecord& record, const char* label) noexcept
+    {
+        if (label != nullptr)
+            quarn::detail::Engine::Read(kNumber, This(), record, label);
+    }
 
     // False, and no time, unless type is 1 or 2; with offsets, unless type is 3.
-    bool SetTime(unsigned int type, unsigned int value) noexcept;
-    bool SetTime(unsigned int type, unsigned int value, short locOffset, short seaOffset) noexcept;
-
-    bool GetTime(unsigned int& type, unsigned int& value) const noexcept;
-    bool GetTime(unsigned int& type, unsigned int& value, short& locOffset,
-                 short& seaOffset) const noexcept;
-    bool GetType(unsigned int& type) const noexcept { return Type::Get(type); }
-    bool GetValue(unsigned int& value) const noexcept { return Value::Get(value); }
-    bool GetOffsets(short& locOffset, short& seaOffset) const noexcept;
+    bool SetTime(unsigned int type, unsigned int value) noexcept
+    {
+        Clear();
+        return (type == 1 || type == 2) && TimeType::Set(type) && TimeValue::Set(value);
+    }
+    bool SetTime(unsigned int type, unsigned int value, short locOffset, short seaOffset) noexcept
+    {
+        Clear();
+        namespace field = quarn::detail::field;
+        return type == 3 && TimeType::Set(type) && TimeValue::Set(value) &&
+               field::LocOffset::Set(locOffset) && field::SeaOffset::Set(seaOffset);
+    }
 
     // Appends the time as a record under label. The offsets are written for type 3 only.
-    bool ToRecord(vorn::cRecord& target, const char* label) const noexcept;
-
-private:
-    using Type = quarn::detail::Field<unsigned int, quarn::detail::label::type>;
-    using Value = quarn::detail::Field<unsigned int, quarn::detail::label::value>;
-    using LocOffset = quarn::detail::Field<short, quarn::detail::label::locOffset>;
-    using SeaOffset = quarn::detail::Field<short, quarn::detail::label::seaOffset>;
-
-    void ReadFrom(const vorn::cRecordPar* own, quarn::detail::Source& around);
-    bool WriteInto(quarn::detail::RecordBuilder& own) const;
-    void CopyFrom(const cSmlTime& other) noexcept { *this = other; }
-    void Assign(const cSmlTime& other) noexcept { *this = other; }
-
-    friend struct quarn::detail::Access;
+    bool ToRecord(vorn::cRecord& target, const char* label) const noexcept
+    {
+        const char* const name = label != nullptr ? label : "";
+        return quarn::detail::Engine::Write(kNumber, This(), target, name);
+    }
 };
 
 namespace quarn::detail
 {
 
-struct QUARN_API ListTypeFields : FieldSet<Required<Field<unsigned int, label::type>>,
-                                           Required<Field<cSmlTime, label::SmlTime>>> {
-    static constexpr Shape kShape = {"cSmlListType", label::smlList, eFIELDS::ENCLOSED,
-                                     kUntraced,      true,           true};
-
-    bool GetType(unsigned int& type) const noexcept { return Type::Get(type); }
+class ListTypeFields
+    : public FieldSet<Required<field::TimeType>, Required<Field<cSmlTime, label::SmlTime>>>
+{
+public:
     bool Get(cSmlTime& time) const noexcept { return Time::Get(time); }
     // False, and nothing changed, unless type is 1 and time is valid.
     bool Set(unsigned int type, const cSmlTime& time) noexcept
     {
-        return type == 1 && time.IsValid() && Type::Set(type) && Time::Set(time);
+        return type == 1 && time.IsValid() && TimeType::Set(type) && Time::Set(time);
     }
 
-protected:
-    using Type = Field<unsigned int, label::type>;
+private:
     using Time = Field<cSmlTime, label::SmlTime>;
 
-    void DropUnassigned() noexcept;
+    friend class ListTypeClass;
 };
 
 } // namespace quarn::detail
 
 // The list type of a value: 1 = time is the only one. Another type is read, and written back, but
 // cannot be set, and operator= does not take its time over.
-class QUARN_API cSmlListType : public quarn::detail::Entry<quarn::detail::ListTypeFields>
-{
-public:
-    using Entry::Entry;
-};
+QUARN_CLASS(cSmlListType, Object<CLASS_LIST_TYPE, ListTypeFields>)
 
 namespace quarn::detail
 {
 
-class QUARN_API ValueCore
+// The alternative of type T of a choice.
+template <typename T, class Variant>
+bool GetAlternative(const Variant& choice, T& out) noexcept
+{
+    const T* v = std::get_if<T>(&choice);
+    return v != nullptr && TryAssign(out, *v);
+}
+
+class ValueCore
 {
 public:
-    void Clear() noexcept;
-    bool IsValid() const noexcept { return bValid; }
-
     // The alternative, also of a value that is not valid: 0 none, 1 boolean, 2 octet string,
     // 3 unsigned 32-bit, 4 unsigned 64-bit, 5 signed 32-bit, 6 signed 64-bit, 7 list type. Returns
     // true.
-    bool GetType(unsigned int& kind) const noexcept;
+    bool GetType(unsigned int& kind) const noexcept
+    {
+        kind = static_cast<unsigned>(content.index());
+        return true;
+    }
     // Each succeeds for its own alternative only: none is converted into another.
     bool GetBool(bool& v) const noexcept { return Get(v); }
     bool GetString(std::string& v) const noexcept { return Get(v); }
@@ -115,40 +147,27 @@ public:
     bool GetListType(cSmlListType& v) const noexcept { return Get(v); }
 
 protected:
-    static constexpr const char* kClass = "cSmlValue";
-    static constexpr const Label& kOwnLabel = kLabel<label::value>;
-    static constexpr bool kIsAround = false;
-    static constexpr bool kIsParameter = true;
-    static constexpr bool kCopiedWhenValid = true;
-
     template <typename T>
     bool Get(T& out) const noexcept
     {
-        return bValid && GetAlternative(alternatives, out);
+        return bValid && GetAlternative(content, out);
     }
-    void ReadFrom(const vorn::cRecordPar* own, Source& around);
-    template <class Target>
-    bool WriteInto(Target& around) const;
-    void CopyFrom(const ValueCore& other);
-    void DropUnassigned() noexcept;
 
     // In the order of the kinds: the index is the kind.
     std::variant<std::monostate, bool, std::string, unsigned int, unsigned long long, int,
                  long long, cSmlListType>
-        alternatives;
+        content;
     bool bValid = false;
 
-    friend struct Access;
+    friend class ValueClass;
+    template <class Core>
+    friend class ChoiceClass;
 };
 
 } // namespace quarn::detail
 
 // A value: one of seven alternatives, read from and written to the parameter "value", whose kind
 // says which. operator= takes over a valid value; any other one clears the target.
-class QUARN_API cSmlValue : public quarn::detail::Object<quarn::detail::ValueCore>
-{
-public:
-    using Object::Object;
-};
+QUARN_CLASS(cSmlValue, Object<CLASS_VALUE, ValueCore>)
 
 #endif

@@ -1,0 +1,390 @@
+// The two classes that are a choice; the descriptions of all classes, in the order of their
+// numbers; Engine's operations, the library's door for all of them; and the one conversion between
+// classes.
+#include "quarn/records/engine.h"
+
+#include <tuple>
+
+using namespace quarn::detail;
+
+// NOLINTBEGIN(cppcoreguidelines-virtual-class-destructor): as in engine.h
+namespace quarn::detail
+{
+
+// Makes the choice the alternative of that index and runs a step on it; false when there is none.
+template <std::size_t At = 1, class Choice, typename Do>
+bool WithNew(std::size_t index, Choice& choice, Do run)
+{
+    if constexpr (At < std::variant_size_v<Choice>) {
+        if (index == At)
+            return run(choice.template emplace<At>());
+        return WithNew<At + 1>(index, choice, run);
+    }
+    return false;
+}
+
+template <class Core>
+class ChoiceClass : public Class
+{
+public:
+    using Class::Class;
+
+    void Clear(void* choice) const noexcept final { Of(choice) = Core(); }
+    void Copy(void* to, const void* from) const override
+    {
+        const auto& source = Of(from).content;
+        const auto copy = [&](auto& v) {
+            using Held = std::decay_t<decltype(v)>;
+            if constexpr (kKindOf<Held> == KIND_RECORD)
+                ClassOf<Held>().Copy(&v, std::get_if<Held>(&source));
+            else
+                v = *std::get_if<Held>(&source);
+            return true;
+        };
+        if (!WithNew(source.index(), Of(to).content, copy))
+            Of(to).content = {};
+    }
+
+protected:
+    static Core& Of(void* choice) { return *static_cast<Core*>(choice); }
+    static const Core& Of(const void* choice) { return *static_cast<const Core*>(choice); }
+};
+
+class ValueClass final : public ChoiceClass<ValueCore>
+{
+public:
+    using ChoiceClass::ChoiceClass;
+
+    bool IsValid(const void* value) const noexcept override { return Of(value).bValid; }
+    bool ReadFrom(void* value, const vorn::cRecordPar* par, Source& around) const override
+    {
+        ValueCore& to = Of(value);
+        if (par == nullptr || !par->IsValid() || par->IsEmpty()) {
+            TraceMissing();
+            return false;
+        }
+        if (par->GetType(1) != KIND_RECORD)
+            return to.bValid =
+                       TakeOneOf<long long, std::string, unsigned, unsigned long long, int, bool>(
+                           *par, to.content);
+        Source inside(around.uiDepth);
+        return to.bValid = inside.Open(par) && ClassOf<cSmlListType>().Read(
+                                                   &to.content.emplace<cSmlListType>(), inside);
+    }
+    // Of a list type only: other values are a parameter themselves.
+    bool WriteInto(const void* value, RecordBuilder& to) const override
+    {
+        const auto* listType = std::get_if<cSmlListType>(&Of(value).content);
+        return ClassOf<cSmlListType>().Write(listType, to, label::smlList);
+    }
+    bool Write(const void* value, RecordBuilder& to, const Label& label) const override
+    {
+        return WritePlain(value, to, label) || (IsValid(value) && Class::Write(value, to, label));
+    }
+    bool WriteTo(vorn::cRecord& target, const void* value, const char*) const override
+    {
+        return WritePlain(value, target, shape.own) ||
+               (IsValid(value) && Class::WriteTo(target, value, shape.own));
+    }
+    void Copy(void* to, const void* from) const override
+    {
+        ChoiceClass::Copy(to, from);
+        Of(to).bValid = Of(from).bValid;
+    }
+    void Settle(void* value) const noexcept override
+    {
+        if (auto* listType = std::get_if<cSmlListType>(&Of(value).content))
+            ClassOf<cSmlListType>().Settle(listType);
+    }
+
+private:
+    template <class Target> // a record or a builder
+    bool WritePlain(const void* value, Target& to, const Label& label) const
+    {
+        if (!IsValid(value))
+            return RefuseToWrite();
+        const auto write = [&](const auto& v) {
+            constexpr bool isPlain = kKindOf<std::decay_t<decltype(v)>> != KIND_RECORD;
+            if constexpr (isPlain)
+                Append(to, label, v);
+            return isPlain;
+        };
+        return std::visit(write, Of(value).content);
+    }
+    // Takes the parameter as the alternative whose kind it has.
+    template <typename... T, typename Choice>
+    static bool TakeOneOf(const vorn::cRecordPar& par, Choice& to)
+    {
+        const int kind = par.GetType(1);
+        return (... || (kind == kKindOf<T> && (to.template emplace<T>(Got<T>(par)), true)));
+    }
+};
+
+class ProcParValueClass final : public ChoiceClass<ProcParValueCore>
+{
+public:
+    using ChoiceClass::ChoiceClass;
+
+    bool IsValid(const void* value) const noexcept override
+    {
+        return Of(value).content.index() > 0;
+    }
+    // A value must be valid; any other alternative counts even if it is not.
+    bool ReadFrom(void* value, const vorn::cRecordPar* par, Source& around) const override
+    {
+        auto& to = Of(value).content;
+        Source inside(around.uiDepth);
+        Source nested(around.uiDepth);
+        if (!inside.Open(par)) {
+            TraceMissing();
+            return false;
+        }
+        const vorn::cRecordPar* const typePar = inside.Find(label::type);
+        const bool isTyped = typePar != nullptr && IsOfKind(*typePar, KIND_UINT);
+        const unsigned type = isTyped ? typePar->GetUInt() : 0;
+        Source& from = type == 1 ? inside : nested;
+        if (type > 1 && !nested.Open(inside.Find(label::value)))
+            return false;
+        const auto read = [&](auto& v) {
+            return ClassOf<std::decay_t<decltype(v)>>().Read(&v, from) || type > 1;
+        };
+        if (!WithNew(type, to, read))
+            to = {};
+        return to.index() > 0;
+    }
+    bool WriteInto(const void* value, RecordBuilder& to) const override
+    {
+        const auto& from = Of(value).content;
+        if (from.index() == 0)
+            return RefuseToWrite();
+        Append(to, kLabel<label::type>, static_cast<unsigned>(from.index()));
+        const auto write = [&to](const auto& v) {
+            using T = std::decay_t<decltype(v)>;
+            if constexpr (std::is_same_v<T, cSmlValue>)
+                ClassOf<T>().Write(&v, to, label::value);
+            else if constexpr (!std::is_same_v<T, std::monostate>)
+                ClassOf<T>().WriteNested(&v, to, label::value);
+        };
+        std::visit(write, from);
+        return true;
+    }
+};
+
+// How a description gets at what a class declares.
+struct Access {
+    template <class Fields>
+    static constexpr auto Rows()
+    {
+        std::array<Row, Fields::kRows> rows{};
+        Description to{rows.data()};
+        Fields::Describe(to, 0);
+        if ((to.uiEnd + alignof(Fields) - 1) / alignof(Fields) * alignof(Fields) != sizeof(Fields))
+            throw "fields do not lie one behind the other";
+        return rows;
+    }
+    template <class Fields>
+    static constexpr auto kRows = Rows<Fields>();
+    template <class F>
+    static void Copy(F& to, const F& from)
+    {
+        to.bPresent = from.bPresent;
+        if (!TryAssign(to.value, from.value))
+            throw std::bad_alloc();
+    }
+};
+
+} // namespace quarn::detail
+// NOLINTEND(cppcoreguidelines-virtual-class-destructor)
+
+namespace
+{
+
+template <eCLASS Number, class Core>
+Core CoreOf(const Object<Number, Core>*);
+
+template <class C>
+using CoreOfClass = decltype(CoreOf(static_cast<const C*>(nullptr)));
+
+// C is a class that is a set of fields.
+template <class C, class As = StructureClass>
+constexpr As Structured(const Shape& shape)
+{
+    constexpr auto& rows = Access::kRows<CoreOfClass<C>>;
+    static_assert(rows.size() <= StructureClass::kMaxRows);
+    return As(shape, rows.data(), rows.size());
+}
+template <class C, class As = StructureClass>
+constexpr As Entry(const char* name, const Label& own, eFIELDS where = eFIELDS::ENCLOSED,
+                   vorn::eLEVEL missingLevel = kDetail)
+{
+    return Structured<C, As>({name, own, where, missingLevel, true, true});
+}
+template <class C>
+constexpr auto Listed(const char* name, const Label& own, const ListTexts& texts,
+                      vorn::eLEVEL missingLevel = kDetail)
+{
+    return ListClass<CoreOfClass<C>>({name, own, eFIELDS::ENCLOSED, missingLevel}, texts);
+}
+
+// clang-format off
+constexpr std::tuple kDescriptions{
+    Entry<cSmlTime, TimeClass>("cSmlTime", label::SmlTime, eFIELDS::ENCLOSED, kUntraced),
+    Entry<cSmlListType, ListTypeClass>("cSmlListType", label::smlList, eFIELDS::ENCLOSED, kUntraced),
+    ValueClass({"cSmlValue", label::value, eFIELDS::ENCLOSED, kDetail, true, true}),
+    Entry<cSmlPeriodEntry>("cSmlPeriodEntry", label::SmlPeriodEntry, eFIELDS::EITHER),
+    Entry<cSmlTupelEntry>("cSmlTupelEntry", label::SmlTupelEntry),
+    Entry<cSmlHeaderEntry>("cSmlHeaderEntry", label::pObjHdEntry),
+    Entry<cSmlValueEntry>("cSmlValueEntry", label::value_List_Entry),
+    Entry<cSmlListEntry>("cSmlListEntry", label::valListEntry, eFIELDS::DIRECT),
+    Structured<cSmlProfObjPeriodEntry>({"cSmlProfObjPeriodEntry", label::pObjPerEntry, eFIELDS::ENCLOSED, kError, true, false}),
+    Listed<cSmlList>("cSmlList", label::valList,
+        {label::valListEntry, "<valList>", "valListEntry invalid/empty/wrong type"}),
+    Listed<cSmlPeriodList>("cSmlPeriodList", label::period_List,
+        {label::SmlPeriodEntry, "<period_List>", "period_List_Entry invalid/empty/wrong type", true, true}),
+    Listed<cSmlValueList>("cSmlValueList", label::value_List,
+        {label::value_List_Entry, "<valList>", "value_List_Entry invalid/empty/wrong type", true}),
+    Listed<cSmlHeaderList>("cSmlHeaderList", label::header_List,
+        {label::pObjHdEntry, "<valList>", "valListEntry invalid/empty/wrong type", true}),
+    Listed<cSmlProfObjPeriodList>("cSmlProfObjPeriodList", label::period_List,
+        {label::pObjPerEntry, "period_List", "pObjPerEntry invalid/empty/wrong type", true}),
+    Listed<cSmlTreePath>("cSmlTreePath", label::parTreePath,
+        {label::path_Entry, "<parTreePath>", "path_Entry invalid/empty/wrong type", false, false, "class invalid"}),
+    Listed<cSmlObjList>("cSmlObjList", label::object_List,
+        {label::object_List_Entry, "<object_List>", "object_List_Entry invalid/empty/wrong type", false, false,
+         "class invalid/empty", kProgress}, kUntraced),
+    ProcParValueClass({"cSmlProcParValue", label::procParVal, eFIELDS::ENCLOSED, kDetail}),
+    Listed<cSmlChildList>("cSmlChildList", label::child_List,
+        {label::parTree, "<child_List>", "tree_Entry invalid/empty"}),
+    Entry<cSmlTree>("cSmlTree", label::parTree, eFIELDS::EITHER),
+    Structured<cSmlOpenReq>({"cSmlOpenReq", label::SmlOpenReq}),
+    Structured<cSmlOpenResp>({"cSmlOpenRes", label::SmlOpenRes}),
+    Structured<cSmlGetProfileReq>({"cSmlGetProfileReq", label::SmlGetProfileReq}),
+    Structured<cSmlGetProfListRes>({"cSmlGetProfListRes", label::SmlGetProfListRes}),
+    Structured<cSmlGetProfPackRes>({"cSmlGetProfPackRes", label::SmlGetProfPackRes}),
+    Structured<cSmlGetProcParReq>({"cSmlGetProcParReq", label::SmlGetProcParReq}),
+    Structured<cSmlGetProcParRes>({"cSmlGetProcParRes", label::SmlGetProcParRes}),
+    Structured<cSmlSetProcParReq>({"cSmlSetProcParReq", label::SmlSetProcParReq}),
+    Structured<cSmlAttentionRes>({"cSmlAttentionRes", label::SmlAttentionRes}),
+    Structured<cSmlGetListReq>({"cSmlGetListReq", label::SmlGetListReq}),
+    Structured<cSmlGetListRes>({"cSmlGetListRes", label::SmlGetListRes}),
+    Structured<cSmlMsgHeader>({"cSmlMsgHeader", label::SmlMsgHeader}),
+    Structured<cSmlMsgStatus>({"cSmlMsgStatus", label::SmlStatus, eFIELDS::ENCLOSED, kUntraced}),
+};
+// clang-format on
+
+template <std::size_t... Number>
+constexpr std::array<const Class*, CLASS_COUNT> Numbered(std::index_sequence<Number...>)
+{
+    return {{&std::get<Number>(kDescriptions)...}};
+}
+
+// Runs a step that fills an object, which is cleared when the step fails.
+template <typename Step>
+bool Filled(unsigned number, void* object, Step step) noexcept
+{
+    const Class& type = *kClasses[number];
+    const bool done = Guarded(type.shape.pcClass, [&] { step(type); });
+    if (!done)
+        type.Clear(object);
+    return done;
+}
+
+// Copies fields that both classes have.
+template <class... F, class To, class From>
+void CopyFields(To& to, const From& from)
+{
+    (Access::Copy<F>(to, from), ...);
+}
+
+} // namespace
+
+constexpr decltype(kClasses) quarn::detail::kClasses =
+    Numbered(std::make_index_sequence<CLASS_COUNT>());
+
+bool Engine::Read(unsigned number, void* object, const vorn::cRecord& record,
+                  const char* label) noexcept
+{
+    return Filled(number, object, [&](const Class& type) {
+        Source around(record, 0);
+        if (label != nullptr)
+            type.ReadFrom(object, around.Find(label), around);
+        else
+            type.Read(object, around);
+    });
+}
+
+bool Engine::Write(unsigned number, const void* object, vorn::cRecord& target,
+                   const char* label) noexcept
+{
+    const Class& type = *kClasses[number];
+    bool written = false;
+    Guarded(type.shape.pcClass, [&] {
+        written = type.WriteTo(target, object, label != nullptr ? label : type.shape.own);
+    });
+    return written;
+}
+
+bool Engine::Copy(unsigned number, void* to, const void* from) noexcept
+{
+    return Filled(number, to, [&](const Class& type) { type.Copy(to, from); });
+}
+
+bool Engine::Assign(unsigned number, void* to, const void* from) noexcept
+{
+    return Filled(number, to, [&](const Class& type) { type.Assign(to, from); });
+}
+
+bool Engine::Assign(std::string& to, const std::string& from) noexcept
+{
+    return Guarded("copy", [&] { to = std::string(from); });
+}
+
+void Engine::Settle(unsigned number, void* object) noexcept
+{
+    const Class& type = *kClasses[number];
+    if (type.shape.bCopiedWhenValid && !type.IsValid(object))
+        type.Clear(object);
+    type.Settle(object);
+}
+
+void Engine::Clear(unsigned number, void* object) noexcept { kClasses[number]->Clear(object); }
+
+bool Engine::IsValid(unsigned number, const void* object) noexcept
+{
+    return kClasses[number]->IsValid(object);
+}
+
+bool Engine::Add(unsigned number, void* list, const void* element) noexcept
+{
+    const Class& type = *kClasses[number];
+    return Guarded(type.shape.pcClass, [&] { type.Add(list, element); });
+}
+
+cSmlGetListRes& cSmlGetListRes::operator=(const cSmlGetProfListRes& source) noexcept
+{
+    Clear();
+    if (!source.IsValid()) {
+        Trace(LibQuarn, kError, "cSmlGetListRes::operator= : class cSmlGetProfListRes invalid!");
+        return *this;
+    }
+    const auto convert = [&](const Class&) {
+        CopyFields<field::ServerId>(*this, source);
+        cSmlPeriodList periods;
+        cSmlPeriodEntry period;
+        cSmlList list;
+        int count = 0;
+        bool done = source.GetPerList(periods) && periods.GetListCount(count);
+        for (int i = 0; done && i < count; ++i) {
+            cSmlListEntry entry;
+            done = periods.GetListEntry(period, i);
+            CopyFields<field::Status, field::ValTime>(entry, source);
+            CopyFields<field::ObjName, field::Unit, field::Scaler, field::Value, field::ValueSign>(
+                entry, period);
+            done = done && list.SetListEntry(entry);
+        }
+        if (!done || !ValList::Set(list))
+            throw std::bad_alloc();
+    };
+    Filled(kNumber, This(), convert);
+    return *this;
+}
