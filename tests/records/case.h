@@ -51,10 +51,8 @@ struct Texts {
 struct Row {
     // In front of each field: * required, & required and yielded with the other &, + present and
     // empty when missing, - without a getter, ~ one of a triple.
-    Row(std::string className, std::string itsLabel, unsigned itsRules, Texts itsTexts,
-        const std::string& itsFields)
-        : name(std::move(className)), label(std::move(itsLabel)), rules(itsRules),
-          texts(std::move(itsTexts))
+    Row(std::string n, std::string l, unsigned r, Texts t, const std::string& itsFields)
+        : name(std::move(n)), label(std::move(l)), rules(r), texts(std::move(t))
     {
         std::istringstream in(itsFields);
         std::ptrdiff_t depth = 0;
@@ -70,6 +68,8 @@ struct Row {
             depth -= std::count(word.begin(), word.end(), '}');
         }
     }
+    virtual ~Row() = default;
+
     // A record as the class reads it; all fields, and the record with them.
     vorn::cRecord Input(const std::string& text) const
     {
@@ -80,21 +80,14 @@ struct Row {
         return std::accumulate(fields.begin(), fields.end(), std::string());
     }
     vorn::cRecord Sample() const { return Input(Text()); }
+    // What becomes of an object read from input; objects read from sample are assigned to.
+    virtual Outcome Run(const vorn::cRecord& input, const vorn::cRecord& sample) const = 0;
 
     std::string name, label;
     unsigned rules;
     Texts texts;
     std::string marks;
     Lines fields, labels;
-};
-
-// A row with its class behind it.
-struct AnyCase : Row {
-    explicit AnyCase(Row row) : Row(std::move(row)) {}
-    virtual ~AnyCase() = default;
-
-    // What becomes of an object read from input; objects read from sample are assigned to.
-    virtual Outcome Run(const vorn::cRecord& input, const vorn::cRecord& sample) const = 0;
 };
 
 // Appends a value as the library writes it.
@@ -127,10 +120,14 @@ vorn::cRecord Written(const C& object)
 }
 
 template <class C, typename... Getters>
-struct Case final : AnyCase {
+struct Case final : Row {
     using Class = C;
 
-    explicit Case(Row row, Getters... g) : AnyCase(std::move(row)), getters(g...) {}
+    Case(const std::string& n, const char* l, unsigned r, const Texts& t, const std::string& f,
+         Getters... g)
+        : Row(n, l, r, t, f), getters(g...)
+    {
+    }
 
     vorn::cRecord Yield(const C& object) const
     {

@@ -14,24 +14,15 @@ struct LabelledTime : cSmlTime {
     bool ToRecord(vorn::cRecord& to) const { return cSmlTime::ToRecord(to, "t"); }
 };
 
-// Makes to of from's alternative if it is a valid T.
-template <typename T>
-bool Remake(cSmlProcParValue& to, const cSmlProcParValue& from)
-{
-    T v{};
-    const bool got = from.GetParValue(v);
-    if (got && v.IsValid())
-        to = v;
-    return got;
-}
-
 // The value of a tree's node yields what another one, made of its alternative, holds.
 inline void Alternative(vorn::cRecord& out, const cSmlProcParValue& value)
 {
     cSmlProcParValue made;
-    const int got = Remake<cSmlValue>(made, value) + Remake<cSmlPeriodEntry>(made, value) +
-                    Remake<cSmlTupelEntry>(made, value) + Remake<cSmlTime>(made, value) +
-                    Remake<cSmlListEntry>(made, value);
+    int got = 0;
+    const auto remake = [&](auto... alternatives) {
+        ((value.GetParValue(alternatives) ? ++got, made = alternatives : made), ...);
+    };
+    remake(cSmlValue(), cSmlPeriodEntry(), cSmlTupelEntry(), cSmlTime(), cSmlListEntry());
     EXPECT_EQ(got, value.IsValid() ? 1 : 0);
     if (made.IsValid())
         out = Nested(Written(made), "procParVal");
@@ -80,7 +71,7 @@ template <class C, typename... Getters>
 auto Of(const std::string& name, const char* label, unsigned rules, const std::string& missing, const std::string& fields, Getters... getters)
 {
     const Texts texts{missing.empty() ? "" : missing + kMissing, "[2]: " + name + kRefused, "", ""};
-    return Case<C, Getters...>(Row(name, label, rules, texts, fields), getters...);
+    return Case<C, Getters...>(name, label, rules, texts, fields, getters...);
 }
 
 // emptyName: in the line on no element; fault: the line on a parameter that is none; element: the text of one, # for its number.
@@ -95,13 +86,9 @@ auto List(const std::string& name, const char* label, const std::string& emptyNa
     }
     const Texts texts{missing.empty() ? "" : missing + name + kMissing, refusedLevel + name + kRefused + refused,
                       "[2]: " + name + ": Record " + emptyName + " is empty", "[2]: " + name + ": " + fault};
-    return Case<C, void (*)(vorn::cRecord&, const C&)>(Row(name, label, rules | kWritesValid, texts, fields), &Elements<C, emptied>);
+    return Case<C, void (*)(vorn::cRecord&, const C&)>(name, label, rules | kWritesValid, texts, fields, &Elements<C, emptied>);
 }
 
-inline std::string Usv(const std::string& quantity)
-{
-    return "~unit_" + quantity + "=u3 ~scaler_" + quantity + "=i-2 ~value_" + quantity + "=I1 ";
-}
 
 // All classes, as a tuple.
 inline const auto& Classes()
@@ -111,6 +98,7 @@ inline const auto& Classes()
     static const std::string object = "={objName=U3 unit=u30 scaler=i-1 value=I5} ", header = "={objName=U3 unit=u30 scaler=i-1} ";
     static const std::string user = "username=x02 password=x03 ";
     static const std::string values = "value_List={value_List_Entry={value_List_Entry={value=u1}}} ";
+    const auto usv = [](const std::string& q) { return "~unit_" + q + "=u3 ~scaler_" + q + "=i-2 ~value_" + q + "=I1 "; };
     static const auto classes = std::make_tuple(
         Of<LabelledTime>("cSmlTime", "t", kEntry, "", "*type=u3 *value=u77 &locOffset=i-3 &seaOffset=i4", &LabelledTime::GetType, &LabelledTime::GetValue, &LabelledTime::GetOffsets),
         Of<cSmlListType>("cSmlListType", "smlList", kEntry, "", "*type=u1 *SmlTime" + time, &cSmlListType::GetType, &cSmlListType::Get),
@@ -126,7 +114,7 @@ inline const auto& Classes()
             "unit=u30 scaler=i-3 *value={smlList={type=u1 SmlTime" + time + "}} valueSignature=x01", &cSmlListEntry::GetObjName, &cSmlListEntry::GetStatus,
             &cSmlListEntry::GetValTime, &cSmlListEntry::GetUnit, &cSmlListEntry::GetScaler, &cSmlListEntry::GetValue, &cSmlListEntry::GetValueSign),
         Of<cSmlTupelEntry>("cSmlTupelEntry", "SmlTupelEntry", kEntry | kYieldsValid, "[16]: cSmlTupelEntry", "*serverId=x01 *secIndex" + time + "*status=U7 " +
-            Usv("pA") + Usv("R1") + Usv("R4") + "*signature_pA_R1_R4=x0A " + Usv("mA") + Usv("R2") + Usv("R3") + "*signature_mA_R2_R3=x0B",
+            usv("pA") + usv("R1") + usv("R4") + "*signature_pA_R1_R4=x0A " + usv("mA") + usv("R2") + usv("R3") + "*signature_mA_R2_R3=x0B",
             &cSmlTupelEntry::GetServerId, &cSmlTupelEntry::GetSecIndex, &cSmlTupelEntry::GetStatus, &cSmlTupelEntry::GetUSV_pA, &cSmlTupelEntry::GetUSV_R1,
             &cSmlTupelEntry::GetUSV_R4, &cSmlTupelEntry::GetSignature_pAR1R4, &cSmlTupelEntry::GetUSV_mA, &cSmlTupelEntry::GetUSV_R2, &cSmlTupelEntry::GetUSV_R3,
             &cSmlTupelEntry::GetSignature_mAR2R3),
@@ -204,16 +192,14 @@ void ForEachClass(Visit visit)
 }
 
 // The same, without their types; and the one of that name.
-inline std::vector<const AnyCase*> Cases()
+inline std::vector<const Row*> Cases()
 {
-    return std::apply([](const auto&... c) { return std::vector<const AnyCase*>{&c...}; },
-                      Classes());
+    return std::apply([](const auto&... c) { return std::vector<const Row*>{&c...}; }, Classes());
 }
-inline const AnyCase& CaseOf(const std::string& name)
+inline const Row& CaseOf(const std::string& name)
 {
-    const std::vector<const AnyCase*> all = Cases();
-    return **std::find_if(all.begin(), all.end(),
-                          [&](const AnyCase* c) { return c->name == name; });
+    const std::vector<const Row*> all = Cases();
+    return **std::find_if(all.begin(), all.end(), [&](const Row* r) { return r->name == name; });
 }
 
 } // namespace test

@@ -43,7 +43,7 @@ vorn::cRecord GivenBack(const vorn::cRecord& record)
 // Adds the names of the classes that took the record over.
 void Check(const vorn::cRecord& message, std::set<std::string>& seen)
 {
-    for (const AnyCase* row : Cases()) {
+    for (const Row* row : Cases()) {
         const char* const label = row->label.c_str();
         if (!message.GetFirstPar(label, 0, 0).IsValid())
             continue;
