@@ -8,7 +8,6 @@
 #include "tests/support/trace_capture.h"
 
 #include <gtest/gtest.h>
-#include <numeric>
 #include <ostream>
 #include <sstream>
 #include <tuple>
@@ -64,29 +63,26 @@ struct Row {
                 fields.emplace_back();
             }
             fields.back() += word + ' ';
+            text += word + ' ';
             depth += std::count(word.begin(), word.end(), '{');
             depth -= std::count(word.begin(), word.end(), '}');
         }
     }
     virtual ~Row() = default;
 
-    // A record as the class reads it; all fields, and the record with them.
-    vorn::cRecord Input(const std::string& text) const
+    // A record as the class reads it, and one with all fields.
+    vorn::cRecord Input(const std::string& pars) const
     {
-        return Enclosed((rules & kDirect) != 0 ? "" : label, text);
+        return Enclosed((rules & kDirect) != 0 ? "" : label, pars);
     }
-    std::string Text() const
-    {
-        return std::accumulate(fields.begin(), fields.end(), std::string());
-    }
-    vorn::cRecord Sample() const { return Input(Text()); }
+    vorn::cRecord Sample() const { return Input(text); }
     // What becomes of an object read from input; objects read from sample are assigned to.
     virtual Outcome Run(const vorn::cRecord& input, const vorn::cRecord& sample) const = 0;
 
     std::string name, label;
     unsigned rules;
     Texts texts;
-    std::string marks;
+    std::string marks, text; // the text of all fields
     Lines fields, labels;
 };
 

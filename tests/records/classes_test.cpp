@@ -218,6 +218,8 @@ TEST(Classes, TimesAndKinds)
     EXPECT_FALSE(time.GetTime(type, value, loc, sea));
     EXPECT_FALSE(listType.Set(2, time) || listType.IsValid());
     EXPECT_TRUE(listType.Set(1, time) && listType.IsValid());
+    EXPECT_FALSE(cSmlValue(Rec("value={}")).GetListType(listType));
+    const TraceCapture quiet(LibQuarn, 0);
     unsigned kind = 0, expected = 0;
     for (const std::string v :
          {"", "value=b1", "value=x00FF", "value=u4294967295", "value=U18446744073709551615",

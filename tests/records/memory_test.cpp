@@ -41,7 +41,7 @@ template <class C, class Target = C, typename... Getters>
 void Exhaust(const Case<C, Getters...>& row)
 {
     SCOPED_TRACE(row.name);
-    const vorn::cRecord input = row.Input(std::regex_replace(row.Text(), std::regex("=x"), kLong));
+    const vorn::cRecord input = row.Input(std::regex_replace(row.text, std::regex("=x"), kLong));
     const C sample(input);
     const auto assign = [&] {
         Target target;
@@ -94,12 +94,14 @@ TEST(Memory, GettersAndSetters)
         [&] {
             cSmlList list;
             int count = 0;
-            return list.SetListEntry(entry) == list.GetListCount(count) && count == 1;
+            const bool added = list.SetListEntry(entry);
+            EXPECT_EQ(list.GetListCount(count), added);
+            return added;
         },
         [&] {
             cSmlListEntry target;
-            std::string unset;
-            return target.SetValueSign(text) == target.GetValueSign(unset) && !unset.empty();
+            std::string got;
+            return target.SetValueSign(text) && target.GetValueSign(got) && got == text;
         },
         [&] {
             cSmlProcParValue target;
