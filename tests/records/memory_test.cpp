@@ -5,7 +5,6 @@
 #include "tests/support/failing_new.h"
 
 #include <functional>
-#include <regex>
 
 namespace
 {
@@ -41,7 +40,10 @@ template <class C, class Target = C, typename... Getters>
 void Exhaust(const Case<C, Getters...>& row)
 {
     SCOPED_TRACE(row.name);
-    const vorn::cRecord input = row.Input(std::regex_replace(row.text, std::regex("=x"), kLong));
+    std::string text = row.text; // with strings that are too long to be held without allocating
+    for (std::size_t at = 0; (at = text.find("=x", at)) != std::string::npos; ++at)
+        text.replace(at, 2, kLong);
+    const vorn::cRecord input = row.Input(text);
     const C sample(input);
     const auto assign = [&] {
         Target target;
