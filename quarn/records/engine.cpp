@@ -184,11 +184,12 @@ struct Access {
     }
     template <class Fields>
     static constexpr auto kRows = Rows<Fields>();
-    template <class F>
-    static void Copy(F& to, const F& from)
+    // Copies fields that both classes have.
+    template <class... F, class To, class From>
+    static void CopyFields(To& to, const From& from)
     {
-        to.bPresent = from.bPresent;
-        if (!TryAssign(to.value, from.value))
+        ((static_cast<F&>(to).bPresent = static_cast<const F&>(from).bPresent), ...);
+        if (!(... && TryAssign(static_cast<F&>(to).value, static_cast<const F&>(from).value)))
             throw std::bad_alloc();
     }
 };
@@ -199,17 +200,11 @@ struct Access {
 namespace
 {
 
-template <eCLASS Number, class Core>
-Core CoreOf(const Object<Number, Core>*);
-
-template <class C>
-using CoreOfClass = decltype(CoreOf(static_cast<const C*>(nullptr)));
-
 // C is a class that is a set of fields.
 template <class C, class As = StructureClass>
 constexpr As Structured(const Shape& shape)
 {
-    constexpr auto& rows = Access::kRows<CoreOfClass<C>>;
+    constexpr auto& rows = Access::kRows<typename C::CoreType>;
     static_assert(rows.size() <= StructureClass::kMaxRows);
     return As(shape, rows.data(), rows.size());
 }
@@ -223,7 +218,7 @@ template <class C>
 constexpr auto Listed(const char* name, const Label& own, const ListTexts& texts,
                       vorn::eLEVEL missingLevel = kDetail)
 {
-    return ListClass<CoreOfClass<C>>({name, own, eFIELDS::ENCLOSED, missingLevel}, texts);
+    return ListClass<typename C::CoreType>({name, own, eFIELDS::ENCLOSED, missingLevel}, texts);
 }
 
 // clang-format off
@@ -272,12 +267,6 @@ constexpr std::tuple kDescriptions{
 };
 // clang-format on
 
-template <std::size_t... Number>
-constexpr std::array<const Class*, CLASS_COUNT> Numbered(std::index_sequence<Number...>)
-{
-    return {{&std::get<Number>(kDescriptions)...}};
-}
-
 // Runs a step that fills an object, which is cleared when the step fails.
 template <typename Step>
 bool Filled(unsigned number, void* object, Step step) noexcept
@@ -289,17 +278,10 @@ bool Filled(unsigned number, void* object, Step step) noexcept
     return done;
 }
 
-// Copies fields that both classes have.
-template <class... F, class To, class From>
-void CopyFields(To& to, const From& from)
-{
-    (Access::Copy<F>(to, from), ...);
-}
-
 } // namespace
 
 constexpr decltype(kClasses) quarn::detail::kClasses =
-    Numbered(std::make_index_sequence<CLASS_COUNT>());
+    std::apply([](const auto&... type) { return decltype(kClasses){{&type...}}; }, kDescriptions);
 
 bool Engine::Read(unsigned number, void* object, const vorn::cRecord& record,
                   const char* label) noexcept
@@ -367,8 +349,8 @@ cSmlGetListRes& cSmlGetListRes::operator=(const cSmlGetProfListRes& source) noex
         Trace(LibQuarn, kError, "cSmlGetListRes::operator= : class cSmlGetProfListRes invalid!");
         return *this;
     }
-    const auto convert = [&](const Class&) {
-        CopyFields<field::ServerId>(*this, source);
+    Filled(kNumber, This(), [&](const Class&) {
+        Access::CopyFields<field::ServerId>(*this, source);
         cSmlPeriodList periods;
         cSmlPeriodEntry period;
         cSmlList list;
@@ -377,14 +359,13 @@ cSmlGetListRes& cSmlGetListRes::operator=(const cSmlGetProfListRes& source) noex
         for (int i = 0; done && i < count; ++i) {
             cSmlListEntry entry;
             done = periods.GetListEntry(period, i);
-            CopyFields<field::Status, field::ValTime>(entry, source);
-            CopyFields<field::ObjName, field::Unit, field::Scaler, field::Value, field::ValueSign>(
-                entry, period);
+            Access::CopyFields<field::Status, field::ValTime>(entry, source);
+            Access::CopyFields<field::ObjName, field::Unit, field::Scaler, field::Value,
+                               field::ValueSign>(entry, period);
             done = done && list.SetListEntry(entry);
         }
         if (!done || !ValList::Set(list))
             throw std::bad_alloc();
-    };
-    Filled(kNumber, This(), convert);
+    });
     return *this;
 }

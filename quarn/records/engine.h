@@ -91,8 +91,8 @@ public:
 
     bool Read(void* object, Source& around) const
     {
-        const bool isDirect = shape.where == eFIELDS::DIRECT;
-        return ReadFrom(object, isDirect ? nullptr : around.Find(shape.own), around);
+        const bool direct = shape.where == eFIELDS::DIRECT;
+        return ReadFrom(object, direct ? nullptr : around.Find(shape.own), around);
     }
     void Assign(void* to, const void* from) const
     {
@@ -233,11 +233,9 @@ public:
     bool IsValid(const void* object) const noexcept override { return IsComplete(Present(object)); }
     bool ReadFrom(void* object, const vorn::cRecordPar* par, Source& around) const override
     {
-        if (par != nullptr) {
-            Source inside(around.uiDepth);
-            if (inside.Open(par))
-                return ReadRows(object, inside);
-        }
+        Source inside(around.uiDepth);
+        if (inside.Open(par))
+            return ReadRows(object, inside);
         if (shape.where != eFIELDS::ENCLOSED)
             return ReadRows(object, around);
         TraceMissing();

@@ -25,6 +25,59 @@
 namespace quarn::detail
 {
 
+// The numbers by which the library knows the classes: what is added comes last.
+// clang-format off
+enum eCLASS : unsigned {
+    CLASS_TIME, CLASS_LIST_TYPE, CLASS_VALUE,
+    CLASS_PERIOD_ENTRY, CLASS_TUPEL_ENTRY, CLASS_HEADER_ENTRY, CLASS_VALUE_ENTRY, CLASS_LIST_ENTRY,
+    CLASS_PROF_OBJ_PERIOD_ENTRY,
+    CLASS_LIST, CLASS_PERIOD_LIST, CLASS_VALUE_LIST, CLASS_HEADER_LIST, CLASS_PROF_OBJ_PERIOD_LIST,
+    CLASS_TREE_PATH, CLASS_OBJ_LIST,
+    CLASS_PROC_PAR_VALUE, CLASS_CHILD_LIST, CLASS_TREE,
+    CLASS_OPEN_REQ, CLASS_OPEN_RESP, CLASS_GET_PROFILE_REQ, CLASS_GET_PROF_LIST_RES,
+    CLASS_GET_PROF_PACK_RES, CLASS_GET_PROC_PAR_REQ, CLASS_GET_PROC_PAR_RES, CLASS_SET_PROC_PAR_REQ,
+    CLASS_ATTENTION_RES, CLASS_GET_LIST_REQ, CLASS_GET_LIST_RES,
+    CLASS_MSG_HEADER, CLASS_MSG_STATUS,
+    CLASS_COUNT
+};
+// clang-format on
+
+// What the library does with an object of a class. An operation that fails returns false and traces
+// why; the object it was to fill is cleared.
+struct QUARN_API Engine {
+    // From the record under label, or under the class's own one; to target likewise.
+    static bool Read(unsigned number, void* object, const vorn::cRecord& record,
+                     const char* label = nullptr) noexcept;
+    static bool Write(unsigned number, const void* object, vorn::cRecord& target,
+                      const char* label = nullptr) noexcept;
+    static bool Copy(unsigned number, void* to, const void* from) noexcept;
+    // As operator= does; a text that cannot be assigned stays as it was.
+    static bool Assign(unsigned number, void* to, const void* from) noexcept;
+    static bool Assign(std::string& to, const std::string& from) noexcept;
+    static void Settle(unsigned number, void* object) noexcept; // ends a move by operator=
+    static void Clear(unsigned number, void* object) noexcept;
+    static bool IsValid(unsigned number, const void* object) noexcept;
+    // Appends a copy of element to a list; false, and the list as it was, when no memory is left.
+    static bool Add(unsigned number, void* list, const void* element) noexcept;
+};
+
+// Assigns; false, and to as it was, when no memory is left.
+template <typename T>
+bool TryAssign(T& to, const T& from) noexcept
+{
+    if constexpr (std::is_arithmetic_v<T>) {
+        to = from;
+    } else if constexpr (std::is_same_v<T, std::string>) {
+        return Engine::Assign(to, from);
+    } else {
+        T copy;
+        if (!Engine::Assign(T::kNumber, &copy, &from))
+            return false;
+        to = std::move(copy);
+    }
+    return true;
+}
+
 // How a field differs from the plain case, any of them together.
 enum eRULE : unsigned {
     RULE_REQUIRED = 1,   // its class is not valid without it
@@ -66,10 +119,6 @@ struct Description {
 
 struct Access; // the library's, to what is protected
 
-// Assigns; false, and to as it was, when no memory is left.
-template <typename T>
-bool TryAssign(T& to, const T& from) noexcept;
-
 template <typename T, const auto& Text>
 class Field : protected Holder<T>
 {
@@ -86,7 +135,22 @@ protected:
     }
     bool IsPresent() const noexcept { return this->bPresent; }
     // Appends its rows.
-    static constexpr void Describe(Description& to, unsigned rules);
+    static constexpr void Describe(Description& to, unsigned rules)
+    {
+        static_assert(sizeof Text > 4 && sizeof Text <= kReadableName);
+        constexpr unsigned unit = alignof(Holder<T>);
+        const unsigned place = (to.uiEnd + unit - 1) / unit * unit;
+        to.uiEnd = place + unsigned{sizeof(Holder<T>)};
+        unsigned number = 0;
+        if constexpr (kKindOf<T> == KIND_RECORD) {
+            number = T::kNumber;
+            if (number == CLASS_TIME) // which says nothing when its record is missing
+                rules |= RULE_IF_RECORD;
+        }
+        const int parKind = kKindOf<T> == kShort ? KIND_SINT : kKindOf<T>;
+        const unsigned value = to.uiEnd - unsigned{sizeof(T)};
+        *to.pNext++ = {Text, sizeof Text, kKindOf<T>, parKind, number, place, value, rules};
+    }
 
     friend struct Access;
 };
@@ -147,46 +211,11 @@ protected:
     friend struct Access;
 };
 
-// The numbers by which the library knows the classes: what is added comes last.
-// clang-format off
-enum eCLASS : unsigned {
-    CLASS_TIME, CLASS_LIST_TYPE, CLASS_VALUE,
-    CLASS_PERIOD_ENTRY, CLASS_TUPEL_ENTRY, CLASS_HEADER_ENTRY, CLASS_VALUE_ENTRY, CLASS_LIST_ENTRY,
-    CLASS_PROF_OBJ_PERIOD_ENTRY,
-    CLASS_LIST, CLASS_PERIOD_LIST, CLASS_VALUE_LIST, CLASS_HEADER_LIST, CLASS_PROF_OBJ_PERIOD_LIST,
-    CLASS_TREE_PATH, CLASS_OBJ_LIST,
-    CLASS_PROC_PAR_VALUE, CLASS_CHILD_LIST, CLASS_TREE,
-    CLASS_OPEN_REQ, CLASS_OPEN_RESP, CLASS_GET_PROFILE_REQ, CLASS_GET_PROF_LIST_RES,
-    CLASS_GET_PROF_PACK_RES, CLASS_GET_PROC_PAR_REQ, CLASS_GET_PROC_PAR_RES, CLASS_SET_PROC_PAR_REQ,
-    CLASS_ATTENTION_RES, CLASS_GET_LIST_REQ, CLASS_GET_LIST_RES,
-    CLASS_MSG_HEADER, CLASS_MSG_STATUS,
-    CLASS_COUNT
-};
-// clang-format on
-
-// What the library does with an object of a class. An operation that fails returns false and traces
-// why; the object it was to fill is cleared.
-struct QUARN_API Engine {
-    // From the record under label, or under the class's own one; to target likewise.
-    static bool Read(unsigned number, void* object, const vorn::cRecord& record,
-                     const char* label = nullptr) noexcept;
-    static bool Write(unsigned number, const void* object, vorn::cRecord& target,
-                      const char* label = nullptr) noexcept;
-    static bool Copy(unsigned number, void* to, const void* from) noexcept;
-    // As operator= does; a text that cannot be assigned stays as it was.
-    static bool Assign(unsigned number, void* to, const void* from) noexcept;
-    static bool Assign(std::string& to, const std::string& from) noexcept;
-    static void Settle(unsigned number, void* object) noexcept; // ends a move by operator=
-    static void Clear(unsigned number, void* object) noexcept;
-    static bool IsValid(unsigned number, const void* object) noexcept;
-    // Appends a copy of element to a list; false, and the list as it was, when no memory is left.
-    static bool Add(unsigned number, void* list, const void* element) noexcept;
-};
-
 template <eCLASS Number, class Core>
 class Object : public Core
 {
 public:
+    using CoreType = Core;
     static constexpr eCLASS kNumber = Number;
 
     Object() noexcept = default;
@@ -241,40 +270,6 @@ protected:
 
 template <eCLASS Number, class... F>
 using Structure = Object<Number, FieldSet<F...>>;
-
-template <typename T>
-bool TryAssign(T& to, const T& from) noexcept
-{
-    if constexpr (std::is_arithmetic_v<T>) {
-        to = from;
-    } else if constexpr (std::is_same_v<T, std::string>) {
-        return Engine::Assign(to, from);
-    } else {
-        T copy;
-        if (!Engine::Assign(T::kNumber, &copy, &from))
-            return false;
-        to = std::move(copy);
-    }
-    return true;
-}
-
-template <typename T, const auto& Text>
-constexpr void Field<T, Text>::Describe(Description& to, unsigned rules)
-{
-    static_assert(sizeof Text > 4 && sizeof Text <= kReadableName);
-    constexpr unsigned unit = alignof(Holder<T>);
-    const unsigned place = (to.uiEnd + unit - 1) / unit * unit;
-    to.uiEnd = place + unsigned{sizeof(Holder<T>)};
-    unsigned number = 0;
-    if constexpr (kKindOf<T> == KIND_RECORD) {
-        number = T::kNumber;
-        if (number == CLASS_TIME) // which says nothing when its record is missing
-            rules |= RULE_IF_RECORD;
-    }
-    const int parKind = kKindOf<T> == kShort ? KIND_SINT : kKindOf<T>;
-    const unsigned value = to.uiEnd - unsigned{sizeof(T)};
-    *to.pNext++ = {Text, sizeof Text, kKindOf<T>, parKind, number, place, value, rules};
-}
 
 } // namespace quarn::detail
 

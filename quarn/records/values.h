@@ -1,10 +1,8 @@
 // The leaf structures: time, list type and value.
 //
 // An object is made from the record that holds it; when that record is missing or incomplete, the
-// object is not valid. Getters return true only for what is present, and leave their arguments
-// alone otherwise. ToRecord appends a valid object to a record and returns true; it returns false,
-// with the record unchanged and a trace at level 2, when the object is not valid or no memory is
-// left. Nothing here throws. Seconds are unsigned 32-bit, offsets signed 16-bit.
+// object is not valid. ToRecord appends a valid object only. Getters and failures: see object.h.
+// Seconds are unsigned 32-bit, offsets signed 16-bit.
 #ifndef QUARN_RECORDS_VALUES_H
 #define QUARN_RECORDS_VALUES_H
 
