@@ -105,7 +105,8 @@ inline void cSMLP::TakeList(Frame& entered, Whole& in)
 {
     using namespace quarn::detail;
     const Layout& layout = *entered.pLayout;
-    if (entered.uiIndex != 0 || layout.IsListOf() || in.Tl() != (kTlList | layout.uiCount))
+    if (entered.uiIndex != 0 || layout.IsListOf() || in.Type() != kTlList ||
+        (in.Tl() & kTlLengthMask) != layout.uiCount)
         return;
     entered.uiIndex = 1;
     ++in.p;
