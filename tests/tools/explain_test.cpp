@@ -149,7 +149,7 @@ TEST(Explain, CoversAnyBytes)
                     break;
                 }
             }
-            Explain(bytes, 1 + below(2000), tool::INPUT_AUTO, round % 4);
+            Explain(bytes, 1 + below(2000), tool::INPUT_AUTO, static_cast<unsigned>(round % 4));
         }
     }
 }
