@@ -70,6 +70,9 @@ vorn::cRecord ProfileResponse()
                        kEnergy + "unit=u30 scaler=i0 value=u12}}}");
 }
 
+// A text that begins on the line below.
+std::string Lines(const char* text) { return text + 1; }
+
 TEST(Formats, RecordsAreCompleteAndLossless)
 {
     EXPECT_EQ(Print(tool::MakeRecordsFormat,
@@ -110,7 +113,7 @@ TEST(Formats, ReadingsAsJson)
 
 TEST(Formats, ReadingsAsCsv)
 {
-    EXPECT_EQ(Print(tool::MakeCsvFormat, ListResponse()), R"(
+    EXPECT_EQ(Print(tool::MakeCsvFormat, ListResponse()), Lines(R"(
 7,2,0a01,80,1-0:1.8.0*255,Active energy import,-14.7,Wh,-1,-147,386
 7,2,0a01,80,1-0:99.1.0*255,,18446744073709551615000,unit?,3,18446744073709551615,
 7,2,0a01,90,1-0:1.8.0*255,Active energy import,5,,,5,
@@ -119,7 +122,7 @@ TEST(Formats, ReadingsAsCsv)
 7,2,0a01,80,1-0:1.8.0*255,Active energy import,true,,,,
 7,2,0a01,80,1-0:1.8.0*255,Active energy import,90,,,90,
 7,2,0a01,80,1-0:1.8.0*255,Active energy import,,,,,
-)" + 1);
+)"));
 }
 
 // The number that came stays, and the correction is named.
@@ -150,10 +153,10 @@ TEST(Formats, CorrectedReadings)
 
 TEST(Formats, TextAlignsReadingsAndOutlinesTheRest)
 {
-    EXPECT_EQ(Print(tool::MakeTextFormat, ProfileResponse()), R"(
+    EXPECT_EQ(Print(tool::MakeTextFormat, ProfileResponse()), Lines(R"(
 frame 7  server 0a01  time 2023-11-14 22:28:20Z
   1-0:1.8.0*255          Active energy import  12 Wh  at 2023-11-14 22:13:20Z
-)" + 1);
+)"));
     EXPECT_EQ(Print(tool::MakeTextFormat,
                     Message(SML_GET_PROC_PAR_RES,
                             "SmlGetProcParRes={serverId=x0A01 "
@@ -162,7 +165,7 @@ frame 7  server 0a01  time 2023-11-14 22:28:20Z
                             "parTree={parName=U0x8181C7880101 procParVal={type=u1 value=x6F6B}} "
                             "parTree={parName=U0x8181C7880102 procParVal={type=u4 "
                             "value={SmlTime={type=u1 value=u9}}}}}}}")),
-              R"(
+              Lines(R"(
 frame 7  server 0a01
   SmlGetProcParRes
     serverId  0a01
@@ -172,16 +175,16 @@ frame 7  server 0a01
       129-129:199.136.1*1  ok
       129-129:199.136.1*2
         SmlTime  9 s
-)" + 1);
+)"));
     EXPECT_EQ(Print(tool::MakeTextFormat,
                     Message(SML_ATTENTION_RES, "SmlAttentionRes={attentionNo=U0x8181C7C7FE01 "
                                                "attentionMsg=x6E6F2073756368206D657373616765}")),
-              R"(
+              Lines(R"(
 frame 7
   SmlAttentionRes
     attentionNo  8181c7c7fe01  unknown message
     attentionMsg  no such message
-)" + 1);
+)"));
 }
 
 } // namespace
