@@ -131,7 +131,8 @@ void cExplainer::ExplainFrame(const Frame& frame, std::size_t size, eFRAME kind,
     cJudge judge;
     std::string_view payload = layout.payload;
     for (const std::uint64_t silence : silences) {
-        const std::string_view before = payload.substr(0, silence - judge.Fed());
+        const std::string_view before =
+            payload.substr(0, static_cast<std::size_t>(silence - judge.Fed()));
         judge.Feed(before);
         judge.Timeout();
         payload.remove_prefix(before.size());
