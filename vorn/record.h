@@ -154,7 +154,7 @@ private:
     struct Uncounted {
     };
 
-    cRecordPar(const char* name, std::size_t nameSize, eTYPE type, cMemBuffer value);
+    cRecordPar(const char* text, std::size_t nameSize, eTYPE type, cMemBuffer value);
     // Of a builder: a scalar or a node's address, data in place, and data in an arena.
     cRecordPar(const cParName& par, eTYPE type, std::uint64_t bits, std::uint32_t position) noexcept
         : buf(bits), name(par.name), ucNameSize(par.ucSize),

@@ -106,8 +106,9 @@ private:
                 return v.bSilence && v.ullEnd > options.ullBase + uiAt;
             });
         bSilent = silence != verdicts.end();
-        payload = whole.substr(
-            0, bSilent ? static_cast<std::size_t>(silence->ullEnd - options.ullBase) : whole.npos);
+        payload =
+            whole.substr(0, bSilent ? static_cast<std::size_t>(silence->ullEnd - options.ullBase)
+                                    : std::string_view::npos);
     }
 
     void Silence()
