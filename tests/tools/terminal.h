@@ -40,12 +40,13 @@ public:
     {
         EXPECT_EQ(::write(iFd, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
     }
-    // Waits until the other side has set the line to that speed.
-    bool IsSet(speed_t speed)
+    // Waits until the other side has set the line so, which it does one setting after the other.
+    bool IsSet(speed_t speed, tcflag_t flags = CS8) const
     {
+        termios is = {};
         for (int i = 0; i < 500; ++i) {
-            ::tcgetattr(iFd, &settings);
-            if (::cfgetispeed(&settings) == speed)
+            ::tcgetattr(iFd, &is);
+            if (::cfgetispeed(&is) == speed && (is.c_cflag & (CSIZE | PARENB | CSTOPB)) == flags)
                 return true;
             ::usleep(20000);
         }
@@ -69,7 +70,6 @@ public:
         return count > 0;
     }
 
-    termios settings = {};
     std::string shown;
 
 private:

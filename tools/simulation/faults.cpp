@@ -64,7 +64,7 @@ void cFaults::Flip(std::string& frame)
     ++done.ullFlipped;
     const std::size_t content = frame.size() - kStart - kEnd;
     const std::string sent = frame;
-    for (std::uint64_t bits = 1 + 2 * random.Below(2); bits > 0;) { // an odd number shows surely
+    for (int bits = 1 + 2 * random.Below(2); bits > 0;) { // an odd number shows surely
         std::size_t at = kStart + random.Below(content + kTail);
         if (at >= kStart + content)
             at += kEnd - kTail;
@@ -97,7 +97,7 @@ void cFaults::LoseBegin(std::string& frame)
 void cFaults::AddNoise(std::string& frame)
 {
     ++done.ullNoise;
-    std::string noise(1 + random.Below(40), '\0');
+    std::string noise(1 + random.Below(std::size_t{40}), '\0');
     for (char& c : noise) {
         c = static_cast<char>(random.Below(0x100));
         if (c == kEscape)

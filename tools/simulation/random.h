@@ -15,7 +15,11 @@ public:
     explicit cRandom(std::uint64_t seed) : engine(seed) {}
 
     // From 0 to below limit. REQUIRES: limit > 0.
-    std::uint64_t Below(std::uint64_t limit) { return engine() % limit; }
+    template <typename T>
+    T Below(T limit)
+    {
+        return static_cast<T>(engine() % static_cast<std::uint64_t>(limit));
+    }
     // From -most to most.
     std::int64_t Around(std::int64_t most)
     {
