@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <fstream>
 #include <poll.h>
 #include <spawn.h>
 #include <stdexcept>
@@ -77,7 +78,13 @@ public:
     // Waits at most ten seconds for text on its standard output, or on its standard error.
     bool Says(std::string_view text) { return Waits(out, text); }
     bool Tells(std::string_view text) { return Waits(err, text); }
-    void Interrupt() const { ::kill(pid, SIGINT); }
+    // Once it is up: waits at most ten seconds until it catches the signal.
+    void Interrupt() const
+    {
+        for (int i = 0; i < 500 && !Catches(SIGINT); ++i)
+            ::usleep(20000);
+        ::kill(pid, SIGINT);
+    }
     void Kill() const { ::kill(pid, SIGKILL); }
 
     // Ends its input, waits for its end and returns its exit status (128 and more: a signal).
@@ -103,6 +110,14 @@ public:
     std::string err;
 
 private:
+    bool Catches(int signal) const
+    {
+        std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+        for (std::string line; std::getline(status, line);)
+            if (line.compare(0, 7, "SigCgt:") == 0)
+                return (std::stoull(line.substr(7), nullptr, 16) >> (signal - 1) & 1U) != 0;
+        return false;
+    }
     bool Waits(const std::string& said, std::string_view text)
     {
         for (int i = 0; i < 100 && said.find(text) == std::string::npos; ++i)
