@@ -115,6 +115,12 @@ struct Holder : Cell {
 struct Description {
     Row* pNext;
     unsigned uiEnd = 0;
+
+    template <typename T>
+    constexpr unsigned NextPlaceOf() const
+    {
+        return (uiEnd + unsigned{alignof(T)} - 1) / unsigned{alignof(T)} * unsigned{alignof(T)};
+    }
 };
 
 struct Access; // the library's, to what is protected
@@ -138,8 +144,7 @@ protected:
     static constexpr void Describe(Description& to, unsigned rules)
     {
         static_assert(sizeof Text > 4 && sizeof Text <= kReadableName);
-        constexpr unsigned unit = alignof(Holder<T>);
-        const unsigned place = (to.uiEnd + unit - 1) / unit * unit;
+        const auto place = to.NextPlaceOf<Holder<T>>();
         to.uiEnd = place + unsigned{sizeof(Holder<T>)};
         unsigned number = 0;
         if constexpr (kKindOf<T> == KIND_RECORD) {
@@ -205,6 +210,7 @@ protected:
 
     static constexpr void Describe(Description& to, unsigned rules)
     {
+        to.uiEnd = to.NextPlaceOf<FieldSet>(); // that of its widest field, wherever this one stands
         (F::Describe(to, rules), ...);
     }
 
