@@ -20,7 +20,11 @@ public:
     void EndObject() { writer.EndObject(); }
     void StartArray() { writer.StartArray(); }
     void EndArray() { writer.EndArray(); }
-    void Key(std::string_view key) { String(key); }
+    // Keys are ours: nothing in them needs an escape.
+    void Key(std::string_view key)
+    {
+        Quoted([&] { out.Append(key); });
+    }
     void String(std::string_view text)
     {
         writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
@@ -31,16 +35,13 @@ public:
     // A number as its text says it, whatever its size.
     void Number(std::string_view text)
     {
-        writer.RawValue("", 0, rapidjson::kNumberType); // what goes before a value
+        writer.RawValue("", 0, rapidjson::kNumberType);
         out.Append(text);
     }
     // A byte string as a string of hex digits.
     void Hex(std::string_view bytes)
     {
-        writer.RawValue("", 0, rapidjson::kStringType);
-        out.Put('"');
-        out.AppendHex(bytes);
-        out.Put('"');
+        Quoted([&] { out.AppendHex(bytes); });
     }
     // Ends a line, which is a document of its own.
     void EndLine()
@@ -50,6 +51,15 @@ public:
     }
 
 private:
+    template <typename Append>
+    void Quoted(Append append)
+    {
+        writer.RawValue("", 0, rapidjson::kStringType); // what goes before a value
+        out.Put('"');
+        append();
+        out.Put('"');
+    }
+
     cOutput& out;
     rapidjson::Writer<cOutput> writer;
 };

@@ -12,7 +12,8 @@ namespace
 
 void WriteValue(cJson& json, const vorn::cRecordPar& par);
 
-void WriteRecord(cJson& json, const vorn::cRecord& record)
+template <class Record> // a record, or the parameter that holds one
+void WriteRecord(cJson& json, const Record& record)
 {
     json.StartObject();
     for (const vorn::cRecordPar& par : record) {
@@ -35,18 +36,16 @@ void WriteValue(cJson& json, const vorn::cRecordPar& par)
     case vorn::TYPE_DATA:
         json.Hex(BytesOf(par));
         break;
-    case vorn::TYPE_RECORD: {
-        const vorn::cRecord record = Nested(par);
-        if (SmlElementLabel(par.GetName()) != nullptr) {
-            json.StartArray();
-            for (const vorn::cRecordPar& element : record)
-                WriteValue(json, element);
-            json.EndArray();
-        } else {
-            WriteRecord(json, record);
+    case vorn::TYPE_RECORD:
+        if (SmlElementLabel(par.GetName()) == nullptr) {
+            WriteRecord(json, par);
+            break;
         }
+        json.StartArray();
+        for (const vorn::cRecordPar& element : par)
+            WriteValue(json, element);
+        json.EndArray();
         break;
-    }
     default:
         json.Uint(par.GetUInt64());
         break;
