@@ -265,17 +265,31 @@ TEST(Simulate, FaultsAreCountedAlike)
     }
 }
 
-// Noise must not fill the memory of check, and what it leaves out it says.
+// Noise must not fill the memory of what is listed, and what is left out is said.
 TEST(Simulate, MoreServersThanAreListed)
 {
+    const struct {
+        std::vector<std::string> args;
+        const char* pcMore;
+    } rows[] = {
+        {{"check", "--json"}, R"("moreServers":true)"},
+        {{"decode", "--watch"}, "there are more than 10000 readings"},
+    };
     std::string frames;
     for (std::uint64_t seed = 0; seed < 10000; ++seed)
         tool::cMeter(seed, 1).AppendFrame(1, frames);
     for (const bool more : {false, true}) {
-        Program reader({"check", "--json"});
-        reader.Write(frames);
-        EXPECT_EQ(reader.Finish(), 0);
-        EXPECT_EQ(reader.out.find(R"("moreServers":true)") != std::string::npos, more);
+        for (const auto& row : rows) {
+            Program reader(row.args);
+            reader.Write(frames);
+            EXPECT_EQ(reader.Finish(), 0);
+            EXPECT_EQ(reader.out.find(row.pcMore) != std::string::npos, more) << row.pcMore;
+            std::size_t listed = 0;
+            for (std::size_t at = 0; (at = reader.out.find("server ", at)) != std::string::npos;
+                 ++at)
+                ++listed;
+            EXPECT_LE(listed, 10000U);
+        }
         tool::cMeter(10000, 1).AppendFrame(1, frames);
     }
 }

@@ -82,6 +82,10 @@ private:
 
     void Take(Pending& pend)
     {
+        if (uiRows == kMaxRows && servers.count(pend.server) == 0) {
+            bCut = true;
+            return;
+        }
         Server& server = servers[pend.server];
         if (!pend.heading.empty())
             server.heading = pend.heading;
@@ -94,6 +98,8 @@ private:
         } else if (uiRows < kMaxRows) {
             ++uiRows;
             server.rows.push_back(std::move(pend.row));
+        } else {
+            bCut = true;
         }
     }
 
@@ -106,6 +112,10 @@ private:
             text.append(server.heading).append(options.bColour ? escape::kPlain : "").append("\n");
             AppendRows(server.rows, server.rows.size(), options.bColour, text);
         }
+        if (bCut)
+            text.append("\nthere are more than ")
+                .append(std::to_string(kMaxRows))
+                .append(" readings: what came later is not shown\n");
         return text;
     }
 
@@ -134,6 +144,7 @@ private:
     std::vector<Pending> pending; // of the frame at hand
     std::map<std::string, Server> servers;
     std::size_t uiRows = 0;
+    bool bCut = false; // there was no room for a reading
     Clock::time_point drawn;
     bool bDrawn = false;
     bool bChanged = false; // since it was drawn
