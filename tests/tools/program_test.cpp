@@ -186,12 +186,16 @@ TEST(Program, CapturesGiveTheirRecordsFromFilesAndInAnyPieces)
     const std::vector<std::filesystem::path> captures = test::Captures();
     if (captures.empty())
         GTEST_SKIP() << "no captures in " << test::CapturesDir() << " (set QUARN_CAPTURES)";
+    const struct {
+        const char* pcFormat;
+        std::vector<std::size_t> pieces;
+    } rows[] = {{"records", {1, 7, 64}}, {"readings", {7}}, {"text", {7}}};
     for (std::filesystem::path path : captures) {
         const std::string bytes = test::ReadFile(path);
-        for (const char* format : {"readings", "records", "text"}) {
+        for (const auto& [format, pieces] : rows) {
             const Ran file = Quarn({"decode", "--format", format, path.string()});
             EXPECT_LE(file.iStatus, 1) << path;
-            for (const std::size_t piece : {1U, 7U, 64U}) {
+            for (const std::size_t piece : pieces) {
                 Program pipe({"decode", "--format", format});
                 pipe.Write(bytes, piece);
                 EXPECT_EQ(pipe.Finish(), file.iStatus) << path << pipe.err;
