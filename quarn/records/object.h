@@ -119,7 +119,8 @@ struct Description {
     template <typename T>
     constexpr unsigned NextPlaceOf() const
     {
-        return (uiEnd + unsigned{alignof(T)} - 1) / unsigned{alignof(T)} * unsigned{alignof(T)};
+        constexpr unsigned unit = alignof(T);
+        return (uiEnd + unit - 1) / unit * unit;
     }
 };
 
