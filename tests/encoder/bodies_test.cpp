@@ -2,6 +2,8 @@
 // each write another number: what goes to a wrong place shows.
 #include "tests/encoder/encoder_support.h"
 
+#include <deque>
+#include <tuple>
 #include <type_traits>
 
 namespace
@@ -9,140 +11,105 @@ namespace
 
 using namespace test;
 
+// Objects of each type, to be taken one after the other.
+class Parts
+{
+public:
+    Parts()
+    {
+        for (char& c : acNumbers)
+            octets.emplace_back(&c, 1, -1);
+        path.SetTreePath(0x010203040506LL, 0);
+    }
+    template <typename T>
+    T* Next()
+    {
+        if constexpr (std::is_same_v<T, Sml_OctetString>)
+            return &octets[uiOctets++];
+        else if constexpr (std::is_same_v<T, Sml_Time>)
+            return &aTimes[uiTimes++];
+        else
+            return &std::get<T&>(others);
+    }
+
+private:
+    char acNumbers[6] = {10, 11, 12, 13, 14, 15};
+    std::deque<Sml_OctetString> octets;
+    Sml_Time aTimes[2] = {{1, 1, 0, 0}, {1, 2, 0, 0}};
+    std::size_t uiOctets = 0;
+    std::size_t uiTimes = 0;
+    Sml_Signature signature{"\x05", 1};
+    Sml_Unsigned8 u8{8};
+    Sml_Unsigned32 u32{32};
+    Sml_Unsigned64 u64{64};
+    Sml_Bool flag{true};
+    Sml_TreePath path{1};
+    Sml_ListOf list{0, false};
+    Sml_OctetString name{"\x07", 1, -1};
+    Sml_ProcParValue value;
+    Sml_Tree tree{&name, &value, &list, false};
+    std::tuple<Sml_Signature&, Sml_Unsigned8&, Sml_Unsigned32&, Sml_Unsigned64&, Sml_Bool&,
+               Sml_TreePath&, Sml_ListOf&, Sml_Tree&>
+        others{signature, u8, u32, u64, flag, path, list, tree};
+};
+
+// Setters in the order of the fields; kChoice: what the constructor takes in front of them.
+template <int... kChoice, class Body, class... F>
+void Check(const char* hex, int (Body::*... set)(F*) noexcept)
+{
+    Parts parts;
+    const std::tuple<F*...> fields{parts.Next<F>()...};
+    Body constructed = std::apply([](F*... f) { return Body(kChoice..., f...); }, fields);
+    Body filled{kChoice...};
+    std::apply([&](F*... f) { EXPECT_EQ((0 | ... | (filled.*set)(f)), 0); }, fields);
+    EXPECT_EQ(Written(constructed), Hexed(hex));
+    EXPECT_EQ(Written(filled), Hexed(hex));
+}
+
+// clang-format off
 TEST(Bodies, EveryFieldGoesToItsPlace)
 {
-    Sml_OctetString a("\x0A", 1, -1);
-    Sml_OctetString b("\x0B", 1, -1);
-    Sml_OctetString c("\x0C", 1, -1);
-    Sml_OctetString d("\x0D", 1, -1);
-    Sml_OctetString e("\x0E", 1, -1);
-    Sml_OctetString f("\x0F", 1, -1);
-    Sml_Signature signature("\x05", 1);
-    Sml_Unsigned8 u8(8);
-    Sml_Unsigned32 u32(32);
-    Sml_Unsigned64 u64(64);
-    Sml_Bool flag(true);
-    Sml_Time t1(1, 1, 0, 0);
-    Sml_Time t2(1, 2, 0, 0);
-    Sml_TreePath path(1);
-    path.SetTreePath(0x010203040506LL, 0);
-    Sml_ListOf list(0, false);
-    Sml_OctetString name("\x07", 1, -1);
-    Sml_ProcParValue value;
-    Sml_ListOf none(0, false);
-    Sml_Tree tree(&name, &value, &none, false);
-    const auto check = [](const char* hex, auto&& constructed, auto set) {
-        std::decay_t<decltype(constructed)> filled;
-        set(filled);
-        EXPECT_EQ(Written(constructed), Hexed(hex));
-        EXPECT_EQ(Written(filled), Hexed(hex));
-    };
-    check("72 630100 77 020A 020B 020C 020D 020E 020F 6208",
-          Sml_Open_Request(&a, &b, &c, &d, &e, &f, &u8), [&](auto& body) {
-              body.Set_SmlVersion(&u8);
-              body.Set_Password(&f);
-              body.Set_UserName(&e);
-              body.Set_ServerID(&d);
-              body.Set_ReqFileID(&c);
-              body.Set_ClientID(&b);
-              body.Set_Codepage(&a);
-          });
-    check("72 630101 76 020A 020B 020C 020D 7262016201 6208",
-          Sml_Open_Response(&a, &b, &c, &d, &t1, &u8), [&](auto& body) {
-              body.Set_SmlVersion(&u8);
-              body.Set_RefTime(&t1);
-              body.Set_ServerID(&d);
-              body.Set_ReqFileID(&c);
-              body.Set_ClientID(&b);
-              body.Set_Codepage(&a);
-          });
-    check("72 630200 71 0205", Sml_Close_Request(&signature),
-          [&](auto& body) { body.Set_Signature(&signature); });
-    check("72 630201 71 0205", Sml_Close_Response(&signature),
-          [&](auto& body) { body.Set_Signature(&signature); });
-    const auto profile = [&](auto& body) {
-        body.Set_Details(&tree);
-        body.Set_ReqObjects(&list);
-        body.Set_TreePath(&path);
-        body.Set_EndTime(&t2);
-        body.Set_BeginTime(&t1);
-        body.Set_RawFlag(&flag);
-        body.Set_Password(&c);
-        body.Set_Username(&b);
-        body.Set_ServerId(&a);
-    };
-    const std::string fields =
-        "79 020A 020B 020C 4201 7262016201 7262016202 71 07010203040506 70 73 0207 01 70";
-    check(("72 630300" + fields).c_str(),
-          Sml_GetProfile_Req(0, &a, &b, &c, &flag, &t1, &t2, &path, &list, &tree), profile);
-    check(("72 630400" + fields).c_str(),
-          Sml_GetProfile_Req(SML_GET_PROFILE_LIST_REQ, &a, &b, &c, &flag, &t1, &t2, &path, &list,
-                             &tree),
-          [&](auto& body) {
-              body.SetChoice(SML_GET_PROFILE_LIST_REQ);
-              profile(body);
-          });
-    check("72 630401 79 020A 7262016201 6220 71 07010203040506 7262016202 6240 70 020B 0205",
-          Sml_GetProfList_Resp(&a, &t1, &u32, &path, &t2, &u64, &list, &b, &signature),
-          [&](auto& body) {
-              body.Set_Signature(&signature);
-              body.Set_RawData(&b);
-              body.Set_LstOfPeriodEntry(&list);
-              body.Set_Status(&u64);
-              body.Set_ValTime(&t2);
-              body.Set_TreePath(&path);
-              body.Set_RegPeriod(&u32);
-              body.Set_ActTime(&t1);
-              body.Set_ServerId(&a);
-          });
-    check("72 630500 75 020A 020B 020C 71 07010203040506 020D",
-          Sml_GetProcPar_Req(&a, &b, &c, &path, &d), [&](auto& body) {
-              body.Set_Attribute(&d);
-              body.Set_TreePath(&path);
-              body.Set_Password(&c);
-              body.Set_User(&b);
-              body.Set_ServerId(&a);
-          });
-    check("72 630501 73 020A 71 07010203040506 73 0207 01 70",
-          Sml_GetProcPar_Resp(&a, &path, &tree), [&](auto& body) {
-              body.Set_Tree(&tree);
-              body.Set_TreePath(&path);
-              body.Set_ServerId(&a);
-          });
-    check("72 630600 75 020A 020B 020C 71 07010203040506 73 0207 01 70",
-          Sml_SetProcPar_Req(&a, &b, &c, &path, &tree), [&](auto& body) {
-              body.Set_Tree(&tree);
-              body.Set_TreePath(&path);
-              body.Set_Password(&c);
-              body.Set_User(&b);
-              body.Set_ServerId(&a);
-          });
-    check("72 630700 75 020A 020B 020C 020D 020E", Sml_GetList_Req(&a, &b, &c, &d, &e),
-          [&](auto& body) {
-              body.Set_ListName(&e);
-              body.Set_Password(&d);
-              body.Set_Username(&c);
-              body.Set_ServerId(&b);
-              body.Set_ClientId(&a);
-          });
-    check("72 630701 77 020A 020B 020C 7262016201 70 0205 7262016202",
-          Sml_GetList_Resp(&a, &b, &c, &t1, &list, &signature, &t2), [&](auto& body) {
-              body.Set_ActGatewayTime(&t2);
-              body.Set_ListSignature(&signature);
-              body.Set_ListOfValEntry(&list);
-              body.Set_ActSensorTime(&t1);
-              body.Set_ListName(&c);
-              body.Set_ServerId(&b);
-              body.Set_ClientId(&a);
-          });
-    check("72 63FF01 74 020A 020B 020C 73 0207 01 70", Sml_Attention_Response(&a, &b, &c, &tree),
-          [&](auto& body) {
-              body.Set_AttDetails(&tree);
-              body.Set_AttMsg(&c);
-              body.Set_AttNo(&b);
-              body.Set_ServerID(&a);
-          });
+    { using B = Sml_Open_Request;
+      Check("72 630100 77 020A 020B 020C 020D 020E 020F 6208",
+          &B::Set_Codepage, &B::Set_ClientID, &B::Set_ReqFileID, &B::Set_ServerID, &B::Set_UserName, &B::Set_Password, &B::Set_SmlVersion); }
+    { using B = Sml_Open_Response;
+      Check("72 630101 76 020A 020B 020C 020D 7262016201 6208",
+          &B::Set_Codepage, &B::Set_ClientID, &B::Set_ReqFileID, &B::Set_ServerID, &B::Set_RefTime, &B::Set_SmlVersion); }
+    { using B = Sml_Close_Request;
+      Check("72 630200 71 0205",
+          &B::Set_Signature); }
+    { using B = Sml_Close_Response;
+      Check("72 630201 71 0205",
+          &B::Set_Signature); }
+    { using B = Sml_GetProfile_Req;
+      Check<0>("72 630300 79 020A 020B 020C 4201 7262016201 7262016202 71 07010203040506 70 73 0207 01 70",
+          &B::Set_ServerId, &B::Set_Username, &B::Set_Password, &B::Set_RawFlag, &B::Set_BeginTime, &B::Set_EndTime, &B::Set_TreePath, &B::Set_ReqObjects, &B::Set_Details); }
+    { using B = Sml_GetProfile_Req;
+      Check<SML_GET_PROFILE_LIST_REQ>("72 630400 79 020A 020B 020C 4201 7262016201 7262016202 71 07010203040506 70 73 0207 01 70",
+          &B::Set_ServerId, &B::Set_Username, &B::Set_Password, &B::Set_RawFlag, &B::Set_BeginTime, &B::Set_EndTime, &B::Set_TreePath, &B::Set_ReqObjects, &B::Set_Details); }
+    { using B = Sml_GetProfList_Resp;
+      Check("72 630401 79 020A 7262016201 6220 71 07010203040506 7262016202 6240 70 020B 0205",
+          &B::Set_ServerId, &B::Set_ActTime, &B::Set_RegPeriod, &B::Set_TreePath, &B::Set_ValTime, &B::Set_Status, &B::Set_LstOfPeriodEntry, &B::Set_RawData, &B::Set_Signature); }
+    { using B = Sml_GetProcPar_Req;
+      Check("72 630500 75 020A 020B 020C 71 07010203040506 020D",
+          &B::Set_ServerId, &B::Set_User, &B::Set_Password, &B::Set_TreePath, &B::Set_Attribute); }
+    { using B = Sml_GetProcPar_Resp;
+      Check("72 630501 73 020A 71 07010203040506 73 0207 01 70",
+          &B::Set_ServerId, &B::Set_TreePath, &B::Set_Tree); }
+    { using B = Sml_SetProcPar_Req;
+      Check("72 630600 75 020A 020B 020C 71 07010203040506 73 0207 01 70",
+          &B::Set_ServerId, &B::Set_User, &B::Set_Password, &B::Set_TreePath, &B::Set_Tree); }
+    { using B = Sml_GetList_Req;
+      Check("72 630700 75 020A 020B 020C 020D 020E",
+          &B::Set_ClientId, &B::Set_ServerId, &B::Set_Username, &B::Set_Password, &B::Set_ListName); }
+    { using B = Sml_GetList_Resp;
+      Check("72 630701 77 020A 020B 020C 7262016201 70 0205 7262016202",
+          &B::Set_ClientId, &B::Set_ServerId, &B::Set_ListName, &B::Set_ActSensorTime, &B::Set_ListOfValEntry, &B::Set_ListSignature, &B::Set_ActGatewayTime); }
+    { using B = Sml_Attention_Response;
+      Check("72 63FF01 74 020A 020B 020C 73 0207 01 70",
+          &B::Set_ServerID, &B::Set_AttNo, &B::Set_AttMsg, &B::Set_AttDetails); }
 }
+// clang-format on
 
 TEST(Bodies, AreListsOfFields)
 {

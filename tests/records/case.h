@@ -171,6 +171,14 @@ struct Case final : Row {
     std::tuple<Getters...> getters;
 };
 
+// The classes without their types (classes_test.cpp), and the one of that name.
+std::vector<const Row*> Cases();
+inline const Row& CaseOf(const std::string& name)
+{
+    const std::vector<const Row*> all = Cases();
+    return **std::find_if(all.begin(), all.end(), [&](const Row* r) { return r->name == name; });
+}
+
 } // namespace test
 
 #endif

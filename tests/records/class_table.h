@@ -191,17 +191,6 @@ void ForEachClass(Visit visit)
     std::apply([&](const auto&... c) { (visit(c), ...); }, Classes());
 }
 
-// The same, without their types; and the one of that name.
-inline std::vector<const Row*> Cases()
-{
-    return std::apply([](const auto&... c) { return std::vector<const Row*>{&c...}; }, Classes());
-}
-inline const Row& CaseOf(const std::string& name)
-{
-    const std::vector<const Row*> all = Cases();
-    return **std::find_if(all.begin(), all.end(), [&](const Row* r) { return r->name == name; });
-}
-
 } // namespace test
 
 #endif

@@ -1,6 +1,6 @@
 // What the parser makes of encoded messages and of recordings, through the classes: the getters
 // tell what the record holds, and ToRecord gives it back, but for what GivenBack names.
-#include "class_table.h"
+#include "case.h"
 
 #include "tests/roundtrip/generator.h"
 #include "tests/support/captures.h"
