@@ -91,9 +91,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     test::Parser whole;
     const long before = test::lBytesInUse;
     Feed(whole, bytes, nullptr);
-    // Beside what the messages hold, room is made for what an unfinished one has announced, up to a
-    // limit for each of its lists.
-    const long most = 250 * static_cast<long>(bytes.size()) + 1024L * 1024;
+    // The parser keeps the memory of three messages for the next ones.
+    const long most = 200 * static_cast<long>(bytes.size()) + 3 * 10240L;
     Require(test::lBytesInUse - before <= most, "memory is in proportion to the input",
             std::to_string(test::lBytesInUse - before) + " bytes");
 

@@ -19,6 +19,7 @@ void Arena::Begin() noexcept
 {
     pcNext = reinterpret_cast<char*>(this + 1);
     uiLeft = kFirstChunk - sizeof(Arena);
+    uiTaken = kFirstChunk;
 }
 
 bool Arena::Reuse() noexcept
@@ -38,18 +39,40 @@ void Arena::MakeRoom(std::size_t bytes)
     Chunk* chunk = std::exchange(pSpare, nullptr);
     if (chunk == nullptr || chunk->uiSize < bytes + sizeof(Chunk)) {
         ::operator delete(chunk);
-        const std::size_t size = std::max(bytes + sizeof(Chunk), uiNextChunk);
+        const std::size_t next =
+            uiTaken == kFirstChunk ? 2 * kFirstChunk : std::min(uiTaken / 2, kMostGrowth);
+        const std::size_t size = std::max(bytes + sizeof(Chunk), next);
         chunk = new (::operator new(size)) Chunk{nullptr, size};
-        uiNextChunk = std::min(2 * uiNextChunk, kMostGrowth);
     }
+    uiTaken += chunk->uiSize;
     chunk->pBefore = pLast;
     pLast = chunk;
     pcNext = reinterpret_cast<char*>(chunk + 1);
     uiLeft = chunk->uiSize - sizeof(Chunk);
 }
 
+void* Arena::TakeAlone(std::size_t bytes)
+{
+    auto* const alone = new (::operator new(sizeof(Alone) + bytes)) Alone{pAlone, nullptr};
+    if (pAlone != nullptr)
+        pAlone->pAfter = alone;
+    pAlone = alone;
+    return alone + 1;
+}
+
+void Arena::FreeAlone(void* taken) noexcept
+{
+    Alone* const alone = static_cast<Alone*>(taken) - 1;
+    if (alone->pBefore != nullptr)
+        alone->pBefore->pAfter = alone->pAfter;
+    (alone->pAfter != nullptr ? alone->pAfter->pBefore : pAlone) = alone->pBefore;
+    ::operator delete(alone);
+}
+
 void Arena::FreeChunks() noexcept
 {
+    while (pAlone != nullptr)
+        ::operator delete(std::exchange(pAlone, pAlone->pBefore));
     ::operator delete(std::exchange(pSpare, nullptr));
     while (pLast != nullptr)
         ::operator delete(std::exchange(pLast, pLast->pBefore));

@@ -32,6 +32,10 @@ public:
         return taken;
     }
 
+    // The same, in a piece of its own, which can be given back alone.
+    void* TakeAlone(std::size_t bytes);
+    void FreeAlone(void* taken) noexcept;
+
     // Takes back what lies behind unused, if it is the last that was taken.
     void GiveBack(void* unused, void* end) noexcept
     {
@@ -47,7 +51,8 @@ public:
     // It is small enough to be kept for that.
     bool IsWorthKeeping() const noexcept
     {
-        return pLast == nullptr || (pLast->pBefore == nullptr && pLast->uiSize <= kMostKept);
+        return pAlone == nullptr &&
+               (pLast == nullptr || (pLast->pBefore == nullptr && pLast->uiSize <= kMostKept));
     }
 
     void AddRef() noexcept { uiRefs.fetch_add(1, std::memory_order_relaxed); }
@@ -58,7 +63,8 @@ public:
     }
 
 private:
-    // Chunks of twice the size of the one before, so that few are needed and half is used at least.
+    // The second chunk is twice the first, so that most trees need no third; each further one is
+    // half of all before it, so that two thirds are used at least.
     static constexpr std::size_t kAlign = 8;
     static constexpr std::size_t kFirstChunk = 2048;
     static constexpr std::size_t kMostGrowth = std::size_t{64} * 1024;
@@ -67,6 +73,12 @@ private:
     struct alignas(kAlign) Chunk {
         Chunk* pBefore;
         std::size_t uiSize;
+    };
+
+    // In front of a piece taken alone: its neighbours in their list.
+    struct alignas(kAlign) Alone {
+        Alone* pBefore;
+        Alone* pAfter;
     };
 
     Arena() noexcept = default;
@@ -79,8 +91,9 @@ private:
     Chunk* pLast = nullptr; // behind the first, which begins with the arena itself
     char* pcNext = nullptr;
     std::size_t uiLeft = 0;
-    std::size_t uiNextChunk = 2 * kFirstChunk;
-    Chunk* pSpare = nullptr; // a second chunk that is not in use again yet
+    std::size_t uiTaken = kFirstChunk; // bytes of all chunks
+    Alone* pAlone = nullptr;           // the last that was taken
+    Chunk* pSpare = nullptr;           // a second chunk that is not in use again yet
 };
 
 // Bytes that several buffers share, behind this head.

@@ -1,5 +1,7 @@
 // See builder.h. The parameters of a record are written where they stay, into the arena, behind the
-// head of its node; a record that outgrows its place moves to one twice as large.
+// head of its node; a record that outgrows its place moves to a larger one. Large ones have memory
+// of their own, so that what they leave is given back: a record of n parameters has room for 3n/2
+// at most, and while it moves for 5n/2.
 #include "vorn/builder.h"
 
 #include "vorn/node.h"
@@ -18,15 +20,14 @@ namespace
 {
 
 constexpr std::size_t kFirstCapacity = 4;
-constexpr std::size_t kMostExpected = 4096; // beyond, room grows as it is needed
+constexpr std::size_t kLarge = 32; // parameters
 
 // Room for a record that has count parameters and no room for one more.
 std::size_t Capacity(std::size_t count, std::size_t expected) noexcept
 {
-    if (count == 0 && expected != 0)
-        return std::min(expected, kMostExpected);
-    const std::size_t grown = std::max(kFirstCapacity, 2 * count);
-    return expected > count ? std::min(grown, expected) : grown;
+    if (count == 0)
+        return expected != 0 ? expected : kFirstCapacity;
+    return count < kLarge ? 2 * count : count + count / 2;
 }
 
 void DropRef(Arena* arena) noexcept
@@ -63,10 +64,14 @@ void cRecordBuilder::Grow(Level& level)
     const auto count = static_cast<std::size_t>(level.pNext - level.pFirst);
     const std::size_t capacity = Capacity(count, level.uiExpected);
     Arena& arena = TheArena();
-    auto* const node = new (arena.Take(Node::Size(capacity))) Node(arena, 0);
+    const std::size_t size = Node::Size(capacity);
+    void* const place = capacity >= kLarge ? arena.TakeAlone(size) : arena.Take(size);
+    auto* const node = new (place) Node(arena, 0);
     cRecordPar* const pars = node->Pars();
     for (std::size_t i = 0; i < count; ++i)
         new (pars + i) cRecordPar(level.pFirst[i], cRecordPar::Uncounted());
+    if (level.pEnd - level.pFirst >= static_cast<std::ptrdiff_t>(kLarge))
+        arena.FreeAlone(level.pNode);
     level.pNode = node;
     level.pFirst = pars;
     level.pNext = pars + count;
@@ -121,7 +126,7 @@ cRecord cRecordBuilder::Copy(std::size_t level) const
     cRecord copy;
     if (open.pNext == open.pFirst)
         return copy;
-    copy.pNode = Node::New(static_cast<std::size_t>(open.pNext - open.pFirst));
+    copy.pNode = Node::New(static_cast<std::size_t>(open.pNext - open.pFirst) + kFirstCapacity);
     for (const cRecordPar* par = open.pFirst; par != open.pNext; ++par, ++copy.pNode->uiCount)
         new (copy.pNode->Pars() + copy.pNode->uiCount) cRecordPar(*par);
     return copy;

@@ -54,7 +54,8 @@ public:
 
     // Begins a record inside the innermost open one, which rests until the new one is closed.
     void Open() { aLevels.emplace_back(); }
-    // The innermost record, still empty, is going to have about that many parameters.
+    // The innermost record, still empty, is going to have about that many parameters: room for
+    // them is taken with the first.
     void Expect(std::size_t count) noexcept { aLevels.back().uiExpected = count; }
     // How many records are open; the innermost has the level Levels() - 1.
     std::size_t Levels() const noexcept { return aLevels.size(); }
@@ -102,7 +103,8 @@ public:
     // Empties the records from level on, which stay open.
     void Clear(std::size_t level) noexcept;
 
-    // A copy of an open record as it stands, without what is still open inside it.
+    // A copy of an open record as it stands, without what is still open inside it. It has room for
+    // a few parameters more.
     cRecord Copy(std::size_t level) const;
     // A closed record with all that is in it.
     cRecord Get(cPart part) const noexcept;

@@ -9,9 +9,8 @@ constexpr unsigned SML_MESSAGE_STORE = 6000;
 // size, one packet each.
 constexpr unsigned SML_VALUE_CHUNK = 1200;
 
-// The longest message, packets and all, that the parser goes along with. A message that grows
-// beyond it is refused like any other that cannot be decoded, so that no input makes a record grow
-// without bound.
+// The longest message, packets and all, that a parser follows unless its host sets another limit. A
+// longer one is refused like any other that cannot be decoded.
 constexpr unsigned SML_MAX_MESSAGE = 16U * 1024 * 1024;
 
 constexpr unsigned SML_MAX_TRANSACTION_ID = 64;

@@ -142,7 +142,7 @@ enum eRC : int {
     RC_STORE_FULL = 200, // a packet is due: the message store is full
     RC_CHUNK = 201,      // a packet is due: a chunk of a long octet string is ready
     RC_TREE_LEVEL = 202,
-    RC_MESSAGE_TOO_LONG = 203, // beyond SML_MAX_MESSAGE
+    RC_MESSAGE_TOO_LONG = 203, // beyond the limit, or its packets repeat too much
     RC_UNKNOWN_STATE = 204,
     RC_NULL_POINTER = 230
 };

@@ -9,6 +9,7 @@
 #include "quarn/foundation/frame_flags.h"
 #include "quarn/foundation/messages.h"
 
+#include <algorithm>
 #include <utility>
 
 using namespace quarn::detail;
@@ -42,6 +43,11 @@ void cSMLP::TimeoutEvent() noexcept
 {
     usEvents |= kInterCharacterTimeout;
     Say(kProgress, "TimerEvent: InterCharacterTo, Id=%d");
+}
+
+void cSMLP::SetMaxMessage(unsigned int bytes) noexcept
+{
+    uiMaxMessage = std::max({bytes, SML_MESSAGE_STORE, uiPaketBytes});
 }
 
 inline void cSMLP::StepWait(Records& out, int& count)
@@ -234,7 +240,7 @@ int cSMLP::OnPacket(int rc, Records& out, int& count)
     const std::uint32_t used = StoreUsed();
     if (used == 0)
         return OnError(rc, out, count);
-    if (used > SML_MAX_MESSAGE - uiPaketBytes)
+    if (used > uiMaxMessage - uiPaketBytes)
         return OnError(RC_MESSAGE_TOO_LONG, out, count);
     Say(kProgress, "** MsgNo=%d, PaketNo=%d, smlp[%d] **", uiMsgNo, uiPaketNo);
     bPaket = true;
@@ -304,6 +310,7 @@ void cSMLP::Reset_MsgAttributes() noexcept
     bPaket = false;
     uiPaketNo = 1;
     uiPaketBytes = 0;
+    ullRepeated = 0;
     iError = 0;
     iType = 0;
     iCast = -1;

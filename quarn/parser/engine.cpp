@@ -69,7 +69,7 @@ int cSMLP::OpenSequence(Frame& frame)
         if (layout.IsListOf()) {
             frame.uiCount = uiTLF_Count;
             if (frame.bOwn)
-                builder.Expect(uiTLF_Count);
+                builder.Expect(Believed(layout, uiTLF_Count, InputLeft()));
         } else if (uiTLF_Count != layout.uiCount) {
             return RefuseList(layout, layout.count);
         }
@@ -85,6 +85,18 @@ int cSMLP::OpenSequence(Frame& frame)
             return RefuseList(layout, layout.absent);
     }
     return RefuseList(layout, layout.type);
+}
+
+// How many of the elements that a list announces room is made for: no more than the bytes at hand
+// can hold, so that memory follows the bytes that came. Lists of what may be absent are not
+// believed: they lie in one another, and each would count the same bytes.
+std::uint32_t cSMLP::Believed(const Layout& list, std::uint32_t announced,
+                              std::uint32_t left) noexcept
+{
+    const Field& element = *list.pFields;
+    if (element.pLayout == nullptr || element.bOptional)
+        return 0;
+    return std::min(announced, left / (element.pLayout->uiCount + 1));
 }
 
 // Begins a structure whose list is still to be read; its fields are kept in the innermost record,

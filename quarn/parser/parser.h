@@ -39,9 +39,8 @@
 // "extLen" and that packet's piece as "value", beside "extMsgPart", the packet's number. The last
 // piece has "extFlag" false; it comes with the next record, where what the tree held behind it
 // follows as a second "parTree", whose nodes above the long value's have no name. A message longer
-// than SML_MAX_MESSAGE is refused. Records take memory in proportion to the message: up to some 200
-// bytes for each byte of a list of nothing but one-byte elements. A message's record is one piece
-// of memory: whoever keeps a part of it keeps it all.
+// than SML_MAX_MESSAGE, or than the limit that SetMaxMessage has set, is refused; so is one whose
+// packets would repeat more nodes of its tree than it has bytes.
 //
 // When input is bad, "Error" in "SmlStatus" (enum eSML_STATUS) names the attention response that
 // the host should send; a trace line of LibSmlp at level 2 says what was wrong. An error ends the
@@ -55,8 +54,10 @@
 // a whole file, it passes a further empty piece flagged BUF_FLAG_LAST.
 //
 // Threads: an instance serves one thread at a time, TimeoutEvent included. Instances share nothing
-// but the trace unit LibSmlp. Memory: the instance itself has a fixed size; the records grow with
-// the message they describe. The memory of the last three messages, if they were small (10 KiB each
+// but the trace unit LibSmlp. Memory: the instance itself has a fixed size. Memory follows the
+// bytes that came: records take at most 200 bytes for each byte of input, whatever lists announce,
+// those of refused messages included. A message's record is one piece of memory: whoever keeps a
+// part of it keeps it all. The memory of the last three messages, if they were small (10 KiB each
 // at most), is held, and taken again when the host has dropped their records. No exception leaves
 // the class.
 #ifndef QUARN_PARSER_PARSER_H
@@ -91,6 +92,11 @@ public:
     // Notes that the inter-character timeout has expired; the next call of SmlParser without input
     // acts on it.
     void TimeoutEvent() noexcept;
+
+    // Sets the longest message that is followed, in bytes; SML_MAX_MESSAGE until then. A limit
+    // below SML_MESSAGE_STORE counts as that. One message takes up to 200 times as much memory: a
+    // machine of 64 MB that reads meters does well with a limit of 64 KiB.
+    void SetMaxMessage(unsigned int bytes) noexcept;
 
     // Kinds of server ids. Broadcast: of no bytes, or 6 or 7 bytes all 0xFF. Unicast: the fixed own
     // id 05 00 00 00 00 00 00, or its last six bytes. Multicast: 01 00 5E and a byte below 0x80 at
@@ -134,6 +140,8 @@ private:
     int ReadField(Frame& frame);
     bool IsStuck() const noexcept;
     int OpenSequence(Frame& frame);
+    static std::uint32_t Believed(const Layout& list, std::uint32_t announced,
+                                  std::uint32_t left) noexcept;
     int Enter(const Layout& layout, bool optional, bool kept, bool own);
     int EnterKept(const Layout& layout, const Field& field,
                   const quarn::detail::Label* wrap = nullptr);
@@ -237,6 +245,7 @@ private:
 
     std::uint32_t TreeLevel() const noexcept;
     vorn::cRecord ExtendedValue(bool more) const;
+    bool RepeatsTooMuch() noexcept;
     vorn::cRecord LinkedTree(const vorn::cRecord& procParVal) const;
     void Cleanup_TreeRecords() noexcept;
     void AppendPacketTree(vorn::cRecord& body);
@@ -324,6 +333,7 @@ private:
 
     // Instance and input
     int iId;
+    std::uint32_t uiMaxMessage = SML_MAX_MESSAGE;
     const unsigned char* pucInData = nullptr; // next unread byte
     const unsigned char* pucInEnd = nullptr;
     const unsigned char* pucRun = nullptr; // first byte consumed but not copied into aucMsgBuf
@@ -372,6 +382,7 @@ private:
     bool bPaket = false;
     std::uint32_t uiPaketNo = 1;
     std::uint32_t uiPaketBytes = 0; // of this message, in packets handed out
+    std::uint64_t ullRepeated = 0;  // nodes of its tree that packets have told again
     std::uint16_t usEvents = 0;
     std::uint16_t usParserState = 0;
     quarn::detail::RecordBuilder builder; // level 0: the header; 1: the body; then what is in it

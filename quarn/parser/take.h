@@ -221,7 +221,7 @@ inline int cSMLP::TakeStructure(const Field& field, Whole& in)
         entered.uiCount = count;
         entered.uiIndex = 1;
         if (layout.IsListOf() && entered.bOwn)
-            builder.Expect(count);
+            builder.Expect(Believed(layout, count, static_cast<std::uint32_t>(in.end - in.p)));
         ++in.p;
     }
     return rc;

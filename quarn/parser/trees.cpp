@@ -146,6 +146,8 @@ int cSMLP::ReadTreeValue(const Field& field)
     }
     const int rc = Parse_SML_Value(true);
     if (rc == RC_CHUNK) {
+        if (RepeatsTooMuch())
+            return RC_MESSAGE_TOO_LONG;
         recPacketTree = LinkedTree(ExtendedValue(true));
         bPacketTree = true;
     }
@@ -205,6 +207,16 @@ vorn::cRecord cSMLP::ExtendedValue(bool more) const
     value.AppendUIntPar(label::extLen, uiTLF_Count, 0);
     value.AppendDataPar(label::value, pucString, static_cast<int>(uiStringLen), 0);
     return value;
+}
+
+// A packet repeats the nodes that stand beside those on the way to its value. Told again by each of
+// many packets they would take memory without bound: a message may repeat one node for each of its
+// bytes, which a tree of up to SML_VALUE_CHUNK nodes never exceeds.
+bool cSMLP::RepeatsTooMuch() noexcept
+{
+    for (std::uint32_t depth = uiDepth - 1; depth > kFirstNode; depth -= 2)
+        ullRepeated += aFrames[depth - 1].uiIndex - 1;
+    return ullRepeated > std::uint64_t{uiPaketBytes} + StoreUsed();
 }
 
 // The tree as far as it has been read, from the root to the node whose value is procParVal.

@@ -210,22 +210,51 @@ TEST(ParserPackets, TheStoreFillsUpAtEveryField)
     }
 }
 
+// Raw data of 2 GiB, passed over, up to the limit that is set: here, how many pieces of 64 KiB fit.
 TEST(ParserPackets, AMessageDoesNotGrowWithoutBound)
 {
-    const test::TraceCapture trace(LibSmlp);
-    Parser parser;
-    parser.Feed(BUF_FLAG_FIRST, OpenRes() + Head("0301") + Hex("78 02 AA 72 62 01 62 01 62 0F 70"));
-    parser.Feed(0, Hex("70 70 87 8F 8F 8F 8F 8F 0F")); // raw data of 2 GiB, passed over
+    const struct {
+        unsigned limit; // 0: the library's
+        int pieces;
+    } rows[] = {{0, 257}, {1, 1}, {SML_MESSAGE_STORE, 1}, {1 << 17, 2}, {0xFFFFFFFF, 300}};
     const std::string noise = Noise(1 << 16);
-    int fed = 0;
-    while (parser.results.back() == SMLP_OK && fed < 300) {
-        parser.Feed(0, noise);
-        parser.records.clear();
-        ++fed;
+    for (const auto& row : rows) {
+        const test::TraceCapture trace(LibSmlp);
+        Parser parser;
+        if (row.limit != 0)
+            parser.parser.SetMaxMessage(row.limit);
+        parser.Feed(BUF_FLAG_FIRST,
+                    OpenRes() + Head("0301") + Hex("78 02 AA 72 62 01 62 01 62 0F 70"));
+        parser.Feed(0, Hex("70 70 87 8F 8F 8F 8F 8F 0F"));
+        int fed = 0;
+        for (; parser.results.back() == SMLP_OK && fed < 300; ++fed) {
+            parser.Feed(0, noise);
+            parser.records.clear();
+        }
+        EXPECT_EQ(fed, row.pieces) << row.limit;
+        EXPECT_EQ(trace.Has("LibSmlp[2]: Decoding-Error: rc=203, smlp[7]"), fed < 300);
     }
-    EXPECT_EQ(fed, 257); // 16 MiB of them fit
-    EXPECT_EQ(parser.results.back(), SMLP_DECODING_ERROR);
-    EXPECT_TRUE(trace.Has("LibSmlp[2]: Decoding-Error: rc=203, smlp[7]"));
+}
+
+// Packets repeat the nodes beside the way to a long value: a message of too many is refused.
+TEST(ParserPackets, AMessageRepeatsAsManyNodesAsItHasBytes)
+{
+    const auto tree = [](std::size_t nodes) { // the list's TL field has four bytes
+        std::string list = "\xF0\x80\x80\x70";
+        for (std::size_t i = 0, shift = 12; i < 4; ++i, shift -= 4)
+            list[i] = static_cast<char>(list[i] | static_cast<char>((nodes + 1) >> shift & 0x0FU));
+        return Finish(Head("0600") + Hex("75 01 01 01 70 73 02 41 01") + list +
+                      std::string(nodes, '\1') + Hex("73 02 42 72 62 01") +
+                      LongString(Noise(30000)) + Hex("01"));
+    };
+    for (const std::size_t nodes : {SML_VALUE_CHUNK, 2 * SML_VALUE_CHUNK}) {
+        const test::TraceCapture trace(LibSmlp);
+        Parser parser;
+        parser.FeedFile(OpenRes() + tree(nodes) + CloseRes(), {});
+        const bool good = nodes == SML_VALUE_CHUNK;
+        EXPECT_EQ(parser.results.back(), good ? SMLP_FILE_COMPLETE : SMLP_DECODING_ERROR);
+        EXPECT_EQ(trace.Has("LibSmlp[2]: Decoding-Error: rc=203, smlp[7]"), !good);
+    }
 }
 
 TEST(ParserTrees, ThePathToAValueInPieces)
