@@ -40,7 +40,7 @@ void Arena::MakeRoom(std::size_t bytes)
     if (chunk == nullptr || chunk->uiSize < bytes + sizeof(Chunk)) {
         ::operator delete(chunk);
         const std::size_t next =
-            uiTaken == kFirstChunk ? 2 * kFirstChunk : std::min(uiTaken / 2, kMostGrowth);
+            uiTaken == kFirstChunk ? 2 * kFirstChunk : std::min(uiTaken, kMostGrowth);
         const std::size_t size = std::max(bytes + sizeof(Chunk), next);
         chunk = new (::operator new(size)) Chunk{nullptr, size};
     }

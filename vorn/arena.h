@@ -63,8 +63,8 @@ public:
     }
 
 private:
-    // The second chunk is twice the first, so that most trees need no third; each further one is
-    // half of all before it, so that two thirds are used at least.
+    // The second chunk is twice the first, so that most trees need no third; each further one is as
+    // large as all before it, so that half is used at least.
     static constexpr std::size_t kAlign = 8;
     static constexpr std::size_t kFirstChunk = 2048;
     static constexpr std::size_t kMostGrowth = std::size_t{64} * 1024;

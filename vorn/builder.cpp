@@ -70,7 +70,7 @@ void cRecordBuilder::Grow(Level& level)
     cRecordPar* const pars = node->Pars();
     for (std::size_t i = 0; i < count; ++i)
         new (pars + i) cRecordPar(level.pFirst[i], cRecordPar::Uncounted());
-    if (level.pEnd - level.pFirst >= static_cast<std::ptrdiff_t>(kLarge))
+    if (count >= kLarge)
         arena.FreeAlone(level.pNode);
     level.pNode = node;
     level.pFirst = pars;
