@@ -19,7 +19,7 @@
 #include "quarn/foundation/framework.h"
 #include "quarn/foundation/limits.h"
 #include "quarn/foundation/lists.h"
-#include "quarn/foundation/messages.h"
+#include "quarn/foundation/schema.h"
 #include "quarn/foundation/units.h"
 #include "quarn/parser/parser.h"
 #include "quarn/parser/tree_path.h"

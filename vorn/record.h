@@ -28,6 +28,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace vorn
 {
@@ -71,6 +72,12 @@ public:
             name.acText[ucSize] = text[ucSize];
             ++ucSize;
         }
+    }
+    // REQUIRES: at most 25 bytes.
+    constexpr explicit cParName(std::string_view text) noexcept
+    {
+        for (const char c : text)
+            name.acText[ucSize++] = c;
     }
     constexpr operator const char*() const noexcept
     {

@@ -33,7 +33,7 @@
 
 #include "quarn/foundation/export.h"
 #include "quarn/foundation/framework.h"
-#include "quarn/foundation/messages.h"
+#include "quarn/foundation/schema.h"
 
 enum eSML_ENCODE : int {
     SML_ENCODE_OK = 0,

@@ -14,7 +14,7 @@
 #define QUARN_ENCODER_MESSAGE_BODY_H
 
 #include "quarn/encoder/structures.h"
-#include "quarn/foundation/messages.h"
+#include "quarn/foundation/schema.h"
 
 class QUARN_API Sml_Message_Body : public Sml_ListOf
 {

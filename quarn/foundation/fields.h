@@ -7,6 +7,7 @@
 #define QUARN_FOUNDATION_FIELDS_H
 
 #include "quarn/foundation/framework.h"
+#include "quarn/foundation/schema.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -15,17 +16,6 @@
 
 namespace quarn::detail
 {
-
-// Kinds of parameters, as GetType(1) returns them.
-enum eKIND : int {
-    KIND_SINT = 2,
-    KIND_UINT = 3,
-    KIND_DATA = 5,
-    KIND_RECORD = 6,
-    KIND_SINT64 = 8,
-    KIND_UINT64 = 9,
-    KIND_BOOL = 10
-};
 
 inline bool IsOfKind(const vorn::cRecordPar& par, eKIND kind)
 {

@@ -1,9 +1,12 @@
 // The labels of records: the names under which messages, structures and their fields stand in a
-// record, each constant called as the label it holds. Labels are case-sensitive.
+// record, each constant called as the label it holds. Labels are case-sensitive. Which label stands
+// where, and for what kind of parameter, is defined in schema.h.
+//
+//   record.AppendDataPar(quarn::label::serverId, id, size, 0);
 #ifndef QUARN_FOUNDATION_LABELS_H
 #define QUARN_FOUNDATION_LABELS_H
 
-namespace quarn::detail::label
+namespace quarn::label
 {
 
 // The envelope of a message record.
@@ -139,6 +142,11 @@ inline constexpr char procParVal[] = "procParVal";
 inline constexpr char extFlag[] = "extFlag";
 inline constexpr char extLen[] = "extLen";
 
-} // namespace quarn::detail::label
+} // namespace quarn::label
+
+namespace quarn::detail
+{
+namespace label = quarn::label;
+}
 
 #endif

@@ -17,8 +17,16 @@ constexpr unsigned SML_MAX_TRANSACTION_ID = 64;
 constexpr unsigned SML_MAX_CLIENT_ID = 32;
 constexpr unsigned SML_MAX_REQ_FILE_ID = 64;
 constexpr unsigned SML_MAX_SERVER_ID = 32;
+constexpr unsigned SML_MAX_CODEPAGE = 64;
+constexpr unsigned SML_MAX_USERNAME = 64;
+constexpr unsigned SML_MAX_PASSWORD = 64;
+constexpr unsigned SML_MAX_ATTRIBUTE = 512;
+constexpr unsigned SML_MAX_ATTENTION_MSG = 128;
 constexpr unsigned SML_MAX_OBJ_NAME = 256;
 constexpr unsigned SML_MAX_SIGNATURE = 256;
+
+// Names of objects and parameters, and attention numbers.
+constexpr unsigned SML_NAME_SIZE = 6;
 
 // Levels of a parameter tree that the parser follows: nodes on levels 0 to 11.
 constexpr unsigned MAX_TREE_LEVEL = 12;

@@ -7,6 +7,7 @@
 
 #ifndef VORN_RECORD_BUILDER
 #include <cstddef>
+#include <string_view>
 #include <utility>
 #include <vector>
 #endif
@@ -29,6 +30,8 @@ public:
     constexpr Label(const char (&text)[Size]) noexcept : pcText(text) // NOLINT: stands for its text
     {
     }
+    // REQUIRES: a 0 follows text.
+    constexpr explicit Label(std::string_view text) noexcept : pcText(text.data()) {}
     constexpr operator const char*() const noexcept
     {
         return pcText;

@@ -1,217 +1,204 @@
 // The message bodies, as tables, and what they check.
 #include "quarn/parser/take.h"
 
-#include "quarn/foundation/messages.h"
-
 #include <algorithm>
 #include <cstring>
 #include <string_view>
 
 using namespace quarn::detail;
+namespace schema = quarn::schema;
 
-// The fields that several bodies have.
+// What several bodies add to their elements.
 struct cSMLP::BodyFields {
-    static constexpr Field Data(Label label, std::uint32_t max, Refusal type, Refusal length)
+    static constexpr Field Data(Refusal type, Refusal length)
     {
-        return Field::String(max).Refused(type, length).Kept(label, KIND_DATA, Keep::IfSet);
+        return Field::String().Refused(type, length).Kept(Keep::IfSet);
     }
     // A string whose refusals keep the codes of strings.
-    static constexpr Field PlainData(Label label, std::uint32_t max, Keep keep = Keep::IfSet)
-    {
-        return Field::String(max).Kept(label, KIND_DATA, keep);
-    }
+    static constexpr Field PlainData(Keep keep = Keep::IfSet) { return Field::String().Kept(keep); }
     static constexpr Field ClientId()
     {
-        return Data(label::clientId, SML_MAX_CLIENT_ID, {RC_CLIENT_ID_TYPE, nullptr},
-                    {RC_CLIENT_ID_LENGTH, nullptr});
+        return Data({RC_CLIENT_ID_TYPE, nullptr}, {RC_CLIENT_ID_LENGTH, nullptr});
     }
     static constexpr Field ServerId()
     {
-        return Data(label::serverId, SML_MAX_SERVER_ID, {RC_SERVER_ID_TYPE, nullptr},
-                    {RC_SERVER_ID_LENGTH, nullptr})
+        return Data({RC_SERVER_ID_TYPE, nullptr}, {RC_SERVER_ID_LENGTH, nullptr})
             .Then(&cSMLP::KeepServerId);
     }
-    // Of a request: optional, and told also when it is empty.
-    static constexpr Field RequestServerId()
-    {
-        return ServerId().Optional().Kept(label::serverId, KIND_DATA, Keep::Always);
-    }
+    // Of a request: kept also when it is empty.
+    static constexpr Field RequestServerId() { return ServerId().Kept(Keep::Always); }
     static constexpr Field Username()
     {
-        return Data(label::username, 64, {RC_USERNAME_TYPE, nullptr}, {RC_USERNAME_LENGTH, nullptr})
-            .Optional();
+        return Data({RC_USERNAME_TYPE, nullptr}, {RC_USERNAME_LENGTH, nullptr});
     }
     static constexpr Field Password()
     {
-        return Data(label::password, 64, {RC_PASSWORD_TYPE, nullptr}, {RC_PASSWORD_LENGTH, nullptr})
-            .Optional();
+        return Data({RC_PASSWORD_TYPE, nullptr}, {RC_PASSWORD_LENGTH, nullptr});
     }
     static constexpr Field ListName()
     {
-        return Field::String(6)
-            .Optional()
-            .Refused({RC_LIST_NAME_TYPE, "listName:Type!, smlp[%d]"},
-                     {RC_LIST_NAME_LENGTH, "listName:Len!, smlp[%d]"})
-            .Kept(label::listName, KIND_UINT64, Keep::IfSet);
+        return Data({RC_LIST_NAME_TYPE, "listName:Type!, smlp[%d]"},
+                    {RC_LIST_NAME_LENGTH, "listName:Len!, smlp[%d]"});
     }
-    static constexpr Field Time(Label label, Keep keep)
-    {
-        return Field::Structure(Tables::kTime).Optional().Kept(label, KIND_RECORD, keep);
-    }
+    static constexpr Field Time(Keep keep) { return Field::Structure(Tables::kTime).Kept(keep); }
     static constexpr Field TreePath()
     {
-        return Field::Structure(Tables::kTreePath)
-            .Kept(label::parTreePath, KIND_RECORD, Keep::IfSet);
+        return Field::Structure(Tables::kTreePath).Kept(Keep::IfSet);
     }
     static constexpr Field Tree() { return Field::Structure(Tables::kTree).Then(&cSMLP::KeepTree); }
-    static constexpr Field Signature(Label label)
-    {
-        return PlainData(label, SML_MAX_SIGNATURE).Optional();
-    }
 };
 
 struct cSMLP::Bodies : BodyFields {
-    static constexpr Field aOpenReq[] = {
-        Data(label::codepage, 64, {RC_CODEPAGE_TYPE, "codepage:Type!, smlp[%d]"},
-             {RC_CODEPAGE_LENGTH, "codepage:Len!, smlp[%d]"})
-            .Optional()
-            .Then(&cSMLP::CheckCodepage),
-        ClientId().Then(&cSMLP::KeepClientId),
-        Data(label::reqFileId, SML_MAX_REQ_FILE_ID,
-             {RC_REQ_FILE_ID_TYPE, "reqFileId:Type!, smlp[%d]"},
-             {RC_REQ_FILE_ID_LENGTH, "reqFileId:Len!, smlp[%d]"})
-            .Then(&cSMLP::KeepReqFileId),
-        RequestServerId().Then(&cSMLP::KeepOpenServerId),
-        Username(),
-        Password(),
-        Field::Number(TLF_UNSIGNED, 1, 1)
-            .Optional()
-            .Refused({RC_SML_VERSION_TYPE, nullptr}, {RC_SML_VERSION_TYPE, nullptr})
-            .Kept(label::smlVersion, KIND_UINT, Keep::Always)
-            .Then(&cSMLP::CheckSmlVersion),
-    };
-    static constexpr Field aOpenRes[] = {
-        PlainData(label::codepage, 64, Keep::Always).Optional(),
-        ClientId().Optional().Then(&cSMLP::KeepClientId),
-        PlainData(label::reqFileId, SML_MAX_REQ_FILE_ID).Then(&cSMLP::KeepReqFileId),
-        ServerId().Then(&cSMLP::KeepOpenServerId),
-        Time(label::refTime, Keep::Always),
-        Field::Number(TLF_UNSIGNED, 1, 1)
-            .Optional()
-            .Refused({RC_FIELD_TYPE, nullptr}, {RC_FIELD_TYPE, nullptr})
-            .Kept(label::smlVersion, KIND_UINT, Keep::Always),
-    };
-    static constexpr Field aClose[] = {Signature(label::globalSignature)};
-    static constexpr Field aGetProfileReq[] = {
-        RequestServerId(),
-        Username(),
-        Password(),
-        Field::Of(&cSMLP::ReadWithRawdata).Refused({RC_WITH_RAWDATA_TYPE, nullptr}, {}),
-        Time(label::beginTime, Keep::Always),
-        Time(label::endTime, Keep::Always),
-        TreePath(),
-        Field::Structure(Tables::kObjReqList)
-            .Optional()
-            .Kept(label::object_List, KIND_RECORD, Keep::IfSet),
-        Tree().Optional(),
-    };
-    static constexpr Field aGetProfPackRes[] = {
-        ServerId(),
-        Field::Structure(Tables::kTime),
-        Field::Number(TLF_UNSIGNED, 0, 8).Refused({RC_FIELD_TYPE, nullptr}, {}),
-        TreePath(),
-        Field::Structure(Tables::kHeaderList),
-        Field::Structure(Tables::kPeriodObjectList),
-        Field::String(Field::kNoLimit).Optional(),
-        Field::Octets(Field::kNoLimit)
-            .Optional()
-            .Refused({RC_SIGNATURE_TYPE, "Signature:Seq-Type, smlp[%d]"}, {}),
-    };
-    static constexpr Field aGetProfListRes[] = {
-        ServerId(),
-        Time(label::actTime, Keep::IfSet),
-        Field::Number(TLF_UNSIGNED, 0, 4)
-            .Optional()
-            .Refused({RC_FIELD_TYPE, nullptr}, {RC_FIELD_TYPE, nullptr})
-            .Kept(label::regPeriod, KIND_UINT, Keep::Always),
-        TreePath(),
-        Time(label::valTime, Keep::IfSet),
-        Field::Number(TLF_UNSIGNED, 0, 8)
-            .Refused({RC_FIELD_TYPE, nullptr}, {})
-            .Kept(label::status, KIND_UINT64, Keep::Always),
-        Field::Structure(Tables::kPeriodList).Kept(label::period_List, KIND_RECORD, Keep::Always),
-        PlainData(label::rawdata, SML_VALUE_CHUNK).Optional(),
-        Signature(label::periodSignature),
-    };
-    static constexpr Field aGetProcParReq[] = {
-        RequestServerId(),
-        Username(),
-        Password(),
-        TreePath(),
-        Field::String(512)
-            .Optional()
-            .Refused({RC_ATTRIBUTE_TYPE, nullptr}, {RC_STRING_LENGTH, nullptr})
-            .Then(&cSMLP::CheckAttribute),
-    };
-    static constexpr Field aGetProcParRes[] = {ServerId(), TreePath(), Tree()};
-    static constexpr Field aSetProcParReq[] = {RequestServerId(), Username(), Password(),
-                                               TreePath(), Tree()};
-    static constexpr Field aGetListReq[] = {ClientId(), RequestServerId(), Username(), Password(),
-                                            ListName()};
-    static constexpr Field aGetListRes[] = {
-        ClientId().Optional(),
-        ServerId().Then(&cSMLP::CompareServerId),
-        ListName(),
-        Time(label::actSensorTime, Keep::IfSet),
-        Field::Structure(Tables::kList).Kept(label::valList, KIND_RECORD, Keep::Always),
-        Signature(label::listSignature),
-        Time(label::actGatewayTime, Keep::IfSet),
-    };
-    static constexpr Field aAttentionRes[] = {
-        ServerId(),
-        Field::String(6).Kept(label::attentionNo, KIND_UINT64, Keep::IfSet),
-        PlainData(label::attentionMsg, 128).Optional(),
-        Tree().Optional(),
-    };
+    static constexpr auto aOpenReq = Tables::Fields(
+        schema::aOpenReq,
+        {
+            Data({RC_CODEPAGE_TYPE, "codepage:Type!, smlp[%d]"},
+                 {RC_CODEPAGE_LENGTH, "codepage:Len!, smlp[%d]"})
+                .Then(&cSMLP::CheckCodepage),
+            ClientId().Then(&cSMLP::KeepClientId),
+            Data({RC_REQ_FILE_ID_TYPE, "reqFileId:Type!, smlp[%d]"},
+                 {RC_REQ_FILE_ID_LENGTH, "reqFileId:Len!, smlp[%d]"})
+                .Then(&cSMLP::KeepReqFileId),
+            RequestServerId().Then(&cSMLP::KeepOpenServerId),
+            Username(),
+            Password(),
+            Field::Number()
+                .Refused({RC_SML_VERSION_TYPE, nullptr}, {RC_SML_VERSION_TYPE, nullptr})
+                .Kept(Keep::Always)
+                .Then(&cSMLP::CheckSmlVersion),
+        });
+    static constexpr auto aOpenRes = Tables::Fields(
+        schema::aOpenRes, {
+                              PlainData(Keep::Always),
+                              ClientId().Then(&cSMLP::KeepClientId),
+                              PlainData().Then(&cSMLP::KeepReqFileId),
+                              ServerId().Then(&cSMLP::KeepOpenServerId),
+                              Time(Keep::Always),
+                              Field::Number()
+                                  .Refused({RC_FIELD_TYPE, nullptr}, {RC_FIELD_TYPE, nullptr})
+                                  .Kept(Keep::Always),
+                          });
+    static constexpr auto aClose = Tables::Fields(schema::aClose, {PlainData()});
+    static constexpr auto aGetProfileReq = Tables::Fields(
+        schema::aGetProfileReq,
+        {
+            RequestServerId(),
+            Username(),
+            Password(),
+            Field::Of(&cSMLP::ReadWithRawdata).Refused({RC_WITH_RAWDATA_TYPE, nullptr}, {}),
+            Time(Keep::Always),
+            Time(Keep::Always),
+            TreePath(),
+            Field::Structure(Tables::kObjReqList).Kept(Keep::IfSet),
+            Tree(),
+        });
+    static constexpr auto aGetProfPackRes = Tables::Fields(
+        schema::aGetProfPackRes,
+        {
+            ServerId(),
+            Field::Structure(Tables::kTime),
+            Field::Number().UpTo(8).Refused({RC_FIELD_TYPE, nullptr}, {}), // passed over
+            TreePath(),
+            Field::Structure(Tables::kHeaderList),
+            Field::Structure(Tables::kPeriodObjectList),
+            Field::String(),
+            Field::Octets().Refused({RC_SIGNATURE_TYPE, "Signature:Seq-Type, smlp[%d]"}, {}),
+        });
+    static constexpr auto aGetProfListRes =
+        Tables::Fields(schema::aGetProfListRes,
+                       {
+                           ServerId(),
+                           Time(Keep::IfSet),
+                           Field::Number()
+                               .Refused({RC_FIELD_TYPE, nullptr}, {RC_FIELD_TYPE, nullptr})
+                               .Kept(Keep::Always),
+                           TreePath(),
+                           Time(Keep::IfSet),
+                           Field::Number().Refused({RC_FIELD_TYPE, nullptr}, {}).Kept(Keep::Always),
+                           Field::Structure(Tables::kPeriodList).Kept(Keep::Always),
+                           PlainData(),
+                           PlainData(),
+                       });
+    static constexpr auto aGetProcParReq =
+        Tables::Fields(schema::aGetProcParReq,
+                       {
+                           RequestServerId(),
+                           Username(),
+                           Password(),
+                           TreePath(),
+                           Field::String()
+                               .Refused({RC_ATTRIBUTE_TYPE, nullptr}, {RC_STRING_LENGTH, nullptr})
+                               .Then(&cSMLP::CheckAttribute),
+                       });
+    static constexpr auto aGetProcParRes =
+        Tables::Fields(schema::aGetProcParRes, {ServerId(), TreePath(), Tree()});
+    static constexpr auto aSetProcParReq = Tables::Fields(
+        schema::aSetProcParReq, {RequestServerId(), Username(), Password(), TreePath(), Tree()});
+    static constexpr auto aGetListReq = Tables::Fields(
+        schema::aGetListReq, {ClientId(), RequestServerId(), Username(), Password(), ListName()});
+    static constexpr auto aGetListRes =
+        Tables::Fields(schema::aGetListRes, {
+                                                ClientId(),
+                                                ServerId().Then(&cSMLP::CompareServerId),
+                                                ListName(),
+                                                Time(Keep::IfSet),
+                                                Field::Structure(Tables::kList).Kept(Keep::Always),
+                                                PlainData(),
+                                                Time(Keep::IfSet),
+                                            });
+    static constexpr auto aAttentionRes =
+        Tables::Fields(schema::aAttentionRes, {ServerId(), PlainData(), PlainData(), Tree()});
 
     static constexpr char kType[] = "%s:Seq-Type!, smlp[%d]";
     static constexpr char kCount[] = "%s:Seq-Cnt!, smlp[%d]";
-
-    template <const auto& Fields>
-    static constexpr Layout Body(const char* prefix)
-    {
-        return {Fields, std::size(Fields), {RC_BODY_TYPE, kType}, {RC_BODY_COUNT, kCount}, {},
-                prefix};
-    }
-    // Of the messages that come in numbers: with the short way.
-    template <const auto& Fields>
-    static constexpr Layout TakenBody(const char* prefix)
-    {
-        return Body<Fields>(prefix).TakenBy(&cSMLP::TakeFields<Fields>);
-    }
 
     struct Entry {
         unsigned uiIdentifier;
         Layout layout;
     };
-    static const Entry kAll[];
+
+    template <const auto& Fields>
+    static constexpr Entry Body(unsigned identifier, const char* prefix,
+                                Layout::Taker taker = nullptr)
+    {
+        return {identifier,
+                {Fields.data(),
+                 Fields.size(),
+                 {RC_BODY_TYPE, kType},
+                 {RC_BODY_COUNT, kCount},
+                 {},
+                 prefix,
+                 nullptr,
+                 nullptr,
+                 taker,
+                 Label(schema::FindMessage(identifier)->label)}};
+    }
+    // Of the messages that come in numbers: with the short way.
+    template <const auto& Fields>
+    static constexpr Entry TakenBody(unsigned identifier, const char* prefix)
+    {
+        return Body<Fields>(identifier, prefix, &cSMLP::TakeFields<Fields>);
+    }
+
+    static const std::array<Entry, std::size(schema::kMessages)> kAll;
 };
 
-const cSMLP::Bodies::Entry cSMLP::Bodies::kAll[] = {
-    {SML_GET_LIST_RES, TakenBody<aGetListRes>("GetListResp")},
-    {SML_OPEN_REQ, TakenBody<aOpenReq>("OpenReq")},
-    {SML_OPEN_RES, TakenBody<aOpenRes>("OpenResp")},
-    {SML_CLOSE_REQ, TakenBody<aClose>("CloseReq")},
-    {SML_CLOSE_RES, TakenBody<aClose>("CloseResp")},
-    {SML_GET_PROFILE_PACK_REQ, Body<aGetProfileReq>("GetProfileReq")},
-    {SML_GET_PROFILE_PACK_RES, Body<aGetProfPackRes>("GetProfPackResp")},
-    {SML_GET_PROFILE_LIST_REQ, Body<aGetProfileReq>("GetProfileReq")},
-    {SML_GET_PROFILE_LIST_RES, TakenBody<aGetProfListRes>("GetProfListResp")},
-    {SML_GET_PROC_PAR_REQ, Body<aGetProcParReq>("GetProcParReq")},
-    {SML_GET_PROC_PAR_RES, Body<aGetProcParRes>("GetProcParResp")},
-    {SML_SET_PROC_PAR_REQ, Body<aSetProcParReq>("SetProcParReq")},
-    {SML_GET_LIST_REQ, TakenBody<aGetListReq>("GetListReq")},
-    {SML_ATTENTION_RES, Body<aAttentionRes>("AttentionResp")},
+// The most frequent one first.
+constexpr std::array<cSMLP::Bodies::Entry, std::size(schema::kMessages)> cSMLP::Bodies::kAll = {
+    TakenBody<aGetListRes>(SML_GET_LIST_RES, "GetListResp"),
+    TakenBody<aOpenReq>(SML_OPEN_REQ, "OpenReq"),
+    TakenBody<aOpenRes>(SML_OPEN_RES, "OpenResp"),
+    TakenBody<aClose>(SML_CLOSE_REQ, "CloseReq"),
+    TakenBody<aClose>(SML_CLOSE_RES, "CloseResp"),
+    Body<aGetProfileReq>(SML_GET_PROFILE_PACK_REQ, "GetProfileReq"),
+    Body<aGetProfPackRes>(SML_GET_PROFILE_PACK_RES, "GetProfPackResp"),
+    Body<aGetProfileReq>(SML_GET_PROFILE_LIST_REQ, "GetProfileReq"),
+    TakenBody<aGetProfListRes>(SML_GET_PROFILE_LIST_RES, "GetProfListResp"),
+    Body<aGetProcParReq>(SML_GET_PROC_PAR_REQ, "GetProcParReq"),
+    Body<aGetProcParRes>(SML_GET_PROC_PAR_RES, "GetProcParResp"),
+    Body<aSetProcParReq>(SML_SET_PROC_PAR_REQ, "SetProcParReq"),
+    TakenBody<aGetListReq>(SML_GET_LIST_REQ, "GetListReq"),
+    Body<aAttentionRes>(SML_ATTENTION_RES, "AttentionResp"),
 };
 
 const cSMLP::Layout* cSMLP::Tables::FindBody(std::uint32_t identifier) noexcept

@@ -7,12 +7,12 @@
 #include "quarn/parser/engine.h"
 
 #include "quarn/foundation/frame_flags.h"
-#include "quarn/foundation/messages.h"
 
 #include <algorithm>
 #include <utility>
 
 using namespace quarn::detail;
+namespace schema = quarn::schema;
 
 namespace
 {
@@ -172,7 +172,7 @@ int cSMLP::OnStop(int rc, Records& out, int& count)
 // Drops the message, or accepts a close message that lacks its last byte alone.
 void cSMLP::OnTimeout(Records& out, int& count)
 {
-    if (IsCloseMessage(uiMsgIdentifier) && uiDepth == 0 && aFrames[0].uiIndex == kEndByteIndex) {
+    if (schema::IsClose(uiMsgIdentifier) && uiDepth == 0 && aFrames[0].uiIndex == kEndByteIndex) {
         SmlMsg_Validate();
         ErrorHandler(RC_MSG_TYPE);
         ullFileSize += StoreUsed();
@@ -187,8 +187,8 @@ int cSMLP::OnMessage(Records& out, int& count)
     Say(kDetail, "MSG Ok, Id=0x%04x, No=%d, Len=%d, smlp[%d]", uiMsgIdentifier, uiMsgNo,
         StoreUsed());
     bPaket = false;
-    const bool open = IsOpenMessage(uiMsgIdentifier);
-    const bool close = IsCloseMessage(uiMsgIdentifier);
+    const bool open = schema::IsOpen(uiMsgIdentifier);
+    const bool close = schema::IsClose(uiMsgIdentifier);
     if (open && !bFileOpen)
         uiSmltFlagsOut |= BUF_FLAG_FIRST;
     if (close && bFileOpen)

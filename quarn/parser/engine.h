@@ -5,10 +5,11 @@
 #define QUARN_PARSER_ENGINE_H
 
 #include "quarn/foundation/fields.h"
-#include "quarn/foundation/labels.h"
+#include "quarn/foundation/schema.h"
 #include "quarn/foundation/trace.h"
 #include "quarn/parser/parser.h"
 
+#include <array>
 #include <cstdint>
 
 // A code and its trace. The text may take one number (a type, length or value) or the last four
@@ -34,6 +35,8 @@ enum class cSMLP::Shape : std::uint8_t {
     Structure
 };
 
+// What the parser adds to an element of the schema. A row is written without what the schema tells;
+// Over and Fields fill it in.
 struct cSMLP::Field {
     using Reader = int (cSMLP::*)(const Field&);
     using Hook = int (cSMLP::*)();
@@ -55,7 +58,7 @@ struct cSMLP::Field {
     Refusal type;
     Refusal length;
 
-    static constexpr std::uint32_t kNoLimit = 0xFFFFFFFF;
+    static constexpr std::uint32_t kNoLimit = quarn::schema::kNoLimit;
 
     static constexpr Field Of(Reader reader, Shape shape = Shape::Special)
     {
@@ -64,9 +67,9 @@ struct cSMLP::Field {
         field.eShape = shape;
         return field;
     }
-    static constexpr Field Octets(std::uint32_t max);
-    static constexpr Field String(std::uint32_t max);
-    static constexpr Field Number(quarn::detail::eTLF type, std::uint32_t min, std::uint32_t max);
+    static constexpr Field Octets();
+    static constexpr Field String();
+    static constexpr Field Number();
     static constexpr Field Structure(const Layout& layout);
 
     constexpr Field ReadBy(Reader reader) const
@@ -76,18 +79,17 @@ struct cSMLP::Field {
         field.eShape = Shape::Special;
         return field;
     }
-    constexpr Field Optional() const
+    // Accepts more bytes than the schema allows.
+    constexpr Field UpTo(std::uint32_t bytes) const
     {
         Field field = *this;
-        field.bOptional = true;
+        field.uiMax = bytes;
         return field;
     }
-    constexpr Field Kept(quarn::detail::Label name, quarn::detail::eKIND kind, Keep keep) const
+    constexpr Field Kept(Keep keep) const
     {
         Field field = *this;
-        field.label = name;
         field.bLabelled = true;
-        field.ucKind = static_cast<std::uint8_t>(kind);
         field.eKeep = keep;
         return field;
     }
@@ -108,6 +110,20 @@ struct cSMLP::Field {
             field.eKeep = Keep::ByHook;
         return field;
     }
+
+    constexpr Field Over(const quarn::schema::Element& element) const
+    {
+        Field field = *this;
+        field.bOptional = element.bOptional;
+        field.uiMin = element.Least();
+        if (field.uiMax == 0)
+            field.uiMax = element.uiMost;
+        field.ucType = element.eType == quarn::schema::eTYPE::INTEGER ? quarn::detail::TLF_INTEGER
+                                                                      : quarn::detail::TLF_UNSIGNED;
+        field.ucKind = static_cast<std::uint8_t>(quarn::schema::KindOf(element));
+        field.label = quarn::detail::Label(element.label);
+        return field;
+    }
 };
 
 struct cSMLP::Layout {
@@ -123,6 +139,7 @@ struct cSMLP::Layout {
     const char* pcOpened = nullptr; // told at the lowest level, with the number of elements
     Failed pfnFailed = nullptr;     // told of every code with which a read of this list stops
     Taker pfnTake = nullptr;        // the short way for its fields, where it has one
+    quarn::detail::Label label{};   // of a message's body
 
     constexpr Layout TakenBy(Taker taker) const
     {
@@ -134,32 +151,23 @@ struct cSMLP::Layout {
     constexpr bool IsListOf() const { return uiCount == 0; }
 };
 
-constexpr cSMLP::Field cSMLP::Field::Octets(std::uint32_t max)
+constexpr cSMLP::Field cSMLP::Field::Octets()
 {
     Field field = Of(&cSMLP::ReadOctets, Shape::Octets);
-    field.uiMax = max;
     field.length = {quarn::detail::RC_STRING_LENGTH, nullptr};
     return field;
 }
 
-constexpr cSMLP::Field cSMLP::Field::String(std::uint32_t max)
+constexpr cSMLP::Field cSMLP::Field::String()
 {
-    Field field = Octets(max);
+    Field field = Octets();
     field.bString = true;
     field.type = {quarn::detail::RC_STRING_TYPE, nullptr};
     field.absent = {quarn::detail::RC_NOT_OPTIONAL, "String:Optional not supported!, smlp[%d]"};
     return field;
 }
 
-constexpr cSMLP::Field cSMLP::Field::Number(quarn::detail::eTLF type, std::uint32_t min,
-                                            std::uint32_t max)
-{
-    Field field = Of(&cSMLP::ReadNumber, Shape::Number);
-    field.ucType = static_cast<std::uint8_t>(type);
-    field.uiMin = min;
-    field.uiMax = max;
-    return field;
-}
+constexpr cSMLP::Field cSMLP::Field::Number() { return Of(&cSMLP::ReadNumber, Shape::Number); }
 
 constexpr cSMLP::Field cSMLP::Field::Structure(const Layout& layout)
 {
@@ -168,51 +176,72 @@ constexpr cSMLP::Field cSMLP::Field::Structure(const Layout& layout)
     return field;
 }
 
-// Every structure: its layout and, behind it, its fields. Told in structures.cpp, trees.cpp,
+// Every structure: its layout and, behind it, its fields. Defined in structures.cpp, trees.cpp,
 // bodies.cpp and envelope.cpp.
 struct cSMLP::Tables {
+    // A row for each element of a structure, in its order.
+    template <std::size_t N>
+    static constexpr std::array<Field, N> Fields(const quarn::schema::Element (&elements)[N],
+                                                 const Field (&rows)[N])
+    {
+        std::array<Field, N> fields{};
+        for (std::size_t i = 0; i < N; ++i)
+            fields[i] = rows[i].Over(elements[i]);
+        return fields;
+    }
+    // The tag of a choice, and a number that stands under label.
+    static constexpr Field Tag()
+    {
+        return Field::Number().Over(quarn::schema::Unsigned(quarn::label::type, 1));
+    }
+    static constexpr Field Number(std::string_view label, quarn::schema::Element element)
+    {
+        element.label = label;
+        return Field::Number().Over(element);
+    }
+
     static const Layout kTime;
-    static const Field aTime[2];
+    static const std::array<Field, 2> aTime;
     static const Layout kLocalTimestamp;
-    static const Field aLocalTimestamp[];
+    static const std::array<Field, 3> aLocalTimestamp;
     static const Layout kListType;
-    static const Field aListType[2];
+    static const std::array<Field, 2> aListType;
     static const Layout kListEntry;
-    static const Field aListEntry[7];
+    static const std::array<Field, 7> aListEntry;
     static const Layout kList;
-    static const Field aList[1];
+    static const std::array<Field, 1> aList;
     static const Layout kObjReqList;
-    static const Field aObjReqList[];
+    static const std::array<Field, 1> aObjReqList;
     static const Layout kHeaderEntry;
-    static const Field aHeaderEntry[3];
+    static const std::array<Field, 3> aHeaderEntry;
     static const Layout kHeaderList;
-    static const Field aHeaderList[1];
+    static const std::array<Field, 1> aHeaderList;
     static const Layout kValueEntry;
-    static const Field aValueEntry[2];
+    static const std::array<Field, 2> aValueEntry;
     static const Layout kValueList;
-    static const Field aValueList[1];
+    static const std::array<Field, 1> aValueList;
     static const Layout kPeriodObjectEntry;
-    static const Field aPeriodObjectEntry[4];
+    static const std::array<Field, 4> aPeriodObjectEntry;
     static const Layout kPeriodObjectList;
-    static const Field aPeriodObjectList[1];
+    static const std::array<Field, 1> aPeriodObjectList;
     static const Layout kPeriodEntry;
-    static const Field aPeriodEntry[5];
+    static const std::array<Field, 5> aPeriodEntry;
     static const Layout kPeriodList;
-    static const Field aPeriodList[1];
+    static const std::array<Field, 1> aPeriodList;
     static const Layout kTupelEntry;
-    static const Field aTupelEntry[23];
+    static const std::array<Field, 23> aTupelEntry;
     static const Layout kTreePath;
-    static const Field aTreePath[];
+    static const std::array<Field, 1> aTreePath;
     static const Layout kProcParValue;
-    static const Field aProcParValue[];
+    static const std::array<Field, 2> aProcParValue;
     static const Layout kChildList;
-    static const Field aChildList[];
+    static const std::array<Field, 1> aChildList;
     static const Layout kTree;
-    static const Field aTree[3];
+    static const std::array<Field, 3> aTree;
     static const Layout kMessage;
-    static const Field aMessage[6];
+    static const std::array<Field, 6> aMessage;
     static const Layout kMessageBody;
-    static const Field aMessageBody[2];
+    static const std::array<Field, 2> aMessageBody;
 
     static const Layout* FindBody(std::uint32_t identifier) noexcept;
 };

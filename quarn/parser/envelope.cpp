@@ -2,50 +2,52 @@
 // the classification of a complete message, and the record made of it.
 #include "quarn/parser/take.h"
 
-#include "quarn/foundation/messages.h"
 #include "quarn/foundation/tl.h"
 
 #include <algorithm>
 #include <cstring>
 
 using namespace quarn::detail;
+namespace schema = quarn::schema;
 
-constexpr cSMLP::Field cSMLP::Tables::aMessage[] = {
-    Field::Octets(SML_MAX_TRANSACTION_ID)
-        .Refused({RC_TRANSACTION_ID_TYPE, "tId: ERROR: Type, smlp[%d]"},
-                 {RC_TRANSACTION_ID_LENGTH, "tId: ERROR: Len, smlp[%d]"})
-        .Kept(label::transactionId, KIND_DATA, Keep::Always)
-        .Then(&cSMLP::KeepTransactionId),
-    Field::Number(TLF_UNSIGNED, 1, 1)
-        .Refused({RC_GROUP_NO_TYPE, "grpNo: ERROR: Type, smlp[%d]"},
-                 {RC_GROUP_NO_LENGTH, "grpNo: ERROR: Len, smlp[%d]"})
-        .Kept(label::groupNo, KIND_UINT, Keep::Always)
-        .Then(&cSMLP::KeepGroupNo),
-    Field::Number(TLF_UNSIGNED, 1, 1)
-        .Refused({RC_ABORT_ON_ERROR_TYPE, "abortOnError: ERROR: Type, smlp[%d]"},
-                 {RC_ABORT_ON_ERROR_LENGTH, "abortOnError: ERROR: Len, smlp[%d]"})
-        .Kept(label::abortOnError, KIND_UINT, Keep::Always)
-        .Then(&cSMLP::CheckAbortOnError),
-    Field::Structure(kMessageBody).ReadBy(&cSMLP::ReadBody),
-    Field::Of(&cSMLP::ReadCrc),
-    Field::Of(&cSMLP::ReadEnd),
-};
+constexpr std::array<cSMLP::Field, 6> cSMLP::Tables::aMessage =
+    Fields(schema::aMessage,
+           {
+               Field::Octets()
+                   .Refused({RC_TRANSACTION_ID_TYPE, "tId: ERROR: Type, smlp[%d]"},
+                            {RC_TRANSACTION_ID_LENGTH, "tId: ERROR: Len, smlp[%d]"})
+                   .Kept(Keep::Always)
+                   .Then(&cSMLP::KeepTransactionId),
+               Field::Number()
+                   .Refused({RC_GROUP_NO_TYPE, "grpNo: ERROR: Type, smlp[%d]"},
+                            {RC_GROUP_NO_LENGTH, "grpNo: ERROR: Len, smlp[%d]"})
+                   .Kept(Keep::Always)
+                   .Then(&cSMLP::KeepGroupNo),
+               Field::Number()
+                   .Refused({RC_ABORT_ON_ERROR_TYPE, "abortOnError: ERROR: Type, smlp[%d]"},
+                            {RC_ABORT_ON_ERROR_LENGTH, "abortOnError: ERROR: Len, smlp[%d]"})
+                   .Kept(Keep::Always)
+                   .Then(&cSMLP::CheckAbortOnError),
+               Field::Structure(kMessageBody).ReadBy(&cSMLP::ReadBody),
+               Field::Of(&cSMLP::ReadCrc),
+               Field::Of(&cSMLP::ReadEnd),
+           });
 const cSMLP::Layout cSMLP::Tables::kMessage = Layout{
-    aMessage,
-    6,
+    aMessage.data(),
+    aMessage.size(),
     {RC_MSG_TYPE, "SmlMsg: ERROR: Seq-Type, smlp[%d]"},
     {RC_MSG_COUNT, "SmlMsg: ERROR: Seq-Len, smlp[%d]"},
     {}}.TakenBy(&cSMLP::TakeFields<aMessage>);
 
-constexpr cSMLP::Field cSMLP::Tables::aMessageBody[] = {
-    Field::Number(TLF_UNSIGNED, 0, 4)
+constexpr std::array<cSMLP::Field, 2> cSMLP::Tables::aMessageBody = {
+    Number(label::smlMsgIdentifier, schema::Unsigned({}, 4))
         .Refused({RC_TAG_TYPE, "MsgBody:Choice-Type, smlp[%d]"},
                  {RC_TAG_LENGTH, "MsgBody:Choice-Len, smlp[%d]"})
         .Then(&cSMLP::CheckMsgIdentifier),
     Field::Of(&cSMLP::ReadBody),
 };
-const cSMLP::Layout cSMLP::Tables::kMessageBody = Layout{aMessageBody,
-                                                         2,
+const cSMLP::Layout cSMLP::Tables::kMessageBody = Layout{aMessageBody.data(),
+                                                         aMessageBody.size(),
                                                          {RC_BODY_TYPE, "%s:Seq-Type!, smlp[%d]"},
                                                          {RC_BODY_COUNT, "%s:Seq-Cnt!, smlp[%d]"},
                                                          {},
@@ -216,12 +218,12 @@ bool cSMLP::AppendParts(Record& message, const Part& header, const Part& body,
                         const Part& status) const
 {
     message.AppendRecordPar(kLabel<label::SmlMsgHeader>, header, 0);
-    const MessageKind* const kind = FindMessageKind(uiMsgIdentifier);
-    if (kind == nullptr) {
+    const Layout* const layout = Tables::FindBody(uiMsgIdentifier);
+    if (layout == nullptr) {
         Say(kError, "BuildMsgRecord:UNKNOWN MsgIdentifier!, smlp[%d]");
         return false;
     }
-    message.AppendRecordPar(kind->bodyLabel, body, 0);
+    message.AppendRecordPar(layout->label, body, 0);
     message.AppendUIntPar(kLabel<label::SmlCrc>, bPaket ? usCrcCalc : usCrcRcv, 0);
     message.AppendRecordPar(kLabel<label::SmlStatus>, status, 0);
     message.AppendUIntPar(kLabel<label::SmltFlags>, uiSmltFlagsOut, 0);

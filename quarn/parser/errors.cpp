@@ -2,8 +2,6 @@
 // host how to answer.
 #include "quarn/parser/engine.h"
 
-#include "quarn/foundation/messages.h"
-
 using namespace quarn::detail;
 
 namespace

@@ -5,24 +5,25 @@
 #include <string>
 
 using namespace quarn::detail;
+namespace schema = quarn::schema;
 
 // ---- Times and list types
 
-constexpr cSMLP::Field cSMLP::Tables::aTime[] = {
-    Field::Number(TLF_UNSIGNED, 1, 1)
+constexpr std::array<cSMLP::Field, 2> cSMLP::Tables::aTime = {
+    Tag()
         .Refused({RC_TIME_CHOICE_TYPE, "Time:Choice-Type, smlp[%d]"},
                  {RC_TIME_CHOICE_LENGTH, "Time:Choice-Len, smlp[%d]"})
-        .Kept(label::type, KIND_UINT, Keep::Always)
+        .Kept(Keep::Always)
         .Then(&cSMLP::CheckTimeChoice),
-    Field::Number(TLF_UNSIGNED, 0, 4)
+    Number(label::value, schema::aTime[0])
         .ReadBy(&cSMLP::ReadTimeValue)
         .Refused({RC_TIME_TYPE, "Time:Type=%d, smlp[%d]"},
                  {RC_TIME_LENGTH, "Time:Len=%d, smlp[%d]"})
-        .Kept(label::value, KIND_UINT, Keep::Always),
+        .Kept(Keep::Always),
 };
 const cSMLP::Layout cSMLP::Tables::kTime = Layout{
-    aTime,
-    2,
+    aTime.data(),
+    aTime.size(),
     {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
     {RC_FIELD_TYPE, "Time:Seq-Type, smlp[%d]"},
     {RC_NOT_OPTIONAL,
@@ -37,37 +38,37 @@ int cSMLP::CheckTimeChoice()
 }
 
 const cSMLP::Layout cSMLP::Tables::kLocalTimestamp{
-    aLocalTimestamp,
-    3,
+    aLocalTimestamp.data(),
+    aLocalTimestamp.size(),
     {RC_LOCAL_TIME_TYPE, "LocalTimestamp:Seq-Type, smlp[%d]"},
     {RC_LOCAL_TIME_COUNT, "LocalTimestamp:Seq-Len, smlp[%d]"},
     {}};
-const cSMLP::Field cSMLP::Tables::aLocalTimestamp[] = {
-    Field::Number(TLF_UNSIGNED, 0, 4)
+const std::array<cSMLP::Field, 3> cSMLP::Tables::aLocalTimestamp = {
+    Number(label::value, schema::aLocalTime[0])
         .Refused({RC_TIME_TYPE, "LocTimestamp:Type=%d, smlp[%d]"},
                  {RC_TIME_LENGTH, "LocTimestamp:Len=%d, smlp[%d]"})
-        .Kept(label::value, KIND_UINT, Keep::Always),
-    Field::Number(TLF_INTEGER, 0, 2)
+        .Kept(Keep::Always),
+    Number(label::locOffset, schema::aLocalTime[1])
         .Refused({RC_LOC_OFFSET_TYPE, "LocOffset:Type=%d, smlp[%d]"},
                  {RC_LOC_OFFSET_LENGTH, "LocOffset:Len=%d, smlp[%d]"})
-        .Kept(label::locOffset, KIND_SINT, Keep::Always),
-    Field::Number(TLF_INTEGER, 0, 2)
+        .Kept(Keep::Always),
+    Number(label::seaOffset, schema::aLocalTime[2])
         .Refused({RC_SEA_OFFSET_TYPE, "LocSumTimeOffset:Type=%d, smlp[%d]"},
                  {RC_SEA_OFFSET_LENGTH, "LocSumTimeOffset:Len=%d, smlp[%d]"})
-        .Kept(label::seaOffset, KIND_SINT, Keep::Always),
+        .Kept(Keep::Always),
 };
 
-constexpr cSMLP::Field cSMLP::Tables::aListType[] = {
-    Field::Number(TLF_UNSIGNED, 1, 1)
+constexpr std::array<cSMLP::Field, 2> cSMLP::Tables::aListType = {
+    Tag()
         .Refused({RC_LIST_TYPE_CHOICE_TYPE, "SML_ListType:Choice-Type, smlp[%d]"},
                  {RC_LIST_TYPE_CHOICE_LENGTH, "SML_ListType:Choice-Len, smlp[%d]"})
-        .Kept(label::type, KIND_UINT, Keep::Always)
+        .Kept(Keep::Always)
         .Then(&cSMLP::CheckListTypeChoice),
-    Field::Structure(kTime).Kept(label::SmlTime, KIND_RECORD, Keep::Always),
+    Field::Structure(kTime).Kept(Keep::Always).Over(schema::aListType[0]),
 };
 const cSMLP::Layout cSMLP::Tables::kListType =
-    Layout{aListType,
-           2,
+    Layout{aListType.data(),
+           aListType.size(),
            {RC_LIST_TYPE_TYPE, "SML_ListType:Seq-Type!, smlp[%d]"},
            {RC_LIST_TYPE_COUNT, "SML_ListType:Seq-Cnt!, smlp[%d]"},
            {}};
@@ -93,75 +94,63 @@ struct cSMLP::Shared {
     // The name of an entry: refused without a trace unless it is an octet string.
     static constexpr Field ObjName(Refusal type = {RC_FIELD_TYPE, nullptr})
     {
-        return Field::Octets(SML_MAX_OBJ_NAME).Refused(type, {RC_STRING_LENGTH, nullptr});
+        return Field::Octets().Refused(type, {RC_STRING_LENGTH, nullptr});
     }
     // A unit that must be there.
     static constexpr Field Unit()
     {
-        return Field::Number(TLF_UNSIGNED, 1, 1)
-            .Refused({RC_UNIT_TYPE, "Unit:Type, smlp[%d]"}, {RC_UNIT_LENGTH, "Unit:Len, smlp[%d]"},
-                     {RC_NOT_OPTIONAL, "Unit:Optional not supported!, smlp[%d]"});
+        return Field::Number().Refused({RC_UNIT_TYPE, "Unit:Type, smlp[%d]"},
+                                       {RC_UNIT_LENGTH, "Unit:Len, smlp[%d]"},
+                                       {RC_NOT_OPTIONAL, "Unit:Optional not supported!, smlp[%d]"});
     }
     static constexpr Field Scaler(Refusal type, Refusal length)
     {
-        return Field::Number(TLF_INTEGER, 1, 1).Refused(type, length);
+        return Field::Number().Refused(type, length);
     }
     static constexpr Field PlainScaler()
     {
         return Scaler({RC_SCALER_TYPE, kScalerType}, {RC_SCALER_LENGTH, kScalerLen});
     }
     static constexpr Field Value() { return Field::Of(&cSMLP::ReadValue, Shape::Value); }
-    static constexpr Field KeptValue()
-    {
-        return Value().Kept(label::value, KIND_RECORD, Keep::Always);
-    }
+    static constexpr Field KeptValue() { return Value().Kept(Keep::Always); }
     // A signature that is passed over.
     static constexpr Field Signature()
     {
-        return Field::Octets(Field::kNoLimit)
-            .Optional()
-            .Refused({RC_SIGNATURE_TYPE, "Signature:Seq-Type, smlp[%d]"}, {});
+        return Field::Octets().Refused({RC_SIGNATURE_TYPE, "Signature:Seq-Type, smlp[%d]"}, {});
     }
-    static constexpr Field ValueSignature()
-    {
-        return Field::String(SML_MAX_SIGNATURE)
-            .Optional()
-            .Kept(label::valueSignature, KIND_DATA, Keep::IfSet);
-    }
+    static constexpr Field ValueSignature() { return Field::String().Kept(Keep::IfSet); }
 };
 
 // ---- Get-list response
 
-constexpr cSMLP::Field cSMLP::Tables::aListEntry[] = {
-    Shared::ObjName().Kept(label::objName, KIND_UINT64, Keep::IfSet),
-    Field::Number(TLF_UNSIGNED, 0, 8)
-        .Optional()
-        .Refused({RC_STATUS_TYPE, nullptr}, {RC_STATUS_LENGTH, nullptr})
-        .Kept(label::status, KIND_UINT64, Keep::Always),
-    Field::Structure(kTime).Optional().Kept(label::valTime, KIND_RECORD, Keep::IfSet),
-    Field::Number(TLF_UNSIGNED, 1, 1)
-        .Optional()
-        .Refused({RC_SCALER_TYPE, "SML_ListEntry:Unit-Type, smlp[%d]"},
-                 {RC_SCALER_LENGTH, "SML_ListEntry:Unit-Len, smlp[%d]"})
-        .Kept(label::unit, KIND_UINT, Keep::Always),
-    Shared::Scaler({RC_SCALER_TYPE, "SML_ListEntry:Scaler-Type, smlp[%d]"},
-                   {RC_SCALER_LENGTH, "SML_ListEntry:Scaler-Len, smlp[%d]"})
-        .Optional()
-        .Kept(label::scaler, KIND_SINT, Keep::Always),
-    Shared::KeptValue(),
-    Shared::ValueSignature(),
-};
+constexpr std::array<cSMLP::Field, 7> cSMLP::Tables::aListEntry = Fields(
+    schema::aListEntry, {
+                            Shared::ObjName().Kept(Keep::IfSet),
+                            Field::Number()
+                                .Refused({RC_STATUS_TYPE, nullptr}, {RC_STATUS_LENGTH, nullptr})
+                                .Kept(Keep::Always),
+                            Field::Structure(kTime).Kept(Keep::IfSet),
+                            Field::Number()
+                                .Refused({RC_SCALER_TYPE, "SML_ListEntry:Unit-Type, smlp[%d]"},
+                                         {RC_SCALER_LENGTH, "SML_ListEntry:Unit-Len, smlp[%d]"})
+                                .Kept(Keep::Always),
+                            Shared::Scaler({RC_SCALER_TYPE, "SML_ListEntry:Scaler-Type, smlp[%d]"},
+                                           {RC_SCALER_LENGTH, "SML_ListEntry:Scaler-Len, smlp[%d]"})
+                                .Kept(Keep::Always),
+                            Shared::KeptValue(),
+                            Shared::ValueSignature(),
+                        });
 const cSMLP::Layout cSMLP::Tables::kListEntry = Layout{
-    aListEntry,
-    7,
+    aListEntry.data(),
+    aListEntry.size(),
     {RC_LIST_ENTRY_TYPE, "SML_ListEntry:Seq-Type:0x%02x%02x%02x%02x, smlp[%d]"},
     {RC_LIST_ENTRY_COUNT, "SML_ListEntry:Seq-Len, smlp[%d]"},
     {}}.TakenBy(&cSMLP::TakeFields<aListEntry>);
 
-constexpr cSMLP::Field cSMLP::Tables::aList[] = {
-    Field::Structure(kListEntry).Kept(label::valListEntry, KIND_RECORD, Keep::Always),
+constexpr std::array<cSMLP::Field, 1> cSMLP::Tables::aList = {
+    Field::Structure(kListEntry).Kept(Keep::Always).Over(schema::kListElement),
 };
-const cSMLP::Layout cSMLP::Tables::kList = Layout{aList,
+const cSMLP::Layout cSMLP::Tables::kList = Layout{aList.data(),
                                                   0,
                                                   {RC_LIST_TYPE, "SML_List:Seq-Type, smlp[%d]"},
                                                   {},
@@ -173,10 +162,15 @@ const cSMLP::Layout cSMLP::Tables::kList = Layout{aList,
 // ---- Profiles
 
 const cSMLP::Layout cSMLP::Tables::kObjReqList{
-    aObjReqList, 0, {RC_OBJ_REQ_LIST_TYPE, "ListOf_ObjReqEntry:Wrong Type, smlp[%d]"}, {}, {}};
-const cSMLP::Field cSMLP::Tables::aObjReqList[] = {
+    aObjReqList.data(),
+    0,
+    {RC_OBJ_REQ_LIST_TYPE, "ListOf_ObjReqEntry:Wrong Type, smlp[%d]"},
+    {},
+    {}};
+const std::array<cSMLP::Field, 1> cSMLP::Tables::aObjReqList = {
     Shared::ObjName({RC_OBJ_REQ_ENTRY_TYPE, "ObjReqEntry:Seq-Type, smlp[%d]"})
-        .Then(&cSMLP::KeepObjReqEntry),
+        .Then(&cSMLP::KeepObjReqEntry)
+        .Over(schema::kObjectElement),
 };
 
 int cSMLP::KeepObjReqEntry()
@@ -195,112 +189,130 @@ int cSMLP::KeepObjReqEntry()
     return RC_DONE;
 }
 
-constexpr cSMLP::Field cSMLP::Tables::aHeaderEntry[] = {
-    Field::Octets(Field::kNoLimit)
-        .Refused({RC_HEADER_OBJ_NAME, "ProfObjHdEntry:TL-Field(objName), smlp[%d]"}, {}),
-    Shared::Unit(),
-    Shared::Scaler({RC_FIELD_TYPE, "ProfObjHdEntry:TL-Field(scaler), smlp[%d]"},
-                   {RC_FIELD_TYPE, "ProfObjHdEntry:TL-Field(scaler), smlp[%d]"}),
-};
+constexpr std::array<cSMLP::Field, 3> cSMLP::Tables::aHeaderEntry =
+    Fields(schema::aHeaderEntry,
+           {
+               Field::Octets().Refused(
+                   {RC_HEADER_OBJ_NAME, "ProfObjHdEntry:TL-Field(objName), smlp[%d]"}, {}),
+               Shared::Unit(),
+               Shared::Scaler({RC_FIELD_TYPE, "ProfObjHdEntry:TL-Field(scaler), smlp[%d]"},
+                              {RC_FIELD_TYPE, "ProfObjHdEntry:TL-Field(scaler), smlp[%d]"}),
+           });
 const cSMLP::Layout cSMLP::Tables::kHeaderEntry =
-    Layout{aHeaderEntry,
-           3,
+    Layout{aHeaderEntry.data(),
+           aHeaderEntry.size(),
            {RC_HEADER_ENTRY_TYPE, "ProfObjHdEntry:Seq-Type, smlp[%d]"},
            {RC_HEADER_ENTRY_COUNT, "ProfObjHdEntry:Seq-Len, smlp[%d]"},
            {}};
 
-constexpr cSMLP::Field cSMLP::Tables::aHeaderList[] = {Field::Structure(kHeaderEntry)};
-const cSMLP::Layout cSMLP::Tables::kHeaderList = Layout{
-    aHeaderList, 0, {RC_HEADER_LIST_TYPE, "ListOf:ProfObjHdEntry:Wrong Type, smlp[%d]"}, {}, {}};
+constexpr std::array<cSMLP::Field, 1> cSMLP::Tables::aHeaderList = {
+    Field::Structure(kHeaderEntry).Over(schema::kHeaderElement),
+};
+const cSMLP::Layout cSMLP::Tables::kHeaderList =
+    Layout{aHeaderList.data(),
+           0,
+           {RC_HEADER_LIST_TYPE, "ListOf:ProfObjHdEntry:Wrong Type, smlp[%d]"},
+           {},
+           {}};
 
-constexpr cSMLP::Field cSMLP::Tables::aValueEntry[] = {Shared::Value(), Shared::Signature()};
+constexpr std::array<cSMLP::Field, 2> cSMLP::Tables::aValueEntry =
+    Fields(schema::aValueEntry, {Shared::Value(), Shared::Signature()});
 const cSMLP::Layout cSMLP::Tables::kValueEntry =
-    Layout{aValueEntry,
-           2,
+    Layout{aValueEntry.data(),
+           aValueEntry.size(),
            {RC_VALUE_ENTRY_TYPE, "ValueEntry:Seq-Type, smlp[%d]"},
            {RC_VALUE_ENTRY_COUNT, "ValueEntry:Seq-Len, smlp[%d]"},
            {}};
 
-constexpr cSMLP::Field cSMLP::Tables::aValueList[] = {Field::Structure(kValueEntry)};
-const cSMLP::Layout cSMLP::Tables::kValueList =
-    Layout{aValueList, 0, {RC_VALUE_LIST_TYPE, "ListOf:ValueEntry:Seq-Type, smlp[%d]"}, {}, {}};
-
-constexpr cSMLP::Field cSMLP::Tables::aPeriodObjectEntry[] = {
-    Field::Structure(kTime),
-    Field::Number(TLF_UNSIGNED, 0, 8)
-        .ReadBy(&cSMLP::ReadUntypedStatus)
-        .Refused({}, {RC_STATUS_LENGTH, nullptr}),
-    Field::Structure(kValueList),
-    Shared::Signature(),
+constexpr std::array<cSMLP::Field, 1> cSMLP::Tables::aValueList = {
+    Field::Structure(kValueEntry).Over(schema::kValueElement),
 };
+const cSMLP::Layout cSMLP::Tables::kValueList = Layout{
+    aValueList.data(), 0, {RC_VALUE_LIST_TYPE, "ListOf:ValueEntry:Seq-Type, smlp[%d]"}, {}, {}};
+
+constexpr std::array<cSMLP::Field, 4> cSMLP::Tables::aPeriodObjectEntry =
+    Fields(schema::aPackPeriod,
+           {
+               Field::Structure(kTime),
+               Field::Of(&cSMLP::ReadUntypedStatus).Refused({}, {RC_STATUS_LENGTH, nullptr}),
+               Field::Structure(kValueList),
+               Shared::Signature(),
+           });
 const cSMLP::Layout cSMLP::Tables::kPeriodObjectEntry =
-    Layout{aPeriodObjectEntry,
-           4,
+    Layout{aPeriodObjectEntry.data(),
+           aPeriodObjectEntry.size(),
            {RC_PER_OBJ_ENTRY_TYPE, "ProfObjPerEntry:Seq-Type, smlp[%d]"},
            {RC_PER_OBJ_ENTRY_COUNT, "ProfObjPerEntry:Seq-Len, smlp[%d]"},
            {}};
 
-constexpr cSMLP::Field cSMLP::Tables::aPeriodObjectList[] = {Field::Structure(kPeriodObjectEntry)};
+constexpr std::array<cSMLP::Field, 1> cSMLP::Tables::aPeriodObjectList = {
+    Field::Structure(kPeriodObjectEntry).Over(schema::kPackPeriodElement),
+};
 const cSMLP::Layout cSMLP::Tables::kPeriodObjectList =
-    Layout{aPeriodObjectList,
+    Layout{aPeriodObjectList.data(),
            0,
            {RC_PER_OBJ_LIST_TYPE, "ListOf:ProfObjPeriodEntry:Seq-Type, smlp[%d]"},
            {},
            {}};
 
-constexpr cSMLP::Field cSMLP::Tables::aPeriodEntry[] = {
-    Shared::ObjName().Kept(label::objName, KIND_UINT64, Keep::IfSet),
-    Shared::Unit().Kept(label::unit, KIND_UINT, Keep::Always),
-    Shared::Scaler({RC_SCALER_TYPE, "PeriodEntry:Scaler-Type, smlp[%d]"},
-                   {RC_SCALER_LENGTH, "PeriodEntry:Scaler-Len, smlp[%d]"})
-        .Kept(label::scaler, KIND_SINT, Keep::Always),
-    Shared::KeptValue(),
-    Shared::ValueSignature(),
-};
+constexpr std::array<cSMLP::Field, 5> cSMLP::Tables::aPeriodEntry = Fields(
+    schema::aPeriodEntry, {
+                              Shared::ObjName().Kept(Keep::IfSet),
+                              Shared::Unit().Kept(Keep::Always),
+                              Shared::Scaler({RC_SCALER_TYPE, "PeriodEntry:Scaler-Type, smlp[%d]"},
+                                             {RC_SCALER_LENGTH, "PeriodEntry:Scaler-Len, smlp[%d]"})
+                                  .Kept(Keep::Always),
+                              Shared::KeptValue(),
+                              Shared::ValueSignature(),
+                          });
 const cSMLP::Layout cSMLP::Tables::kPeriodEntry = Layout{
-    aPeriodEntry,
-    5,
+    aPeriodEntry.data(),
+    aPeriodEntry.size(),
     {RC_PERIOD_ENTRY_TYPE, "PeriodEntry:Seq-Type, smlp[%d]"},
     {RC_PERIOD_ENTRY_COUNT, "PeriodEntry:Seq-Len, smlp[%d]"},
     {}}.TakenBy(&cSMLP::TakeFields<aPeriodEntry>);
 
-constexpr cSMLP::Field cSMLP::Tables::aPeriodList[] = {
-    Field::Structure(kPeriodEntry).Kept(label::SmlPeriodEntry, KIND_RECORD, Keep::Always),
+constexpr std::array<cSMLP::Field, 1> cSMLP::Tables::aPeriodList = {
+    Field::Structure(kPeriodEntry).Kept(Keep::Always).Over(schema::kPeriodElement),
 };
-const cSMLP::Layout cSMLP::Tables::kPeriodList =
-    Layout{aPeriodList, 0, {RC_PERIOD_LIST_TYPE, "ListOf:PeriodEntry:Seq-Type, smlp[%d]"}, {}, {}}
-        .TakenBy(&cSMLP::TakeElements<aPeriodList>);
+const cSMLP::Layout cSMLP::Tables::kPeriodList = Layout{
+    aPeriodList.data(),
+    0,
+    {RC_PERIOD_LIST_TYPE, "ListOf:PeriodEntry:Seq-Type, smlp[%d]"},
+    {},
+    {}}.TakenBy(&cSMLP::TakeElements<aPeriodList>);
 
-constexpr cSMLP::Field cSMLP::Tables::aTupelEntry[] = {
-    Field::String(SML_MAX_SERVER_ID).Optional(),
-    Field::Structure(kTime),
-    Field::Number(TLF_UNSIGNED, 0, 8)
-        .Refused({RC_TUPEL_STATUS_TYPE, "TupelEntry:Status-Type, smlp[%d]"},
-                 {RC_TUPEL_STATUS_LENGTH, "TupelEntry:Status-Len, smlp[%d]"}),
-    Shared::Unit(),
-    Shared::PlainScaler(),
-    Shared::Value(), // pA
-    Shared::Unit(),
-    Shared::PlainScaler(),
-    Shared::Value(), // R1
-    Shared::Unit(),
-    Shared::PlainScaler(),
-    Shared::Value(), // R4
-    Shared::Signature(),
-    Shared::Unit(),
-    Shared::PlainScaler(),
-    Shared::Value(), // mA
-    Shared::Unit(),
-    Shared::PlainScaler(),
-    Shared::Value(), // R2
-    Shared::Unit(),
-    Shared::PlainScaler(),
-    Shared::Value(), // R3
-    Shared::Signature(),
-};
+constexpr std::array<cSMLP::Field, 23> cSMLP::Tables::aTupelEntry =
+    Fields(schema::aTupelEntry,
+           {
+               Field::String(),
+               Field::Structure(kTime),
+               Field::Number().Refused({RC_TUPEL_STATUS_TYPE, "TupelEntry:Status-Type, smlp[%d]"},
+                                       {RC_TUPEL_STATUS_LENGTH, "TupelEntry:Status-Len, smlp[%d]"}),
+               Shared::Unit(),
+               Shared::PlainScaler(),
+               Shared::Value(), // pA
+               Shared::Unit(),
+               Shared::PlainScaler(),
+               Shared::Value(), // R1
+               Shared::Unit(),
+               Shared::PlainScaler(),
+               Shared::Value(), // R4
+               Shared::Signature(),
+               Shared::Unit(),
+               Shared::PlainScaler(),
+               Shared::Value(), // mA
+               Shared::Unit(),
+               Shared::PlainScaler(),
+               Shared::Value(), // R2
+               Shared::Unit(),
+               Shared::PlainScaler(),
+               Shared::Value(), // R3
+               Shared::Signature(),
+           });
 const cSMLP::Layout cSMLP::Tables::kTupelEntry =
-    Layout{aTupelEntry,
-           23,
+    Layout{aTupelEntry.data(),
+           aTupelEntry.size(),
            {RC_PROC_PAR_TYPE, "TupelEntry:Seq-Type, smlp[%d]"},
            {RC_PROC_PAR_COUNT, "TupelEntry:Seq-Len, smlp[%d]"},
            {}};

@@ -10,6 +10,7 @@
 #include "quarn/parser/tree_path.h"
 
 using namespace quarn::detail;
+namespace schema = quarn::schema;
 
 namespace
 {
@@ -35,54 +36,53 @@ enum eTREE_VALUE : unsigned char {
 } // namespace
 
 const cSMLP::Layout cSMLP::Tables::kTreePath{
-    aTreePath, 0, {RC_TREE_PATH_TYPE, "TreePath:Seq-Type, smlp[%d]"}, {}, {}};
-const cSMLP::Field cSMLP::Tables::aTreePath[] = {
-    Field::String(6).Kept(label::path_Entry, KIND_UINT64, Keep::IfSet),
+    aTreePath.data(), 0, {RC_TREE_PATH_TYPE, "TreePath:Seq-Type, smlp[%d]"}, {}, {}};
+const std::array<cSMLP::Field, 1> cSMLP::Tables::aTreePath = {
+    Field::String().Kept(Keep::IfSet).Over(schema::kPathElement),
 };
 
-constexpr cSMLP::Field cSMLP::Tables::aTree[] = {
-    Field::String(6).Kept(label::parName, KIND_UINT64, Keep::IfSet).Then(&cSMLP::TellParName),
-    Field::Structure(kProcParValue)
-        .Optional()
-        .Kept(label::procParVal, KIND_RECORD, Keep::IfSet)
-        .Then(&cSMLP::CheckTreeValue),
-    Field::Structure(kChildList)
-        .ReadBy(&cSMLP::ReadChildList)
-        .Optional()
-        .Kept(label::child_List, KIND_RECORD, Keep::IfSet)
-        .Then(&cSMLP::TellChildList),
-};
+constexpr std::array<cSMLP::Field, 3> cSMLP::Tables::aTree =
+    Fields(schema::aTree,
+           {
+               Field::String().Kept(Keep::IfSet).Then(&cSMLP::TellParName),
+               Field::Structure(kProcParValue).Kept(Keep::IfSet).Then(&cSMLP::CheckTreeValue),
+               Field::Structure(kChildList)
+                   .ReadBy(&cSMLP::ReadChildList)
+                   .Kept(Keep::IfSet)
+                   .Then(&cSMLP::TellChildList),
+           });
 const cSMLP::Layout cSMLP::Tables::kTree =
-    Layout{aTree,
-           3,
+    Layout{aTree.data(),
+           aTree.size(),
            {RC_TREE_TYPE, "Tree:Seq-Type, smlp[%d]"},
            {RC_TREE_COUNT, "Tree:Seq-Cnt, smlp[%d]"},
            {RC_NOT_OPTIONAL, "Tree:Optional not supported!, smlp[%d]"}};
 
 const cSMLP::Layout cSMLP::Tables::kProcParValue{
-    aProcParValue,
-    2,
+    aProcParValue.data(),
+    aProcParValue.size(),
     {RC_PROC_PAR_TYPE, "ProcParValue:Seq-Type, smlp[%d]"},
     {RC_PROC_PAR_COUNT, "ProcParValue:Seq-Cnt, smlp[%d]"},
     {},
     nullptr,
     nullptr,
     &cSMLP::FailedProcPar};
-const cSMLP::Field cSMLP::Tables::aProcParValue[] = {
-    Field::Number(TLF_UNSIGNED, 1, 1)
+const std::array<cSMLP::Field, 2> cSMLP::Tables::aProcParValue = {
+    Tag()
         .Refused({RC_VALUE_CHOICE_TYPE, "ProcParValue:Choice-Type, smlp[%d]"},
                  {RC_VALUE_CHOICE_LENGTH, "ProcParValue:Choice-Cnt, smlp[%d]"})
-        .Kept(label::type, KIND_UINT, Keep::Always)
+        .Kept(Keep::Always)
         .Then(&cSMLP::CheckProcParChoice),
     Field::Of(&cSMLP::ReadTreeValue)
-        .Kept(label::value, KIND_RECORD, Keep::Always)
-        .Then(&cSMLP::KeepProcParValue),
+        .Kept(Keep::Always)
+        .Then(&cSMLP::KeepProcParValue)
+        .Over(schema::aProcParValue[0]),
 };
 
 const cSMLP::Layout cSMLP::Tables::kChildList{
-    aChildList, 0, {RC_TREE_LIST_TYPE, "ListOfTree:Seq-Type, smlp[%d]"}, {}, {}};
-const cSMLP::Field cSMLP::Tables::aChildList[] = {
-    Field::Structure(kTree).Optional().Kept(label::parTree, KIND_RECORD, Keep::Always),
+    aChildList.data(), 0, {RC_TREE_LIST_TYPE, "ListOfTree:Seq-Type, smlp[%d]"}, {}, {}};
+const std::array<cSMLP::Field, 1> cSMLP::Tables::aChildList = {
+    Field::Structure(kTree).Kept(Keep::Always).Over(schema::kTreeElement),
 };
 
 // ---- A node's parts
