@@ -17,12 +17,14 @@
 #include "quarn/foundation/labels.h"
 #include "quarn/foundation/limits.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 // The tags of message bodies. An odd one is a response.
 enum eSML_MSG : unsigned {
@@ -172,7 +174,8 @@ constexpr Element Unsigned(std::string_view label, std::uint32_t bytes,
 {
     return {label, eTYPE::UNSIGNED, meaning, false, bytes};
 }
-constexpr Element Integer(std::string_view label, std::uint32_t bytes, eMEANING meaning)
+constexpr Element Integer(std::string_view label, std::uint32_t bytes,
+                          eMEANING meaning = eMEANING::PLAIN)
 {
     return {label, eTYPE::INTEGER, meaning, false, bytes};
 }
@@ -210,18 +213,17 @@ constexpr Structure ListOf(const Element& element) { return {eFORM::LIST, &eleme
 // ---- Times and values
 
 inline constexpr Element aLocalTime[] = {
-    Unsigned("timestamp", 4, eMEANING::TIMESTAMP),
+    Unsigned(label::value, 4, eMEANING::TIMESTAMP),
     Integer(label::locOffset, 2, eMEANING::OFFSET),
     Integer(label::seaOffset, 2, eMEANING::OFFSET),
 };
 inline constexpr Structure kLocalTime = Sequence(aLocalTime);
 
-// In a record: "type" is the tag, beside it "value" is the number and, of a local time, the
-// offsets.
+// In a record: "type" is the tag, and what the tag selects stands beside it.
 inline constexpr Element aTime[] = {
-    Tagged(1, Unsigned("seconds_index", 4, eMEANING::SECONDS)),
-    Tagged(2, Unsigned("timestamp", 4, eMEANING::TIMESTAMP)),
-    Tagged(3, Of(kLocalTime, "local")),
+    Tagged(1, Unsigned(label::value, 4, eMEANING::SECONDS)),
+    Tagged(2, Unsigned(label::value, 4, eMEANING::TIMESTAMP)),
+    Tagged(3, Of(kLocalTime, label::value)),
 };
 inline constexpr Structure kTime = Choice(aTime);
 
@@ -487,6 +489,58 @@ inline constexpr Element aMessage[] = {
     {"endOfSmlMsg", eTYPE::END},
 };
 inline constexpr Structure kMessage = Sequence(aMessage);
+
+// ---- The record of a message, around its body
+
+inline constexpr Element aMsgHeader[] = {
+    Octets(label::transactionId, SML_MAX_TRANSACTION_ID),
+    Unsigned(label::groupNo, 1),
+    Unsigned(label::abortOnError, 1),
+    Unsigned(label::smlMsgIdentifier, 4),
+    // Of the file's open message
+    Octets(label::openCid, SML_MAX_CLIENT_ID),
+    Octets(label::openRfid, SML_MAX_REQ_FILE_ID),
+    Octets(label::openSid, SML_MAX_SERVER_ID),
+    Octets(label::openTid, SML_MAX_TRANSACTION_ID),
+    Unsigned(label::openGNo, 1),
+    Unsigned(label::openAOE, 1),
+};
+inline constexpr Structure kMsgHeader = Sequence(aMsgHeader);
+
+inline constexpr Element aStatus[] = {Integer(label::Error, 4), Integer(label::Type, 4),
+                                      Integer(label::Cast, 4), Unsigned(label::MsgNoInFile, 4)};
+inline constexpr Structure kStatus = Sequence(aStatus);
+
+// The body stands behind the header.
+inline constexpr Element aRecord[] = {
+    Of(kMsgHeader, label::SmlMsgHeader), Unsigned(label::SmlCrc, 2),
+    Of(kStatus, label::SmlStatus),       Unsigned(label::SmltFlags, 4),
+    Octets(label::SmlMsgRawData),
+};
+inline constexpr Structure kRecord = Sequence(aRecord);
+
+// What a record has beside the elements of a choice, of a tree whose value came in packets, and of
+// a body in packets.
+inline constexpr Element aBeside[] = {
+    Unsigned(label::type, 1),   Of(kListType, label::smlList),  Boolean(label::extFlag),
+    Unsigned(label::extLen, 4), Unsigned(label::extMsgPart, 4),
+};
+inline constexpr Structure kBeside = Sequence(aBeside);
+
+// Calls visit with each structure that the record of a message can hold, once.
+template <typename Visit>
+void VisitStructures(Visit visit)
+{
+    std::vector<const Structure*> found{&kRecord, &kBody, &kBeside};
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        visit(*found[i]);
+        for (const Element& element : *found[i]) {
+            const Structure* const inner = element.pStructure;
+            if (inner != nullptr && std::find(found.begin(), found.end(), inner) == found.end())
+                found.push_back(inner);
+        }
+    }
+}
 
 } // namespace quarn::schema
 

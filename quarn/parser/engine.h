@@ -189,15 +189,10 @@ struct cSMLP::Tables {
             fields[i] = rows[i].Over(elements[i]);
         return fields;
     }
-    // The tag of a choice, and a number that stands under label.
+    // The tag of a choice.
     static constexpr Field Tag()
     {
         return Field::Number().Over(quarn::schema::Unsigned(quarn::label::type, 1));
-    }
-    static constexpr Field Number(std::string_view label, quarn::schema::Element element)
-    {
-        element.label = label;
-        return Field::Number().Over(element);
     }
 
     static const Layout kTime;

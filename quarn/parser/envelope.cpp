@@ -40,10 +40,11 @@ const cSMLP::Layout cSMLP::Tables::kMessage = Layout{
     {}}.TakenBy(&cSMLP::TakeFields<aMessage>);
 
 constexpr std::array<cSMLP::Field, 2> cSMLP::Tables::aMessageBody = {
-    Number(label::smlMsgIdentifier, schema::Unsigned({}, 4))
+    Field::Number()
         .Refused({RC_TAG_TYPE, "MsgBody:Choice-Type, smlp[%d]"},
                  {RC_TAG_LENGTH, "MsgBody:Choice-Len, smlp[%d]"})
-        .Then(&cSMLP::CheckMsgIdentifier),
+        .Then(&cSMLP::CheckMsgIdentifier)
+        .Over(schema::aMsgHeader[3]),
     Field::Of(&cSMLP::ReadBody),
 };
 const cSMLP::Layout cSMLP::Tables::kMessageBody = Layout{aMessageBody.data(),

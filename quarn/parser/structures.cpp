@@ -15,11 +15,12 @@ constexpr std::array<cSMLP::Field, 2> cSMLP::Tables::aTime = {
                  {RC_TIME_CHOICE_LENGTH, "Time:Choice-Len, smlp[%d]"})
         .Kept(Keep::Always)
         .Then(&cSMLP::CheckTimeChoice),
-    Number(label::value, schema::aTime[0])
+    Field::Number()
         .ReadBy(&cSMLP::ReadTimeValue)
         .Refused({RC_TIME_TYPE, "Time:Type=%d, smlp[%d]"},
                  {RC_TIME_LENGTH, "Time:Len=%d, smlp[%d]"})
-        .Kept(Keep::Always),
+        .Kept(Keep::Always)
+        .Over(schema::aTime[0]),
 };
 const cSMLP::Layout cSMLP::Tables::kTime = Layout{
     aTime.data(),
@@ -43,20 +44,22 @@ const cSMLP::Layout cSMLP::Tables::kLocalTimestamp{
     {RC_LOCAL_TIME_TYPE, "LocalTimestamp:Seq-Type, smlp[%d]"},
     {RC_LOCAL_TIME_COUNT, "LocalTimestamp:Seq-Len, smlp[%d]"},
     {}};
-const std::array<cSMLP::Field, 3> cSMLP::Tables::aLocalTimestamp = {
-    Number(label::value, schema::aLocalTime[0])
-        .Refused({RC_TIME_TYPE, "LocTimestamp:Type=%d, smlp[%d]"},
-                 {RC_TIME_LENGTH, "LocTimestamp:Len=%d, smlp[%d]"})
-        .Kept(Keep::Always),
-    Number(label::locOffset, schema::aLocalTime[1])
-        .Refused({RC_LOC_OFFSET_TYPE, "LocOffset:Type=%d, smlp[%d]"},
-                 {RC_LOC_OFFSET_LENGTH, "LocOffset:Len=%d, smlp[%d]"})
-        .Kept(Keep::Always),
-    Number(label::seaOffset, schema::aLocalTime[2])
-        .Refused({RC_SEA_OFFSET_TYPE, "LocSumTimeOffset:Type=%d, smlp[%d]"},
-                 {RC_SEA_OFFSET_LENGTH, "LocSumTimeOffset:Len=%d, smlp[%d]"})
-        .Kept(Keep::Always),
-};
+const std::array<cSMLP::Field, 3> cSMLP::Tables::aLocalTimestamp =
+    Fields(schema::aLocalTime,
+           {
+               Field::Number()
+                   .Refused({RC_TIME_TYPE, "LocTimestamp:Type=%d, smlp[%d]"},
+                            {RC_TIME_LENGTH, "LocTimestamp:Len=%d, smlp[%d]"})
+                   .Kept(Keep::Always),
+               Field::Number()
+                   .Refused({RC_LOC_OFFSET_TYPE, "LocOffset:Type=%d, smlp[%d]"},
+                            {RC_LOC_OFFSET_LENGTH, "LocOffset:Len=%d, smlp[%d]"})
+                   .Kept(Keep::Always),
+               Field::Number()
+                   .Refused({RC_SEA_OFFSET_TYPE, "LocSumTimeOffset:Type=%d, smlp[%d]"},
+                            {RC_SEA_OFFSET_LENGTH, "LocSumTimeOffset:Len=%d, smlp[%d]"})
+                   .Kept(Keep::Always),
+           });
 
 constexpr std::array<cSMLP::Field, 2> cSMLP::Tables::aListType = {
     Tag()
