@@ -126,12 +126,15 @@ constexpr Field kGetProcParRequest[] = {
 constexpr Field kGetProcParResponse[] = {
     {label::serverId, kOctets, "GetProcPar.Res: serverId missing"},
     {label::parTreePath, kTreePath},
-    {label::parTree, kTree},
+    {label::parTree, kTree, "GetProcPar.Res: parTree missing"},
 };
 
 constexpr Field kSetProcParRequest[] = {
-    {label::serverId, kOctets},      {label::username, kOctets}, {label::password, kOctets},
-    {label::parTreePath, kTreePath}, {label::parTree, kTree},
+    {label::serverId, kOctets},
+    {label::username, kOctets},
+    {label::password, kOctets},
+    {label::parTreePath, kTreePath},
+    {label::parTree, kTree, "SetProcPar.Req: parTree missing"},
 };
 
 constexpr Field kGetProfileRequest[] = {
