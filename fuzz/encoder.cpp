@@ -145,6 +145,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!error.IsValid() || error.GetSInt() != SML_STATUS_OK ||
         read.GetParCount("SmlCrc", 0, 0) == 0)
         return 0;
+    Require(SmlMessageIsWhole(sent.result), "what is read is whole", ToHex(sent.Bytes()));
     Sent again{sent.kind, Nested(read, "SmlMsgHeader"), Nested(read, sent.kind->name), {}};
     if (const vorn::cRecordPar raw = again.body.GetFirstPar("rawdata", 0, 0); raw.IsValid())
         AppendCopy(again.body, raw, "RawData");

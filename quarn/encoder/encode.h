@@ -41,6 +41,12 @@ enum eSML_ENCODE : int {
     SML_ENCODE_NO_MEMORY = -2   // memory ran out; result is untouched; traced at level 2
 };
 
+// Whether the message in result (of an encode function, or of SmlMessageToBin) carries every
+// element that it announces, from its head to its end byte. false: it did not fit its buffer, or
+// has one of the gaps named above, and its receiver refuses it; also when there is no message.
+// Takes time linear in the size of the message, and no memory.
+QUARN_API bool SmlMessageIsWhole(const vorn::cRecord& result);
+
 QUARN_API int Encode_Open_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
                                   vorn::cRecord& result);
 QUARN_API int Encode_Open_Response(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
