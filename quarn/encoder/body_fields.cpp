@@ -19,7 +19,7 @@ Object AbsentList()
 
 template <typename Entry>
 Object ReadEntries(const vorn::cRecord& body, const Field& field, const char* label,
-                   int (*convert)(const vorn::cRecord&, Entry&), const char* problem)
+                   int (*convert)(const vorn::cRecord&, Entry&, eENTRIES), const char* problem)
 {
     vorn::cRecord entries;
     if (!FindRecord(body, field.pcLabel, entries)) {
@@ -35,9 +35,7 @@ Object ReadEntries(const vorn::cRecord& body, const Field& field, const char* la
             return;
         }
         auto entry = std::make_unique<Entry>();
-        convert(rec, *entry);
-        if (entry->Get_Value() == nullptr)
-            return; // its receiver would refuse the message for it
+        convert(rec, *entry, eENTRIES::WHOLE);
         if (list->Add(entry.get()) != SML_LIST_OK)
             throw std::bad_alloc();
         static_cast<void>(entry.release());
@@ -79,7 +77,7 @@ Object ReadTree(const vorn::cRecord& body, const Field& field)
     auto tree = std::make_unique<Sml_Tree>();
     vorn::cRecord rec;
     if (FindRecord(body, field.pcLabel, rec))
-        ConvertTree(rec, *tree);
+        ConvertTree(rec, *tree, eENTRIES::WHOLE);
     else
         TraceMissing(field);
     return tree;
