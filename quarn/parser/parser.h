@@ -131,6 +131,7 @@ private:
     };
 
     int Walk();
+    void TellStop(int rc);
     int ReadField(Frame& frame);
     bool IsStuck() const noexcept;
     int OpenSequence(Frame& frame);
@@ -173,6 +174,8 @@ private:
     int TakeElements(Frame& frame);
 
     // ---- TL decoder and primitives
+
+    enum class Primitive : std::uint8_t { None, TlField, Integer, Octets };
 
     int Decode_TLField() noexcept;
     int Decode_LongTLField() noexcept;
@@ -231,7 +234,8 @@ private:
     int KeepProcParValue();
     int TellChildList();
     int KeepTree();
-    void FailedProcPar(int rc);
+    int TellListType();
+    void TellProcParStop(const Frame& frame, int rc);
 
     // ---- Trees, and their values delivered in packets
 
@@ -336,11 +340,11 @@ private:
     std::uint64_t ullInteger = 0;             // the integer read, not sign-extended
     const unsigned char* pucString = nullptr; // the octet string read: in the input or aucValueBuf
     std::uint32_t uiStringLen = 0;
-    std::uint32_t uiCacheCnt = 0;    // bytes read of the TL field or chunk in progress
-    std::uint32_t uiCacheLen = 0;    // bytes outstanding
-    std::uint16_t usCacheState = 0;  // 0 idle, 1 a primitive stopped for lack of input or room
-    std::uint32_t uiOctStrState = 0; // chunks: 0 none, 1 first, 2 further, 3 last delivered
-    std::uint16_t usFieldState = 0;  // of the field in progress: 0 its TL field
+    std::uint32_t uiCacheCnt = 0;           // bytes read of the TL field or chunk in progress
+    std::uint32_t uiCacheLen = 0;           // bytes outstanding
+    Primitive ePrimitive = Primitive::None; // that stopped for lack of input or room
+    std::uint32_t uiOctStrState = 0;        // chunks: 0 none, 1 first, 2 further, 3 last delivered
+    std::uint16_t usFieldState = 0;         // of the field in progress: 0 its TL field
     std::array<unsigned char, 8> aucTLFCache{};
 
     // Structures in progress: message, message body and body, then at most a tree's nodes and child

@@ -1,12 +1,13 @@
-// What records the parser makes of every kind of message: whole, and cut at every byte.
+// What records the parser makes of every kind of message, whole and in pieces.
+#include "tests/parser/in_pieces.h"
 #include "tests/support/message.h"
-#include "tests/support/parse.h"
 #include "tests/support/rows.h"
 #include "tests/support/trace_capture.h"
 
 #include <gtest/gtest.h>
 
 using test::CloseRes;
+using test::Hex;
 using test::Message;
 using test::OpenRes;
 using test::Parser;
@@ -14,7 +15,7 @@ using test::Parser;
 namespace
 {
 
-TEST(ParserRecords, BodiesOfEveryKindWithEveryCut)
+TEST(ParserRecords, BodiesOfEveryKindInAnyPieces)
 {
     const test::TraceCapture quiet;
     for (const test::Row& row : test::Rows("parser/bodies.txt", 4)) {
@@ -25,12 +26,7 @@ TEST(ParserRecords, BodiesOfEveryKindWithEveryCut)
         whole.FeedFile(file, {});
         EXPECT_EQ(whole.results, std::vector<int>{SMLP_FILE_COMPLETE});
         EXPECT_EQ((whole.records[1].begin() + 1)->ToString(), row[3]);
-        for (std::size_t cut = 0; cut < file.size(); ++cut) {
-            Parser parts;
-            parts.FeedFile(file, {cut});
-            EXPECT_EQ(parts.records, whole.records) << "cut at " << cut;
-            EXPECT_EQ(parts.results, (std::vector<int>{SMLP_OK, SMLP_FILE_COMPLETE})) << cut;
-        }
+        test::ExpectSameInPieces(file, OpenRes().size(), file.size(), whole);
     }
 }
 
@@ -90,6 +86,47 @@ TEST(ParserRecords, OpenRequestAndHeaders)
     }
 }
 
+// Where the value of a tree stops, and that a list type has ended, whatever it is the value of.
+TEST(ParserRecords, TracesOfTreeValues)
+{
+    std::string full = Hex("75 01 0F") + std::string(14, 'u') + Hex("05 70 70 70 70 F3 85 02");
+    for (int i = 0; i < 850; ++i)
+        full += Hex("07 01 02 03 04 05 06"); // of the path: eight bytes are free where the value is
+    const std::string few = Hex("75 01 01 01 70");
+    const std::string listType = "72 62 01 72 62 01 65 00 00 00 05";
+    const struct {
+        const char* pcName;
+        std::string strBegin;
+        std::string strValue;
+        bool bBytewise;
+        const char* pcCounts; // ended list types, empty inputs, full outputs
+    } rows[] = {
+        {"a number", few, "72 62 01 65 00 00 00 05", true, "0 5 0"},
+        {"a list type", few, "72 62 01" + listType, true, "1 11 0"},
+        {"in a period entry", few, "72 62 02 75 02 41 62 1E 52 FF" + listType + "01", true,
+         "1 0 0"},
+        {"a list type, the store full", full, "72 62 01" + listType, false, "1 0 1"},
+    };
+    for (const auto& row : rows) {
+        const std::string message =
+            test::Finish(test::Head("0600") + row.strBegin + Hex("73 02 41" + row.strValue + "01"));
+        const test::TraceCapture trace(LibSmlp, 16);
+        Parser parser;
+        for (std::size_t at = 0; at < message.size(); at += row.bBytewise ? 1 : message.size())
+            parser.Feed(BUF_FLAG_FIRST, message.substr(at, row.bBytewise ? 1 : std::string::npos));
+        std::string counts;
+        const auto lines = trace.Lines();
+        for (const char* line :
+             {"[16]: SML_Value:ListType: rc=0", "[16]: Tree: parValue: Input empty",
+              "[4]: Tree: parValue: Output full"}) {
+            counts += counts.empty() ? "" : " ";
+            counts += std::to_string(std::count(lines.begin(), lines.end(),
+                                                std::string("LibSmlp") + line + ", smlp[7]"));
+        }
+        EXPECT_EQ(counts, row.pcCounts) << row.pcName;
+    }
+}
+
 TEST(ParserRecords, KindsOfServerIds)
 {
     const struct {
@@ -107,7 +144,7 @@ TEST(ParserRecords, KindsOfServerIds)
         {"0501005E000001", "001"},
     };
     for (const auto& row : rows) {
-        const std::string id = test::Hex(row.pcId);
+        const std::string id = Hex(row.pcId);
         std::string casts;
         for (const auto is : {cSMLP::IsMucBroadcast, cSMLP::IsMucUnicast, cSMLP::IsMucMulticast})
             casts += is(id.data(), static_cast<unsigned>(id.size())) ? '1' : '0';
