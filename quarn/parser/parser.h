@@ -52,7 +52,7 @@
 // Time: the library has no timer. A host that sees no byte for longer than its inter-character
 // timeout calls TimeoutEvent and then SmlParser with an empty piece: an unfinished message is
 // dropped (a close message that lacks only its last byte is accepted, with an "Error"). To give up
-// a whole file, it passes a further empty piece flagged BUF_FLAG_LAST.
+// the whole file, it then calls Reset_FileAttributes.
 //
 // Threads: an instance serves one thread at a time, TimeoutEvent included. Instances share nothing
 // but the trace unit LibSmlp. Memory: the instance itself has a fixed size; the records grow with
@@ -91,6 +91,26 @@ public:
     // Notes that the inter-character timeout has expired; the next call of SmlParser without input
     // acts on it.
     void TimeoutEvent() noexcept;
+
+    // Between two calls of SmlParser, the host may reset what the parser has read so far. Both
+    // together give up the file; the next input must begin one, flagged BUF_FLAG_FIRST.
+    //
+    // Reset_MsgAttributes forgets the unfinished message and a timeout; the next input begins a
+    // message of the same file. Reset_FileAttributes forgets the open message, its identification
+    // and the count of messages; an unfinished message goes on, as the first of a file.
+    void Reset_MsgAttributes() noexcept;
+    void Reset_FileAttributes() noexcept;
+
+    // Empties the nodes and child lists of an unfinished parameter tree. What is still to come of
+    // it, the value that is being read included, is kept as if it were all. No effect elsewhere.
+    void Cleanup_TreeRecords() noexcept;
+
+    // Sets the "Error" (enum eSML_STATUS) of the unfinished message, or of the next one, to what a
+    // code of a parse function ("Decoding-Error: rc=%d") calls for; a code that is not known, to
+    // SML_STATUS_FE00. The parser may still set another; Reset_MsgAttributes takes it back. The
+    // result is -3 for the codes 10 and 11, and for 140 (wrong CRC) in a message with
+    // abort-on-error 0 that is neither the first of its file nor a close request; else -2.
+    int ErrorHandler(int code) noexcept;
 
     // Kinds of server ids. Broadcast: of no bytes, or 6 or 7 bytes all 0xFF. Unicast: the fixed own
     // id 05 00 00 00 00 00 00, or its last six bytes. Multicast: 01 00 5E and a byte below 0x80 at
@@ -227,6 +247,7 @@ private:
     int KeepGroupNo();
     int KeepClientId();
     int KeepReqFileId();
+    void KeepOpenHeader() noexcept;
     int KeepServerId();
     int KeepOpenServerId();
     int CompareServerId();
@@ -242,7 +263,6 @@ private:
     std::uint32_t TreeLevel() const noexcept;
     vorn::cRecord ExtendedValue(bool more) const;
     vorn::cRecord LinkedTree(const vorn::cRecord& procParVal) const;
-    void Cleanup_TreeRecords() noexcept;
     void AppendPacketTree(vorn::cRecord& body);
 
     // ---- Envelope, validation, records
@@ -277,10 +297,7 @@ private:
     int OnError(int rc, Records& out, int& count);
     void Emit(Records& out, int& count);
     static void Store(vorn::cRecord message, Records& out, int& count);
-    int ErrorHandler(int code);
-    int CrcError();
-    void Reset_FileAttributes() noexcept;
-    void Reset_MsgAttributes() noexcept;
+    int CrcError() noexcept;
 
     // ---- The message store: aucMsgBuf, and behind it, not copied yet, the bytes of the input from
     // pucRun to pucInData

@@ -227,10 +227,13 @@ vorn::cRecord cSMLP::LinkedTree(const vorn::cRecord& procParVal) const
 
 void cSMLP::Cleanup_TreeRecords() noexcept
 {
-    builder.Clear(aFrames[kFirstNode].uiLevel);
     for (std::uint32_t depth = kFirstNode; depth <= uiDepth; ++depth) {
-        aFrames[depth].bFilled = false;
-        aFrames[depth].bDelivered = true;
+        Frame& frame = aFrames[depth];
+        if (frame.pLayout != &Tables::kTree && frame.pLayout != &Tables::kChildList)
+            break; // the value of a node, or no tree at all
+        builder.Clear(frame.uiLevel);
+        frame.bFilled = false;
+        frame.bDelivered = true;
     }
 }
 

@@ -86,6 +86,28 @@ TEST(ParserRecords, OpenRequestAndHeaders)
     }
 }
 
+// An open message tells of itself what it had told when it was refused.
+TEST(ParserRecords, OpenDataOfARefusedOpenMessage)
+{
+    const test::TraceCapture quiet;
+    const struct {
+        const char* pcMessage;
+        const char* pcOpenData;
+    } rows[] = {
+        {"0100 77 01 02 C1 62", "openCid=c1, openRfid=, openSid=, openTid=, openGNo=0, openAOE=0"},
+        {"0100 77 01 02 C1 02 F1 62",
+         "openCid=c1, openRfid=f1, openSid=, openTid=09, openGNo=5, openAOE=1"},
+        {"0101 76 01 02 C1 02 F1 62",
+         "openCid=c1, openRfid=f1, openSid=, openTid=, openGNo=0, openAOE=0"},
+    };
+    for (const auto& row : rows) {
+        Parser parser;
+        parser.Feed(BUF_FLAG_FIRST, Hex(std::string("76 02 09 62 05 62 01 72 63") + row.pcMessage));
+        const std::string header = test::Nested(parser.records[0], "SmlMsgHeader").ToString();
+        EXPECT_NE(header.find(row.pcOpenData), std::string::npos) << header;
+    }
+}
+
 // Where the value of a tree stops, and that a list type has ended, whatever it is the value of.
 TEST(ParserRecords, TracesOfTreeValues)
 {
@@ -124,6 +146,42 @@ TEST(ParserRecords, TracesOfTreeValues)
                                                 std::string("LibSmlp") + line + ", smlp[7]"));
         }
         EXPECT_EQ(counts, row.pcCounts) << row.pcName;
+    }
+}
+
+// What has been read of a tree is forgotten up to the value in progress; elsewhere nothing is.
+TEST(ParserRecords, TreeRecordsAreCleanedUp)
+{
+    const test::TraceCapture quiet;
+    const std::string tree = test::Finish(
+        test::Head("0600") + Hex("75 01 01 01 71 02 41 73 02 41 72 62 01 62 05 72 73 02 42 01 01"
+                                 "73 02 43 72 62 01 65 00 00 00 07 01"));
+    const std::string list =
+        Message("0701", "77 01 02 AA 01 01 71 77 02 41 01 01 01 01 65 00 00 00 07 01 01 01");
+    const struct {
+        std::string strMessage;
+        std::size_t uiFed; // before
+        const char* pcBody;
+    } rows[] = {
+        {tree, 18,
+         "SmlSetProcParReq={serverId=, parTreePath={path_Entry=71468255805440}, "
+         "parTree={parName=71468255805440, procParVal={type=1, value=5}, "
+         "child_List={parTree={parName=72567767433216}, "
+         "parTree={parName=73667279060992, procParVal={type=1, value=7}}}}}"},
+        {tree, 41,
+         "SmlSetProcParReq={serverId=, parTreePath={path_Entry=71468255805440}, "
+         "parTree={child_List={parTree={procParVal={type=1, value=7}}}}}"},
+        {list, 28,
+         "SmlGetListRes={serverId=aa, valList={valListEntry={objName=71468255805440, "
+         "value=7}}}"},
+    };
+    for (const auto& row : rows) {
+        Parser parser;
+        parser.parser.Cleanup_TreeRecords();
+        parser.Feed(BUF_FLAG_FIRST, row.strMessage.substr(0, row.uiFed));
+        parser.parser.Cleanup_TreeRecords();
+        parser.Feed(0, row.strMessage.substr(row.uiFed));
+        EXPECT_EQ((parser.records[0].begin() + 1)->ToString(), row.pcBody);
     }
 }
 

@@ -15,15 +15,9 @@ namespace
 const std::map<std::string, int> kStatus = {
     {"FE00", SML_STATUS_FE00}, {"FE01", SML_STATUS_FE01}, {"FE10", SML_STATUS_FE10}};
 
-std::string Bytes(const std::string& text)
-{
-    return text[0] == '@' ? test::Head(text.substr(1, 4)) + test::Hex(text.substr(5))
-                          : test::Hex(text);
-}
-
 void ExpectRefusal(const test::Row& row, bool first)
 {
-    const std::string bytes = Bytes(row[1]);
+    const std::string bytes = test::Refused(row);
     test::Parser parser;
     if (!first)
         parser.Feed(BUF_FLAG_FIRST, test::OpenRes());
@@ -61,7 +55,7 @@ TEST(ParserRefusals, EveryCodeWithItsTraceAndStatus)
         }
         const test::TraceCapture quiet;
         test::Parser whole;
-        const std::string file = test::OpenRes() + Bytes(row[1]);
+        const std::string file = test::OpenRes() + test::Refused(row);
         whole.FeedFile(file, {});
         test::ExpectSameInPieces(file, test::OpenRes().size(), file.size(), whole);
     }

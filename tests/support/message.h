@@ -7,6 +7,7 @@
 #include "quarn/quarn.h"
 
 #include <string>
+#include <vector>
 
 namespace test
 {
@@ -32,6 +33,12 @@ inline std::string Message(const std::string& tag, const std::string& bodyHex)
 
 inline std::string OpenRes() { return Message("0101", "76 01 01 03 11 22 04 AA BB CC 01 01"); }
 inline std::string CloseRes() { return Message("0201", "71 01"); }
+
+// The bytes of a row of parser/refusals.txt.
+inline std::string Refused(const std::vector<std::string>& row)
+{
+    return row[1][0] == '@' ? Head(row[1].substr(1, 4)) + Hex(row[1].substr(5)) : Hex(row[1]);
+}
 
 // An octet string of any length with its TL field of seven bytes.
 inline std::string LongString(const std::string& data)
