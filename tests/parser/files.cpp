@@ -41,6 +41,7 @@ std::string Feed(Parser& parser, const std::string& piece, bool whole)
     static const std::string request = Message("0700", "75 02 C1 01 01 01 01");
     static const std::map<char, std::string> kMessages = {
         {'O', OpenRes()},
+        {'w', test::OddOpenRes()},
         {'o', BadCrc(OpenRes())},
         {'s', SwappedCrc(OpenRes())},
         {'q', BadCrc(closeReq)},
