@@ -169,6 +169,16 @@ TEST(Explain, CoversMoreThanCanBeKept)
     EXPECT_EQ(text.find("cannot be taken apart"), std::string::npos);
     EXPECT_NE(Explain(std::string(300000, 'x') + frame).text.find("no part of a frame"),
               std::string::npos);
+    // What has come is explained where a length of several bytes has not come whole.
+    const std::string large =
+        test::OpenRes() +
+        test::Finish(test::Head("0301") + Hex("7802AA7262016201620F707070") +
+                     test::LongString(std::string(tool::cExplainer::kMaxFrame, 'x')) + '\1') +
+        test::CloseRes();
+    for (const std::size_t cut : {1U, 5U}) {
+        const std::string input = large + test::OddOpenRes() + test::CloseRes();
+        EXPECT_FALSE(Explain(input, large.size() + cut, tool::INPUT_RAW).bDamaged);
+    }
 }
 
 // A message without frame, its checksum wrong unless it stands alone in the parser's mind.
