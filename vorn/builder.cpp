@@ -116,8 +116,7 @@ void cRecordBuilder::Drop() noexcept { aLevels.pop_back(); }
 
 void cRecordBuilder::Clear(std::size_t level) noexcept
 {
-    for (; level < aLevels.size(); ++level)
-        aLevels[level].pNext = aLevels[level].pFirst;
+    aLevels[level].pNext = aLevels[level].pFirst;
 }
 
 cRecord cRecordBuilder::Copy(std::size_t level) const

@@ -100,7 +100,7 @@ public:
     cPart Close() noexcept;
     // The same, and forgets it.
     void Drop() noexcept;
-    // Empties the records from level on, which stay open.
+    // Empties the open record of that level; those inside it stay as they are.
     void Clear(std::size_t level) noexcept;
 
     // A copy of an open record as it stands, without what is still open inside it. It has room for

@@ -79,11 +79,7 @@ public:
         return part;
     }
     void Drop() noexcept { aLevels.pop_back(); }
-    void Clear(std::size_t level) noexcept
-    {
-        for (; level < aLevels.size(); ++level)
-            aLevels[level].Create();
-    }
+    void Clear(std::size_t level) noexcept { aLevels[level].Create(); }
     vorn::cRecord Copy(std::size_t level) const { return aLevels[level]; }
     vorn::cRecord Get(const cPart& part) const { return part; }
     void Create() noexcept { aLevels.clear(); }

@@ -63,7 +63,9 @@ constexpr cSMLP::Field cSMLP::Tables::aListType[] = {
                  {RC_LIST_TYPE_CHOICE_LENGTH, "SML_ListType:Choice-Len, smlp[%d]"})
         .Kept(label::type, KIND_UINT, Keep::Always)
         .Then(&cSMLP::CheckListTypeChoice),
-    Field::Structure(kTime).Kept(label::SmlTime, KIND_RECORD, Keep::Always),
+    Field::Structure(kTime)
+        .Kept(label::SmlTime, KIND_RECORD, Keep::Always)
+        .Then(&cSMLP::TellListType),
 };
 const cSMLP::Layout cSMLP::Tables::kListType =
     Layout{aListType,
@@ -77,6 +79,12 @@ int cSMLP::CheckListTypeChoice()
     if (ullInteger == 1)
         return RC_DONE;
     return Refuse({RC_LIST_TYPE_CHOICE_VALUE, "SML_ListType:Choice-Value!, smlp[%d]"});
+}
+
+int cSMLP::TellListType()
+{
+    Say(kDetail, "SML_Value:ListType: rc=%d, smlp[%d]", int{RC_DONE});
+    return RC_DONE;
 }
 
 // ---- Fields that several entries share

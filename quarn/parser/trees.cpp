@@ -67,7 +67,7 @@ const cSMLP::Layout cSMLP::Tables::kProcParValue{
     {},
     nullptr,
     nullptr,
-    &cSMLP::FailedProcPar};
+    &cSMLP::TellProcParStop};
 const cSMLP::Field cSMLP::Tables::aProcParValue[] = {
     Field::Number(TLF_UNSIGNED, 1, 1)
         .Refused({RC_VALUE_CHOICE_TYPE, "ProcParValue:Choice-Type, smlp[%d]"},
@@ -110,10 +110,13 @@ int cSMLP::CheckProcParChoice()
     return RC_DONE;
 }
 
-// Told of every stop inside a node's value: of its choice in one way, of a plain value in another.
-void cSMLP::FailedProcPar(int rc)
+// Of stops inside a node's value: of its choice in one way, of a value, be it a list type, in
+// another. The other structures speak for themselves.
+void cSMLP::TellProcParStop(const Frame& frame, int rc)
 {
-    const bool choice = aFrames[uiDepth].uiIndex < 2;
+    const bool choice = frame.uiIndex < 2;
+    if (!choice && ucProcParChoice != TREE_VALUE)
+        return;
     if (rc == RC_VALUE_CHOICE_VALUE) {
         Say(kError, "Tree:Val-Choice!, smlp[%d]");
     } else if (choice) {
@@ -236,10 +239,13 @@ vorn::cRecord cSMLP::LinkedTree(const vorn::cRecord& procParVal) const
 
 void cSMLP::Cleanup_TreeRecords() noexcept
 {
-    builder.Clear(aFrames[kFirstNode].uiLevel);
     for (std::uint32_t depth = kFirstNode; depth <= uiDepth; ++depth) {
-        aFrames[depth].bFilled = false;
-        aFrames[depth].bDelivered = true;
+        Frame& frame = aFrames[depth];
+        if (frame.pLayout != &Tables::kTree && frame.pLayout != &Tables::kChildList)
+            break; // the value of a node, or no tree at all
+        builder.Clear(frame.uiLevel);
+        frame.bFilled = false;
+        frame.bDelivered = true;
     }
 }
 
