@@ -96,6 +96,12 @@ public:
         Append(name, TYPE_RECORD, bits);
     }
 
+    // How many parameters an open record has so far.
+    std::size_t Count(std::size_t level) const noexcept
+    {
+        return static_cast<std::size_t>(aLevels[level].pNext - aLevels[level].pFirst);
+    }
+
     // Ends the innermost record. REQUIRES: there is one.
     cPart Close() noexcept;
     // The same, and forgets it.
