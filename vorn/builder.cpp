@@ -125,7 +125,7 @@ cRecord cRecordBuilder::Copy(std::size_t level) const
     cRecord copy;
     if (open.pNext == open.pFirst)
         return copy;
-    copy.pNode = Node::New(static_cast<std::size_t>(open.pNext - open.pFirst) + kFirstCapacity);
+    copy.pNode = Node::New(Count(level) + kFirstCapacity);
     for (const cRecordPar* par = open.pFirst; par != open.pNext; ++par, ++copy.pNode->uiCount)
         new (copy.pNode->Pars() + copy.pNode->uiCount) cRecordPar(*par);
     return copy;

@@ -48,6 +48,10 @@ public:
     void Open() { aLevels.emplace_back(); }
     void Expect(std::size_t) noexcept {}
     std::size_t Levels() const noexcept { return aLevels.size(); }
+    std::size_t Count(std::size_t level) const
+    {
+        return static_cast<std::size_t>(aLevels[level].GetParCount(nullptr, 0, 0));
+    }
 
     void AppendUIntPar(const Label& name, unsigned v, int)
     {

@@ -270,7 +270,7 @@ private:
 
     std::uint32_t TreeLevel() const noexcept;
     vorn::cRecord ExtendedValue(bool more) const;
-    bool RepeatsTooMuch() noexcept;
+    bool RepeatsTooMuch();
     vorn::cRecord LinkedTree(const vorn::cRecord& procParVal) const;
     void AppendPacketTree(vorn::cRecord& body);
 

@@ -215,10 +215,10 @@ vorn::cRecord cSMLP::ExtendedValue(bool more) const
 // A packet repeats the nodes that stand beside those on the way to its value. Told again by each of
 // many packets they would take memory without bound: a message may repeat one node for each of its
 // bytes, which a tree of up to SML_VALUE_CHUNK nodes never exceeds.
-bool cSMLP::RepeatsTooMuch() noexcept
+bool cSMLP::RepeatsTooMuch()
 {
     for (std::uint32_t depth = uiDepth - 1; depth > kFirstNode; depth -= 2)
-        ullRepeated += aFrames[depth - 1].uiIndex - 1;
+        ullRepeated += builder.Count(aFrames[depth - 1].uiLevel);
     return ullRepeated > std::uint64_t{uiPaketBytes} + StoreUsed();
 }
 
