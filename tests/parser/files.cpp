@@ -37,6 +37,8 @@ std::string SwappedCrc(std::string message)
 std::string Feed(Parser& parser, const std::string& piece, bool whole)
 {
     static const std::string close = CloseRes();
+    static const std::string other =
+        test::Finish(Hex("76 05 01 02 03 04 62 00 62 00 72 63 02 01 71 01"));
     static const std::string closeReq = Message("0200", "71 01");
     static const std::string request = Message("0700", "75 02 C1 01 01 01 01");
     static const std::map<char, std::string> kMessages = {
@@ -51,7 +53,9 @@ std::string Feed(Parser& parser, const std::string& piece, bool whole)
         {'G', Hex("11 11")},
         {'a', close.substr(0, 5)},
         {'b', close.substr(5)},
-        {'h', Hex("76 05 01 02")},
+        {'h', other.substr(0, 4)},
+        {'i', other.substr(4, 1)},
+        {'j', other.substr(5)},
         {'d', close.substr(0, close.size() - 1)},
         {'e', close.substr(0, close.size() - 2)},
     };
