@@ -71,11 +71,13 @@ public:
         return to.bValid = inside.Open(par) && ClassOf<cSmlListType>().Read(
                                                    &to.content.emplace<cSmlListType>(), inside);
     }
-    // Of a list type only: other values are a parameter themselves.
+    // Of a list type only: other values are a parameter themselves. One that is not valid, as an
+    // assignment may leave it, is an empty record, with its own trace line.
     bool WriteInto(const void* value, RecordBuilder& to) const override
     {
         const auto* listType = std::get_if<cSmlListType>(&Of(value).content);
-        return ClassOf<cSmlListType>().Write(listType, to, label::smlList);
+        ClassOf<cSmlListType>().Write(listType, to, label::smlList);
+        return true;
     }
     bool Write(const void* value, RecordBuilder& to, const Label& label) const override
     {
