@@ -29,6 +29,10 @@
 #include <cstdint>
 #include <string>
 
+// Tells the users of this framework that begin, end and GetName show parameters in place, and that
+// the 26 bytes from GetName on can be read even if a name is shorter.
+#define VORN_PARAMETERS_IN_PLACE
+
 namespace vorn
 {
 
