@@ -43,19 +43,18 @@ Object ReadEntries(const vorn::cRecord& body, const Field& field, const char* la
     return list;
 }
 
-// Where the record holds entries alone.
-bool WriteEntries(const vorn::cRecordPar& par, const char* label,
+// Where all entries are good.
+template <std::size_t Size>
+bool WriteEntries(const vorn::cRecordPar& par, const char (&label)[Size],
                   bool (*write)(const vorn::cRecord&, cBuffer&), cBuffer& buf)
 {
     RecordReader<> entries;
     entries.Open(&par);
-    const int n = entries.Count(nullptr);
-    ToBin_as_ListCount(static_cast<unsigned short>(n), &buf);
-    int left = n;
-    entries.VisitElements(label, label, [&](const vorn::cRecordPar& entry) {
+    int left = entries.Count(label, Size);
+    ToBin_as_ListCount(static_cast<unsigned short>(left), &buf);
+    entries.VisitElements(label, nullptr, [&](const vorn::cRecordPar& entry) {
         vorn::cRecord rec;
-        left -= RecordOf(entry, rec) && write(rec, buf) ? 1 : 0;
-        return true;
+        return RecordOf(entry, rec) && write(rec, buf) && --left > 0;
     });
     return left == 0;
 }
