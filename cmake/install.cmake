@@ -9,7 +9,8 @@ if(NOT QUARN_FRAMEWORK)
 endif()
 set_target_properties(quarn PROPERTIES INSTALL_RPATH $ORIGIN)
 install(TARGETS ${libraries} EXPORT quarn
-        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development)
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 
 # find_package(quarn)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/quarn)

@@ -60,6 +60,10 @@ public:
     // Frames an encoded message; the first and the last of a file open and end the frame.
     bool Send(const vorn::cRecord& encoded)
     {
+        if (!SmlMessageIsWhole(encoded)) {
+            std::cerr << "the message is too long for its kind: ask for less\n";
+            return false;
+        }
         const vorn::cRecordPar raw = encoded.GetFirstPar("SmlMsgRawData", 0, 0);
         vorn::cRecord transport;
         transport.AppendDataPar("RawData", raw.GetData(), raw.GetSize(), 0);

@@ -5,23 +5,45 @@
 #include "tests/support/failing_new.h"
 #include "tests/support/parse.h"
 
+#include <functional>
+
 namespace
 {
 
 using fuzz::Require;
 using vorn::cRecord;
 
+using Size = std::function<std::size_t()>; // of the next piece
+
 // Pieces as the tool gives them: each may begin a file, and nothing follows what was refused.
-void Feed(test::Parser& parser, std::string_view bytes, test::Choices* cuts)
+void Feed(test::Parser& parser, std::string_view bytes, const Size& size)
 {
-    const auto feed = [&parser](std::string_view piece, bool) {
-        return parser.Feed(BUF_FLAG_FIRST, piece) >= 0;
-    };
-    if (cuts != nullptr)
-        fuzz::InPieces(bytes, *cuts, 8, 3000, feed);
-    else if (!bytes.empty())
-        feed(bytes, true);
+    for (bool more = true; more && !bytes.empty();) {
+        const std::string_view piece = bytes.substr(0, size());
+        bytes.remove_prefix(piece.size());
+        more = parser.Feed(BUF_FLAG_FIRST, piece) >= 0;
+    }
     parser.Reset();
+}
+
+// Byte by byte, in any pieces, and in three of which the middle one fits into a field.
+void RequireSameInPieces(const test::Parser& whole, std::string_view bytes, test::Choices& cuts)
+{
+    unsigned piece = 0;
+    const Size sizes[] = {
+        [] { return 1; },
+        [&cuts] { return 1 + cuts.Below(cuts.Chance(50) ? 8 : 3000); },
+        [&] {
+            const auto size = static_cast<unsigned>(bytes.size());
+            return ++piece == 1 ? cuts.Below(size) : piece == 2 ? 1 + cuts.Below(8) : size;
+        },
+    };
+    for (const Size& size : sizes) {
+        test::Parser pieces;
+        Feed(pieces, bytes, size);
+        Require(pieces.records == whole.records && pieces.count == whole.count,
+                "cutting the input changes nothing", whole.Text() + "in pieces:\n" + pieces.Text());
+    }
 }
 
 // The raw bytes of the records are runs of the input, in order.
@@ -90,16 +112,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     test::Parser whole;
     const long before = test::lBytesInUse;
-    Feed(whole, bytes, nullptr);
+    Feed(whole, bytes, [&bytes] { return bytes.size(); });
     // The parser keeps the memory of three messages for the next ones.
     const long most = 200 * static_cast<long>(bytes.size()) + 3 * 10240L;
     Require(test::lBytesInUse - before <= most, "memory is in proportion to the input",
             std::to_string(test::lBytesInUse - before) + " bytes");
 
-    test::Parser pieces;
-    Feed(pieces, bytes, &cuts);
-    Require(pieces.records == whole.records && pieces.count == whole.count,
-            "cutting the input changes nothing", whole.Text() + "in pieces:\n" + pieces.Text());
+    RequireSameInPieces(whole, bytes, cuts);
     RequireRawBytesOf(whole, bytes);
     for (const auto& [key, record] : whole.records) {
         for (const auto& row : kClasses) {

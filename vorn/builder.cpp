@@ -116,8 +116,7 @@ void cRecordBuilder::Drop() noexcept { aLevels.pop_back(); }
 
 void cRecordBuilder::Clear(std::size_t level) noexcept
 {
-    for (; level < aLevels.size(); ++level)
-        aLevels[level].pNext = aLevels[level].pFirst;
+    aLevels[level].pNext = aLevels[level].pFirst;
 }
 
 cRecord cRecordBuilder::Copy(std::size_t level) const
@@ -126,7 +125,7 @@ cRecord cRecordBuilder::Copy(std::size_t level) const
     cRecord copy;
     if (open.pNext == open.pFirst)
         return copy;
-    copy.pNode = Node::New(static_cast<std::size_t>(open.pNext - open.pFirst) + kFirstCapacity);
+    copy.pNode = Node::New(Count(level) + kFirstCapacity);
     for (const cRecordPar* par = open.pFirst; par != open.pNext; ++par, ++copy.pNode->uiCount)
         new (copy.pNode->Pars() + copy.pNode->uiCount) cRecordPar(*par);
     return copy;

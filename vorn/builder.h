@@ -96,11 +96,17 @@ public:
         Append(name, TYPE_RECORD, bits);
     }
 
+    // How many parameters an open record has so far.
+    std::size_t Count(std::size_t level) const noexcept
+    {
+        return static_cast<std::size_t>(aLevels[level].pNext - aLevels[level].pFirst);
+    }
+
     // Ends the innermost record. REQUIRES: there is one.
     cPart Close() noexcept;
     // The same, and forgets it.
     void Drop() noexcept;
-    // Empties the records from level on, which stay open.
+    // Empties the open record of that level; those inside it stay as they are.
     void Clear(std::size_t level) noexcept;
 
     // A copy of an open record as it stands, without what is still open inside it. It has room for

@@ -8,7 +8,7 @@
 #include "vorn/record.h"
 
 #include <cstring>
-#include <limits>
+#include <new>
 
 namespace vorn::detail
 {
@@ -41,16 +41,8 @@ struct alignas(cRecordPar) Node {
     }
 
     // Memory for a node of that many parameters.
-    static std::size_t Size(std::size_t capacity)
-    {
-        if (capacity > std::numeric_limits<std::uint32_t>::max() / sizeof(cRecordPar))
-            throw std::bad_alloc();
-        return sizeof(Node) + capacity * sizeof(cRecordPar);
-    }
-    static Node* New(std::size_t capacity) // REQUIRES: capacity > 0
-    {
-        return new (::operator new(Size(capacity))) Node(capacity);
-    }
+    static std::size_t Size(std::size_t capacity);
+    static Node* New(std::size_t capacity); // REQUIRES: capacity > 0
     // Drops a reference to node, which may be null.
     static void Release(Node* node) noexcept;
 

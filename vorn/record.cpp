@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -13,6 +14,18 @@ static_assert(sizeof(cRecordPar) <= 64, "a parameter fits one cache line");
 
 namespace detail
 {
+
+std::size_t Node::Size(std::size_t capacity)
+{
+    if (capacity > std::numeric_limits<std::uint32_t>::max() / sizeof(cRecordPar))
+        throw std::bad_alloc();
+    return sizeof(Node) + capacity * sizeof(cRecordPar);
+}
+
+Node* Node::New(std::size_t capacity)
+{
+    return new (::operator new(Size(capacity))) Node(capacity);
+}
 
 Node* Node::Clear(Node* dead) noexcept
 {
@@ -90,14 +103,15 @@ cRecordPar::cRecordPar(const char* text, std::size_t nameSize, eTYPE type, cMemB
 
 cRecordPar::cRecordPar(const cRecordPar& other) noexcept : cObject(other) { CopyFrom(other); }
 
-cRecordPar::cRecordPar(cRecordPar&& other) noexcept { TakeFrom(other); }
+cRecordPar::cRecordPar(cRecordPar&& other) noexcept : buf(std::move(other.buf)) { TakeRest(other); }
 
 cRecordPar& cRecordPar::operator=(const cRecordPar& other) noexcept
 {
     if (this != &other) {
         cRecordPar copy(other); // first, since other may live in what this handle keeps alive
         DropRefs();
-        TakeFrom(copy);
+        buf = std::move(copy.buf);
+        TakeRest(copy);
     }
     return *this;
 }
@@ -107,7 +121,8 @@ cRecordPar& cRecordPar::operator=(cRecordPar&& other) noexcept
     if (this != &other) {
         cRecordPar taken(std::move(other));
         DropRefs();
-        TakeFrom(taken);
+        buf = std::move(taken.buf);
+        TakeRest(taken);
     }
     return *this;
 }
@@ -128,9 +143,8 @@ void cRecordPar::CopyFrom(const cRecordPar& other) noexcept
         nested->AddRef();
 }
 
-void cRecordPar::TakeFrom(cRecordPar& other) noexcept
+void cRecordPar::TakeRest(cRecordPar& other) noexcept
 {
-    buf = std::move(other.buf);
     name = other.name; // a long name's reference moves along
     ucNameSize = std::exchange(other.ucNameSize, std::uint8_t{0});
     ucType = std::exchange(other.ucType, std::uint8_t{TYPE_NONE});

@@ -30,6 +30,10 @@
 #include <string>
 #include <string_view>
 
+// Tells the users of this framework that begin, end and GetName show parameters in place, and that
+// the 26 bytes from GetName on can be read even if a name is shorter.
+#define VORN_PARAMETERS_IN_PLACE
+
 namespace vorn
 {
 
@@ -194,7 +198,7 @@ private:
     bool Equals(const cRecordPar& other) const;
     bool SameLeaf(const cRecordPar& other) const noexcept; // but for what is nested
     void CopyFrom(const cRecordPar& other) noexcept;       // REQUIRES: this holds no references
-    void TakeFrom(cRecordPar& other) noexcept;             // the same; other becomes invalid
+    void TakeRest(cRecordPar& other) noexcept; // the same, but for buf; other becomes invalid
     void DropRefs() noexcept;
 
     cMemBuffer buf; // the bytes, the scalar's 8 bytes, or the nested node's address

@@ -19,7 +19,7 @@ Object AbsentList()
 
 template <typename Entry>
 Object ReadEntries(const vorn::cRecord& body, const Field& field, const char* label,
-                   int (*convert)(const vorn::cRecord&, Entry&), const char* problem)
+                   int (*convert)(const vorn::cRecord&, Entry&, eENTRIES), const char* problem)
 {
     vorn::cRecord entries;
     if (!FindRecord(body, field.pcLabel, entries)) {
@@ -35,9 +35,7 @@ Object ReadEntries(const vorn::cRecord& body, const Field& field, const char* la
             return;
         }
         auto entry = std::make_unique<Entry>();
-        convert(rec, *entry);
-        if (entry->Get_Value() == nullptr)
-            return; // its receiver would refuse the message for it
+        convert(rec, *entry, eENTRIES::WHOLE);
         if (list->Add(entry.get()) != SML_LIST_OK)
             throw std::bad_alloc();
         static_cast<void>(entry.release());
@@ -45,19 +43,18 @@ Object ReadEntries(const vorn::cRecord& body, const Field& field, const char* la
     return list;
 }
 
-// Where the record holds entries alone.
-bool WriteEntries(const vorn::cRecordPar& par, const char* label,
+// Where all entries are good.
+template <std::size_t Size>
+bool WriteEntries(const vorn::cRecordPar& par, const char (&label)[Size],
                   bool (*write)(const vorn::cRecord&, cBuffer&), cBuffer& buf)
 {
     RecordReader<> entries;
     entries.Open(&par);
-    const int n = entries.Count(nullptr);
-    ToBin_as_ListCount(static_cast<unsigned short>(n), &buf);
-    int left = n;
-    entries.VisitElements(label, label, [&](const vorn::cRecordPar& entry) {
+    int left = entries.Count(label, Size);
+    ToBin_as_ListCount(static_cast<unsigned short>(left), &buf);
+    entries.VisitElements(label, nullptr, [&](const vorn::cRecordPar& entry) {
         vorn::cRecord rec;
-        left -= RecordOf(entry, rec) && write(rec, buf) ? 1 : 0;
-        return true;
+        return RecordOf(entry, rec) && write(rec, buf) && --left > 0;
     });
     return left == 0;
 }
@@ -79,7 +76,7 @@ Object ReadTree(const vorn::cRecord& body, const Field& field)
     auto tree = std::make_unique<Sml_Tree>();
     vorn::cRecord rec;
     if (FindRecord(body, field.pcLabel, rec))
-        ConvertTree(rec, *tree);
+        ConvertTree(rec, *tree, eENTRIES::WHOLE);
     else
         TraceMissing(field);
     return tree;

@@ -10,8 +10,8 @@ namespace quarn::detail::encoder
 Object ReadTreePath(const vorn::cRecord& body, const Field& field); // always a path, may be empty
 Object ReadTree(const vorn::cRecord& body, const Field& field);
 Object ReadObjectList(const vorn::cRecord& body, const Field& field); // absent when empty
-// Lists of entries: empty (70) when the record is. Elements that are no records, and entries
-// without a usable value, are traced and left out of the list and its count.
+// Lists of entries: empty (70) when the record is. Elements that are no records are traced and left
+// out of the list and its count.
 Object ReadPeriodList(const vorn::cRecord& body, const Field& field);
 Object ReadValueList(const vorn::cRecord& body, const Field& field);
 bool WritePeriodList(const vorn::cRecordPar& par, cBuffer& buf);

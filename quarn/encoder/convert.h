@@ -187,18 +187,23 @@ std::unique_ptr<Sml_ListOf> MakeList(int n); // dynamic, of n empty slots
 // The list owns the element, or it dies here when the list has no such slot.
 void Place(Sml_ListOf& list, Object element, int slot);
 
+// What becomes of an entry without a usable value: its slot stays empty, or the entry is whole,
+// with an absent value.
+enum class eENTRIES { AS_FOUND, WHOLE };
+
 extern const Field kMsgHeader[3];
 int ConvertMsgHeader(const vorn::cRecord& rec, Sml_OctetString& transactionId,
                      Sml_Unsigned8& groupNo, Sml_Unsigned8& abortOnError);
 int CountPathEntries(const vorn::cRecord& rec);
 int ConvertTreePath(const vorn::cRecord& rec, Sml_TreePath& path);
-int ConvertTree(const vorn::cRecord& rec, Sml_Tree& tree, unsigned level = 0);
-int ConvertChildList(const vorn::cRecord& rec, Sml_ListOf& list, int n, unsigned level = 1);
-int ConvertProcParValue(const vorn::cRecord& rec, Sml_ProcParValue& ppv);
+int ConvertTree(const vorn::cRecord& rec, Sml_Tree& tree, eENTRIES entries, unsigned level = 0);
+int ConvertChildList(const vorn::cRecord& rec, Sml_ListOf& list, int n, eENTRIES entries,
+                     unsigned level = 1);
+int ConvertProcParValue(const vorn::cRecord& rec, Sml_ProcParValue& ppv, eENTRIES entries);
 int ConvertListType(const vorn::cRecord& rec, Sml_ListType& lt);
-int ConvertPeriodEntry(const vorn::cRecord& rec, Sml_PeriodEntry& pe);
+int ConvertPeriodEntry(const vorn::cRecord& rec, Sml_PeriodEntry& pe, eENTRIES entries);
 bool WritePeriodEntry(const vorn::cRecord& rec, cBuffer& buf);
-int ConvertListEntry(const vorn::cRecord& rec, Sml_ListEntry& le);
+int ConvertListEntry(const vorn::cRecord& rec, Sml_ListEntry& le, eENTRIES entries);
 bool WriteListEntry(const vorn::cRecord& rec, cBuffer& buf);
 int ConvertObjectList(const vorn::cRecord& rec, Sml_ListOf& list, int n);
 

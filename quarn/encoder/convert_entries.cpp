@@ -20,7 +20,7 @@ Object ReadValue(const vorn::cRecord& rec, const Field& field, const char* unkno
 }
 
 template <Object (*kRead)(const vorn::cRecord&, const Field&)>
-constexpr Conversion kValue = {kRead, WriteValue, 0, true};
+constexpr Conversion kValue = {kRead, WriteValue};
 
 Object ReadPeriodValue(const vorn::cRecord& rec, const Field& field)
 {
@@ -52,12 +52,16 @@ constexpr Field kListEntry[] = {
 };
 
 template <std::size_t N>
-int FillEntry(const vorn::cRecord& rec, ListStructure& entry, const Field (&fields)[N])
+int FillEntry(const vorn::cRecord& rec, ListStructure& entry, const Field (&fields)[N],
+              eENTRIES entries)
 {
     entry.SetDynamicFlag(true);
     unsigned slot = 0;
     for (const Field& field : fields) {
-        if (Object object = field.how.pRead(rec, field)) {
+        Object object = field.how.pRead(rec, field);
+        if (!object && entries == eENTRIES::WHOLE)
+            object = std::make_unique<Sml_OctetString>();
+        if (object) {
             if (entry.SetListElement(object.get(), slot) != SML_LIST_OK)
                 throw std::bad_alloc(); // the entry has no slots
             static_cast<void>(object.release());
@@ -69,16 +73,16 @@ int FillEntry(const vorn::cRecord& rec, ListStructure& entry, const Field (&fiel
 
 } // namespace
 
-int ConvertPeriodEntry(const vorn::cRecord& rec, Sml_PeriodEntry& pe)
+int ConvertPeriodEntry(const vorn::cRecord& rec, Sml_PeriodEntry& pe, eENTRIES entries)
 {
     vorn::cRecord nested;
     return FillEntry(FindRecord(rec, label::SmlPeriodEntry, nested) ? nested : rec, pe,
-                     kPeriodEntry);
+                     kPeriodEntry, entries);
 }
 
-int ConvertListEntry(const vorn::cRecord& rec, Sml_ListEntry& le)
+int ConvertListEntry(const vorn::cRecord& rec, Sml_ListEntry& le, eENTRIES entries)
 {
-    return FillEntry(rec, le, kListEntry);
+    return FillEntry(rec, le, kListEntry, entries);
 }
 
 bool WritePeriodEntry(const vorn::cRecord& rec, cBuffer& buf)

@@ -30,7 +30,7 @@ unsigned AnyUInt(const vorn::cRecord& time, const char* label, const char* missi
     return 0;
 }
 
-Object MakePeriodAlternative(const vorn::cRecordPar& par)
+Object MakePeriodAlternative(const vorn::cRecordPar& par, eENTRIES entries)
 {
     vorn::cRecord value;
     vorn::cRecord nested;
@@ -41,7 +41,7 @@ Object MakePeriodAlternative(const vorn::cRecordPar& par)
         return nullptr;
     }
     auto entry = std::make_unique<Sml_PeriodEntry>();
-    ConvertPeriodEntry(value, *entry);
+    ConvertPeriodEntry(value, *entry, entries);
     return entry;
 }
 
@@ -65,7 +65,7 @@ Object MakeTimeAlternative(const vorn::cRecordPar& par)
     return Object(new Sml_Time(TimeOf(time, type, seconds)));
 }
 
-Object MakeListAlternative(const vorn::cRecordPar& par)
+Object MakeListAlternative(const vorn::cRecordPar& par, eENTRIES entries)
 {
     vorn::cRecord value;
     if (!RecordOf(par, value)) {
@@ -73,27 +73,27 @@ Object MakeListAlternative(const vorn::cRecordPar& par)
         return nullptr;
     }
     auto entry = std::make_unique<Sml_ListEntry>();
-    ConvertListEntry(value, *entry);
+    ConvertListEntry(value, *entry, entries);
     return entry;
 }
 
-Object MakeAlternative(unsigned choice, const vorn::cRecordPar& par)
+Object MakeAlternative(unsigned choice, const vorn::cRecordPar& par, eENTRIES entries)
 {
     switch (choice) {
     case 1:
         return MakeValue(par, "Rec2ProcParVal: <Value> of unknown Type");
     case 2:
-        return MakePeriodAlternative(par);
+        return MakePeriodAlternative(par, entries);
     case 4:
         return MakeTimeAlternative(par);
     case 5:
-        return MakeListAlternative(par);
+        return MakeListAlternative(par, entries);
     default:
         return nullptr;
     }
 }
 
-void ConvertChildren(const vorn::cRecord& tree, Sml_Tree& out, unsigned level)
+void ConvertChildren(const vorn::cRecord& tree, Sml_Tree& out, eENTRIES entries, unsigned level)
 {
     vorn::cRecord children;
     if (!FindRecord(tree, label::child_List, children))
@@ -105,14 +105,14 @@ void ConvertChildren(const vorn::cRecord& tree, Sml_Tree& out, unsigned level)
         Trace(LibSmle, kError, "Rec2Tree: child_List: more than %u levels", SML_MAX_TREE_DEPTH);
     } else {
         auto list = MakeList(n);
-        ConvertChildList(children, *list, n, level + 1);
+        ConvertChildList(children, *list, n, entries, level + 1);
         Give(out, &Sml_Tree::Set_ChildList, std::move(list));
     }
 }
 
 } // namespace
 
-int ConvertTree(const vorn::cRecord& rec, Sml_Tree& tree, unsigned level)
+int ConvertTree(const vorn::cRecord& rec, Sml_Tree& tree, eENTRIES entries, unsigned level)
 {
     vorn::cRecord fields;
     if (level != 0 || !FindRecord(rec, label::parTree, fields))
@@ -128,14 +128,15 @@ int ConvertTree(const vorn::cRecord& rec, Sml_Tree& tree, unsigned level)
     vorn::cRecord value;
     if (FindRecord(fields, label::procParVal, value)) {
         auto ppv = std::make_unique<Sml_ProcParValue>();
-        if (ConvertProcParValue(value, *ppv) != 0)
+        if (ConvertProcParValue(value, *ppv, entries) != 0)
             Give(tree, &Sml_Tree::Set_ParValue, std::move(ppv));
     }
-    ConvertChildren(fields, tree, level);
+    ConvertChildren(fields, tree, entries, level);
     return 1;
 }
 
-int ConvertChildList(const vorn::cRecord& rec, Sml_ListOf& list, int n, unsigned level)
+int ConvertChildList(const vorn::cRecord& rec, Sml_ListOf& list, int n, eENTRIES entries,
+                     unsigned level)
 {
     int slot = 0;
     Walk(rec, label::parTree, n, [&](const vorn::cRecordPar& par) {
@@ -145,13 +146,13 @@ int ConvertChildList(const vorn::cRecord& rec, Sml_ListOf& list, int n, unsigned
             return;
         }
         auto tree = std::make_unique<Sml_Tree>();
-        ConvertTree(child, *tree, level);
+        ConvertTree(child, *tree, entries, level);
         Place(list, std::move(tree), slot++);
     });
     return 1;
 }
 
-int ConvertProcParValue(const vorn::cRecord& rec, Sml_ProcParValue& ppv)
+int ConvertProcParValue(const vorn::cRecord& rec, Sml_ProcParValue& ppv, eENTRIES entries)
 {
     unsigned choice = 0;
     vorn::cRecordPar type;
@@ -171,7 +172,7 @@ int ConvertProcParValue(const vorn::cRecord& rec, Sml_ProcParValue& ppv)
         Trace(LibSmle, kError, "Rec2ProcParVal: <SmlTupelEntry> not supported");
         return 0;
     }
-    if (Object object = MakeAlternative(choice, value))
+    if (Object object = MakeAlternative(choice, value, entries))
         ppv.Set_ProcParValue(static_cast<unsigned char>(choice), object.release());
     return 1;
 }

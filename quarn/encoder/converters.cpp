@@ -46,19 +46,19 @@ int Record_2_SmlTreePath(vorn::cRecord& rec, Sml_TreePath* path)
 int Record_2_SmlTree(vorn::cRecord& rec, Sml_Tree* tree)
 {
     return Converted(tree != nullptr, "Rec2Tree: NULL-Pointer",
-                     [&] { return ConvertTree(rec, *tree); });
+                     [&] { return ConvertTree(rec, *tree, eENTRIES::AS_FOUND); });
 }
 
 int Record_2_SmlChildList(vorn::cRecord& rec, Sml_ListOf* list, int n)
 {
     return Converted(list != nullptr && n > 0, "Rec2ChildList: NULL-Pointer/Cnt=0",
-                     [&] { return ConvertChildList(rec, *list, n); });
+                     [&] { return ConvertChildList(rec, *list, n, eENTRIES::AS_FOUND); });
 }
 
 int Record_2_SmlProcParValue(vorn::cRecord& rec, Sml_ProcParValue* ppv)
 {
     return Converted(ppv != nullptr, "Rec2ProcParVal: NULL-Pointer",
-                     [&] { return ConvertProcParValue(rec, *ppv); });
+                     [&] { return ConvertProcParValue(rec, *ppv, eENTRIES::AS_FOUND); });
 }
 
 int Record_2_SmlListType(vorn::cRecord& rec, Sml_ListType* lt)
@@ -70,13 +70,13 @@ int Record_2_SmlListType(vorn::cRecord& rec, Sml_ListType* lt)
 int Record_2_SmlPeriodEntry(vorn::cRecord& rec, Sml_PeriodEntry* pe)
 {
     return Converted(pe != nullptr, "Rec2PerEntry: NULL-Pointer",
-                     [&] { return ConvertPeriodEntry(rec, *pe); });
+                     [&] { return ConvertPeriodEntry(rec, *pe, eENTRIES::AS_FOUND); });
 }
 
 int Record_2_SmlListEntry(vorn::cRecord& rec, Sml_ListEntry* le)
 {
     return Converted(le != nullptr, "Rec2ListEntry: NULL-Pointer",
-                     [&] { return ConvertListEntry(rec, *le); });
+                     [&] { return ConvertListEntry(rec, *le, eENTRIES::AS_FOUND); });
 }
 
 int Record_2_SmlObjectList(vorn::cRecord& rec, Sml_ListOf* list, int n)

@@ -3,7 +3,9 @@
 // A parameter counts only when it is there, holds a value and is of the expected kind; no kind is
 // converted into another. What is missing or of the wrong kind is left absent or empty, with a
 // trace line of LibSmle where the object cannot well do without it; nothing stops the conversion of
-// the rest. 64-bit names are six octets, the first in bits 47 to 40.
+// the rest. 64-bit names are six octets, the first in bits 47 to 40. An entry without a usable
+// value keeps an empty slot for it, and then announces an element more than it writes; the encode
+// functions put an absent value there.
 //
 // Result: 1 when the converter ran to its end, 0 when it refused its input (a null pointer among
 // it), always with a trace line at level 2; 0 also when memory runs out. The object may be partly

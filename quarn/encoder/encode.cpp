@@ -6,6 +6,7 @@
 #include "quarn/encoder/message.h"
 #include "quarn/foundation/frame_flags.h"
 #include "quarn/foundation/labels.h"
+#include "quarn/foundation/limits.h"
 
 #include <array>
 #include <new>
@@ -53,7 +54,7 @@ void EncodeFields(const Message& kind, const vorn::cRecord& bodyRec, const vorn:
 }
 
 // The short way: straight from the records into a buffer, where all of them is plain and fits.
-constexpr long kShortWay = 4000;
+constexpr long kShortWay = SML_MAX_ENCODED_LIST;
 
 bool WriteMessage(const Message& kind, const vorn::cRecord& bodyRec, const vorn::cRecord& headerRec,
                   vorn::cRecord& result)
@@ -126,12 +127,15 @@ constexpr Field kGetProcParRequest[] = {
 constexpr Field kGetProcParResponse[] = {
     {label::serverId, kOctets, "GetProcPar.Res: serverId missing"},
     {label::parTreePath, kTreePath},
-    {label::parTree, kTree},
+    {label::parTree, kTree, "GetProcPar.Res: parTree missing"},
 };
 
 constexpr Field kSetProcParRequest[] = {
-    {label::serverId, kOctets},      {label::username, kOctets}, {label::password, kOctets},
-    {label::parTreePath, kTreePath}, {label::parTree, kTree},
+    {label::serverId, kOctets},
+    {label::username, kOctets},
+    {label::password, kOctets},
+    {label::parTreePath, kTreePath},
+    {label::parTree, kTree, "SetProcPar.Req: parTree missing"},
 };
 
 constexpr Field kGetProfileRequest[] = {
@@ -177,37 +181,38 @@ constexpr Field kGetListResponse[] = {
 
 int Encode_Open_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec, vorn::cRecord& result)
 {
-    static constexpr Message kMessage = {"Encode OpenReq", SML_OPEN_REQ, kFirst, 500,
-                                         "OpenRequest",    kOpenRequest};
+    static constexpr Message kMessage = {"Encode OpenReq",         SML_OPEN_REQ,  kFirst,
+                                         SML_MAX_ENCODED_ENVELOPE, "OpenRequest", kOpenRequest};
     return Encode(kMessage, bodyRec, headerRec, result);
 }
 
 int Encode_Open_Response(vorn::cRecord& bodyRec, vorn::cRecord& headerRec, vorn::cRecord& result)
 {
-    static constexpr Message kMessage = {"Encode OpenResp", SML_OPEN_RES, kFirst, 500,
-                                         "OpenResponse",    kOpenResponse};
+    static constexpr Message kMessage = {"Encode OpenResp",        SML_OPEN_RES,   kFirst,
+                                         SML_MAX_ENCODED_ENVELOPE, "OpenResponse", kOpenResponse};
     return Encode(kMessage, bodyRec, headerRec, result);
 }
 
 int Encode_Close_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec, vorn::cRecord& result)
 {
-    static constexpr Message kMessage = {"Encode CloseReq", SML_CLOSE_REQ, kLast, 500,
-                                         "CloseRequest",    kClose};
+    static constexpr Message kMessage = {"Encode CloseReq",        SML_CLOSE_REQ,  kLast,
+                                         SML_MAX_ENCODED_ENVELOPE, "CloseRequest", kClose};
     return Encode(kMessage, bodyRec, headerRec, result);
 }
 
 int Encode_Close_Response(vorn::cRecord& bodyRec, vorn::cRecord& headerRec, vorn::cRecord& result)
 {
-    static constexpr Message kMessage = {"Encode CloseResp", SML_CLOSE_RES, kLast, 500,
-                                         "CloseResponse",    kClose};
+    static constexpr Message kMessage = {"Encode CloseResp",       SML_CLOSE_RES,   kLast,
+                                         SML_MAX_ENCODED_ENVELOPE, "CloseResponse", kClose};
     return Encode(kMessage, bodyRec, headerRec, result);
 }
 
 int Encode_Attention_Response(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
                               vorn::cRecord& result)
 {
-    static constexpr Message kMessage = {"Encode AttentionResp", SML_ATTENTION_RES, kWithin, 500,
-                                         "AttentionResponse",    kAttentionResponse};
+    static constexpr Message kMessage = {
+        "Encode AttentionResp",   SML_ATTENTION_RES,   kWithin,
+        SML_MAX_ENCODED_ENVELOPE, "AttentionResponse", kAttentionResponse};
     return Encode(kMessage, bodyRec, headerRec, result);
 }
 
@@ -215,8 +220,8 @@ int Encode_GetProcPar_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
                               vorn::cRecord& result)
 {
     static constexpr Message kMessage = {
-        "Encode GetProcParReq", SML_GET_PROC_PAR_REQ, kWithin, 1000,
-        "GetProcParRequest",    kGetProcParRequest};
+        "Encode GetProcParReq",  SML_GET_PROC_PAR_REQ, kWithin,
+        SML_MAX_ENCODED_REQUEST, "GetProcParRequest",  kGetProcParRequest};
     return Encode(kMessage, bodyRec, headerRec, result);
 }
 
@@ -224,8 +229,8 @@ int Encode_GetProcPar_Response(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
                                vorn::cRecord& result)
 {
     static constexpr Message kMessage = {
-        "Encode GetProcParResp", SML_GET_PROC_PAR_RES, kWithin, 10000,
-        "GetProcParResponse",    kGetProcParResponse};
+        "Encode GetProcParResp", SML_GET_PROC_PAR_RES, kWithin,
+        SML_MAX_ENCODED_TREE,    "GetProcParResponse", kGetProcParResponse};
     return Encode(kMessage, bodyRec, headerRec, result);
 }
 
@@ -233,8 +238,8 @@ int Encode_SetProcPar_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
                               vorn::cRecord& result)
 {
     static constexpr Message kMessage = {
-        "Encode SetProcParReq", SML_SET_PROC_PAR_REQ, kWithin, 10000,
-        "SetProcParRequest",    kSetProcParRequest};
+        "Encode SetProcParReq", SML_SET_PROC_PAR_REQ, kWithin,
+        SML_MAX_ENCODED_TREE,   "SetProcParRequest",  kSetProcParRequest};
     return Encode(kMessage, bodyRec, headerRec, result);
 }
 
@@ -242,11 +247,11 @@ int Encode_GetProfile_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
                               vorn::cRecord& result, int iChoice)
 {
     static constexpr Message kPack = {
-        "Encode GetProfilePackReq", SML_GET_PROFILE_PACK_REQ, kWithin, 1000,
-        "GetProfileRequest",        kGetProfileRequest};
+        "Encode GetProfilePackReq", SML_GET_PROFILE_PACK_REQ, kWithin,
+        SML_MAX_ENCODED_REQUEST,    "GetProfileRequest",      kGetProfileRequest};
     static constexpr Message kList = {
-        "Encode GetProfileListReq", SML_GET_PROFILE_LIST_REQ, kWithin, 1000,
-        "GetProfileRequest",        kGetProfileRequest};
+        "Encode GetProfileListReq", SML_GET_PROFILE_LIST_REQ, kWithin,
+        SML_MAX_ENCODED_REQUEST,    "GetProfileRequest",      kGetProfileRequest};
     if (iChoice == SML_GET_PROFILE_PACK_REQ)
         return Encode(kPack, bodyRec, headerRec, result);
     if (iChoice == SML_GET_PROFILE_LIST_REQ)
@@ -259,21 +264,22 @@ int Encode_GetProfileList_Response(vorn::cRecord& bodyRec, vorn::cRecord& header
                                    vorn::cRecord& result)
 {
     static constexpr Message kMessage = {
-        "Encode GetProfileListResp", SML_GET_PROFILE_LIST_RES, kWithin, 4000,
-        "GetProfileListResponse",    kGetProfileListResponse};
+        "Encode GetProfileListResp", SML_GET_PROFILE_LIST_RES, kWithin,
+        SML_MAX_ENCODED_LIST,        "GetProfileListResponse", kGetProfileListResponse};
     return Encode(kMessage, bodyRec, headerRec, result);
 }
 
 int Encode_GetList_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec, vorn::cRecord& result)
 {
-    static constexpr Message kMessage = {"Encode GetListReq", SML_GET_LIST_REQ, kWithin, 1000,
-                                         "GetListRequest",    kGetListRequest};
+    static constexpr Message kMessage = {
+        "Encode GetListReq",     SML_GET_LIST_REQ, kWithin,
+        SML_MAX_ENCODED_REQUEST, "GetListRequest", kGetListRequest};
     return Encode(kMessage, bodyRec, headerRec, result);
 }
 
 int Encode_GetList_Response(vorn::cRecord& bodyRec, vorn::cRecord& headerRec, vorn::cRecord& result)
 {
-    static constexpr Message kMessage = {"Encode GetListRes", SML_GET_LIST_RES, kWithin, 4000,
-                                         "GetListResponse",   kGetListResponse};
+    static constexpr Message kMessage = {"Encode GetListRes",  SML_GET_LIST_RES,  kWithin,
+                                         SML_MAX_ENCODED_LIST, "GetListResponse", kGetListResponse};
     return Encode(kMessage, bodyRec, headerRec, result);
 }

@@ -14,18 +14,57 @@
 // included). bodyRec and headerRec are not changed.
 //
 // A field that is missing, or of another kind than its layout says, is written as not set (01), and
-// the message is produced all the same; LibSmle traces at level 2 or 16 what the receiver will miss
-// (a level of 8 adds a line for each message). So are byte strings of no bytes or of more than
-// 1200. An element of "valList" or "period_List" that is no record, or has no usable "value", is
-// left out of the list and its count, with its trace line. One thing makes a message that its
-// receiver will refuse, since it then announces more elements than it carries: a tree path, an
-// object list or a child list with elements of the wrong kind, or an entry without a usable "value"
-// as the value of a tree.
+// the message is produced all the same. So is a byte string of no bytes or of more than 1200; that
+// is not traced. A receiver refuses a message without the fields that are needed. LibSmle traces
+// the lack of these fields, and with level 8 a line for each message:
 //
-// Sizes: a message is built in a buffer of 500 bytes (open, close, attention), 1000 (requests),
-// 4000 (list and profile list responses) or 10000 (get-process-parameter response,
-// set-process-parameter request). What does not fit is left out, field by field, which also makes a
-// message that its receiver refuses. Lists longer than that are the host's to divide.
+//   message                 needed                     traced at level 2         at level 16
+//   (header)                all three                  all three
+//   open request            clientId, reqFileId                                  those needed
+//   open response           reqFileId, serverId        those needed
+//   profile requests                                   beginTime, endTime,       object_List
+//                                                      parTreePath
+//   profile list response   serverId, status,          actTime, parTreePath,
+//                           period_List                valTime, status,
+//                                                      period_List
+//   get-proc-par request                               parTreePath
+//   get-proc-par response   serverId, parTree          those and parTreePath
+//   set-proc-par request    parTree                    parTree, parTreePath
+//   list request            clientId
+//   list response           serverId, valList          those needed
+//   attention response      serverId, attentionNo                                those needed
+//   valListEntry            objName                    objName, value
+//   SmlPeriodEntry          objName, unit, scaler      those and value
+//   parTree                 parName                    parName
+//   procParVal                                         type, value
+//   its SmlTime             type                                                 type, value
+//   smlList                 SmlTime, its type          type, SmlTime
+//
+// A receiver takes an abortOnError of 0, 1, 2 and 0xFF. Without parTreePath, a path of no names
+// (70) is written.
+//
+// These are written as not set and traced at level 2: an object_List of no names; a value of a kind
+// that SML does not have; an smlList that is none, or of another type than 1; in a procParVal a
+// type other than 1, 2, 4 and 5, and for 2 a value that is no period entry. For 4 and 5 a value
+// that is no record is traced at level 16. Left out and traced at level 2: a child_List of no
+// trees, and the levels of a tree beyond SML_MAX_TREE_DEPTH.
+//
+// A list or period entry is written whole, in a list and in a tree, with a value that is not set
+// where its value is missing or unusable. An element of "valList" or "period_List" that is no
+// record holds nothing to write: it is left out of the list and its count, and traced at level 2.
+//
+// One thing leaves a gap, so that the message announces more elements than it carries and its
+// receiver refuses it: an element of another kind in a tree path, an object list or a child list.
+// It is traced at level 2. A path without it would lead elsewhere.
+//
+// Sizes: a message has at most SML_MAX_ENCODED_ENVELOPE bytes (open, close, attention), _REQUEST
+// (requests that send no tree), _LIST (list and profile list responses) or _TREE (get-proc-par
+// response, set-proc-par request), see foundation/limits.h. What does not fit is left out, field by
+// field, which makes a message that its receiver refuses; only byte strings are traced, at level 2.
+// SmlMessageIsWhole tells; longer lists are the host's to divide.
+//
+//   if (rc == SML_ENCODE_OK && SmlMessageIsWhole(result))
+//       Send(result);
 //
 // Result: eSML_ENCODE. Throws nothing and keeps no state: different threads may encode at once.
 #ifndef QUARN_ENCODER_ENCODE_H
@@ -40,6 +79,12 @@ enum eSML_ENCODE : int {
     SML_ENCODE_BAD_CHOICE = -1, // Encode_GetProfile_Request: another iChoice; result is untouched
     SML_ENCODE_NO_MEMORY = -2   // memory ran out; result is untouched; traced at level 2
 };
+
+// Whether the message in result (of an encode function, or of SmlMessageToBin) carries every
+// element that it announces, from its head to its end byte. false: it did not fit its buffer, or
+// has the gap named above, and its receiver refuses it; or there is no message. Takes time linear
+// in the size of the message. Throws nothing.
+QUARN_API bool SmlMessageIsWhole(const vorn::cRecord& result);
 
 QUARN_API int Encode_Open_Request(vorn::cRecord& bodyRec, vorn::cRecord& headerRec,
                                   vorn::cRecord& result);

@@ -1,9 +1,13 @@
 // The message with its CRC, and the result record.
 #include "quarn/encoder/message.h"
 
+#include "quarn/encoder/encode.h"
+#include "quarn/foundation/fields.h"
 #include "quarn/foundation/labels.h"
+#include "quarn/foundation/tl.h"
 #include "quarn/foundation/trace.h"
 
+#include <cstdint>
 #include <utility>
 
 namespace
@@ -17,6 +21,49 @@ public:
     explicit EncodingBuffer(long size) : HeapBuffer(size, 0) {}
     ~EncodingBuffer() override { Release(); }
 };
+
+unsigned ByteAt(const char* at) { return static_cast<unsigned char>(*at); }
+
+// Steps over n elements with all that they hold; null when they are not all there.
+const char* PastElements(const char* at, const char* end, unsigned long long n)
+{
+    using namespace quarn::detail;
+    while (n > 0) {
+        if (at == end || ByteAt(at) == kEndOfSmlMsg)
+            return nullptr;
+        const char* const field = at;
+        std::uint32_t length = 0;
+        unsigned byte = kTlMore;
+        for (; (byte & kTlMore) != 0; ++at) {
+            if (at == end)
+                return nullptr;
+            byte = ByteAt(at);
+            length = length << 4 | (byte & kTlLengthMask);
+        }
+        --n;
+        if ((ByteAt(field) & kTlTypeMask) == kTlList)
+            n += length;
+        else if (length < static_cast<std::uint32_t>(at - field) ||
+                 length > static_cast<std::uint32_t>(end - field))
+            return nullptr;
+        else
+            at = field + length;
+    }
+    return at;
+}
+
+bool IsWhole(const char* at, const char* end)
+{
+    using namespace quarn::detail;
+    constexpr unsigned kHead = kTlList | kSlots;
+    if (at == end || ByteAt(at) != kHead)
+        return false;
+    at = PastElements(at + 1, end, kSlots - 2);
+    if (at == nullptr || at == end || (ByteAt(at) & kTlTypeMask) != kTlUnsigned)
+        return false;
+    at = PastElements(at, end, 1); // the CRC
+    return at != nullptr && end - at == 1 && ByteAt(at) == kEndOfSmlMsg;
+}
 
 } // namespace
 
@@ -49,6 +96,18 @@ void SmlMessageToBin(Sml_Message& msg, vorn::cRecord& result, unsigned int flags
     } catch (...) {
         result.Create();
         quarn::detail::Trace(LibSmle, quarn::detail::kError, "SmlMessageToBin: out of memory");
+    }
+}
+
+bool SmlMessageIsWhole(const vorn::cRecord& result)
+{
+    try {
+        vorn::cRecordPar bytes;
+        return quarn::detail::FindField(result, quarn::detail::label::SmlMsgRawData,
+                                        quarn::detail::KIND_DATA, bytes) &&
+               IsWhole(bytes.GetData(), bytes.GetData() + bytes.GetSize());
+    } catch (...) { // the framework found no memory for the parameter
+        return false;
     }
 }
 

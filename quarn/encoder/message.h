@@ -47,8 +47,9 @@ private:
 
 // Encodes msg into a buffer of size bytes and replaces the content of result by "SmltFlags"
 // (unsigned: flags) and "SmlMsgRawData" (data: the encoding). A message longer than size is
-// truncated, without a trace line. name is for people only and is not used. When memory runs out,
-// result is left empty, with a trace line at level 2. Throws nothing.
+// truncated, which SmlMessageIsWhole tells and a trace line for a byte string alone. name is for
+// people only and is not used. When memory runs out, result is left empty, with a trace line at
+// level 2. Throws nothing.
 QUARN_API void SmlMessageToBin(Sml_Message& msg, vorn::cRecord& result, unsigned int flags,
                                const char* name, long size);
 

@@ -91,6 +91,13 @@ const char* Sml_OctetString::GetValue(int* len) const noexcept
     return iLength > 0 ? Data() : nullptr;
 }
 
+char* Sml_OctetString::GetValue(int* len) noexcept
+{
+    *len = iLength;
+    char* const bytes = pcHeap ? pcHeap.get() : acInPlace;
+    return iLength > 0 ? bytes : nullptr;
+}
+
 long long Sml_OctetString::GetObisValue() const noexcept { return Number(false); }
 long long Sml_OctetString::GetObisValueRevers() const noexcept { return Number(true); }
 

@@ -11,13 +11,25 @@
 //
 // The caller sees to it that the pieces add up to the total.
 //
-// An object holds a copy of its bytes; up to 20 of them need no memory of their own.
+// An object holds a copy of its bytes; up to 20 of them need no memory of their own. Bytes may be
+// given as char or as unsigned char.
 #ifndef QUARN_ENCODER_OCTET_STRING_H
 #define QUARN_ENCODER_OCTET_STRING_H
 
 #include "quarn/encoder/sml_type.h"
 
 #include <memory>
+#include <type_traits>
+
+namespace quarn::detail
+{
+
+template <typename Byte>
+using IfUnsignedChar = std::enable_if_t<std::is_same_v<Byte, unsigned char>>;
+
+inline const char* AsChars(const void* bytes) noexcept { return static_cast<const char*>(bytes); }
+
+} // namespace quarn::detail
 
 class QUARN_API Sml_OctetString : public Sml_Value
 {
@@ -29,6 +41,11 @@ public:
     // runs out. total is -1 for a whole string; above kMaxPiece and above len it is the length of
     // the long string that begins with these bytes.
     Sml_OctetString(const char* data, int len, int total) noexcept;
+    template <typename Byte, typename = quarn::detail::IfUnsignedChar<Byte>>
+    Sml_OctetString(const Byte* data, int len, int total) noexcept
+        : Sml_OctetString(quarn::detail::AsChars(data), len, total)
+    {
+    }
     // The six bytes of an object name: the low 48 bits of value, most significant byte first.
     explicit Sml_OctetString(long long value) noexcept;
     ~Sml_OctetString() override;
@@ -40,10 +57,17 @@ public:
     // stored for their length leave the old value; when memory runs out the string is absent. For a
     // long string, the first call on an empty object announces the total, the next ones go on.
     void SetValue(const char* data, int len, int total) noexcept;
+    template <typename Byte, typename = quarn::detail::IfUnsignedChar<Byte>>
+    void SetValue(const Byte* data, int len, int total) noexcept
+    {
+        SetValue(quarn::detail::AsChars(data), len, total);
+    }
 
     // The bytes as they are stored (of a name: least significant byte first), valid until the
-    // object changes or dies; null when there are none. *len is set to their number.
+    // object changes or dies; null when there are none. *len is set to their number. The bytes of
+    // an object that is not const may be written to.
     const char* GetValue(int* len) const noexcept;
+    char* GetValue(int* len) noexcept;
     int GetLength() const noexcept { return iLength; }
     // The announced length of a long string, else 0.
     int GetTotalLength() const noexcept { return iTotalLength >= 1 ? iTotalLength : 0; }
@@ -74,6 +98,10 @@ class QUARN_API Sml_Signature : public Sml_OctetString
 public:
     Sml_Signature() noexcept = default;
     Sml_Signature(const char* data, int len) noexcept : Sml_OctetString(data, len, -1) {}
+    template <typename Byte, typename = quarn::detail::IfUnsignedChar<Byte>>
+    Sml_Signature(const Byte* data, int len) noexcept : Sml_OctetString(data, len, -1)
+    {
+    }
     ~Sml_Signature() override;
 };
 

@@ -131,6 +131,11 @@ public:
     // entry is null or could not be created. Entries that the first two create belong to a dynamic
     // path; of a path that is not dynamic, the caller deletes them through GetTreePath_OStr.
     int SetTreePath(const char* name, int i) noexcept;
+    template <typename Byte, typename = quarn::detail::IfUnsignedChar<Byte>>
+    int SetTreePath(const Byte* name, int i) noexcept
+    {
+        return SetTreePath(quarn::detail::AsChars(name), i);
+    }
     int SetTreePath(long long name, int i) noexcept;
     int SetTreePath(Sml_OctetString* entry, int i) noexcept;
 

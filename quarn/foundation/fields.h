@@ -83,7 +83,7 @@ inline bool IsName(const char* name, const char* label, std::size_t size)
 // Reads one record: finds its fields, and visits the elements of a list. A field that is asked for
 // when those in front of it have been is found without a search. What Find returns is valid until
 // the next call and as long as the record lives unchanged.
-template <class Record = vorn::cRecord, bool kInPlace = kShowsParameters<Record>>
+template <class Record = vorn::cRecord, bool kInPlace = kShowsParameters>
 class RecordReader
 {
 public:
@@ -161,19 +161,19 @@ public:
     }
 
     // How many parameters of that name there are, which has size bytes with its end, from 5 to
-    // kReadableName; of a null name: of any. REQUIRES: Find has not been called.
-    int Count(const char* label, std::size_t size = 0) const
+    // kReadableName. REQUIRES: Find has not been called.
+    int Count(const char* label, std::size_t size) const
     {
         if constexpr (kInPlace)
-            return static_cast<int>(std::count_if(next, end, [=](const auto& par) {
-                return label == nullptr || IsName(par.GetName(), label, size);
-            }));
+            return static_cast<int>(std::count_if(
+                next, end, [=](const auto& par) { return IsName(par.GetName(), label, size); }));
         else
             return held.record.GetParCount(label, 0, 0);
     }
 
     // Visits the first parameter of the name first and those behind it, or only those of the name
-    // following if one is given, until visit returns false. REQUIRES: Find has not been called.
+    // following if one is given, until visit returns false. REQUIRES: Find has not been called; the
+    // framework makes a handle invalid that is moved on behind the last parameter.
     template <typename Visit>
     void VisitElements(const char* first, const char* following, Visit visit) const
     {
@@ -188,9 +188,8 @@ public:
             }
         } else {
             vorn::cRecordPar par = held.record.GetFirstPar(first, 0, 0);
-            bool more = par.IsValid();
-            while (more && visit(par))
-                more = held.record.SeekNextPar(par, following, 0, 0) && par.IsValid();
+            while (par.IsValid() && visit(par))
+                held.record.SeekNextPar(par, following, 0, 0);
         }
     }
 

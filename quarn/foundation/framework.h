@@ -46,15 +46,14 @@ static_assert(std::is_same_v<decltype(std::declval<vorn::cMsg&>().GetRecord()), 
                                  const vorn::cRecord&>,
               "vorn::cMsg::GetRecord");
 
+// SeekNextPar makes the handle invalid when no parameter follows. What it returns is not looked at.
 using RecordOperations =
     decltype(TheRecord().Create(), TheRecord().AppendUIntPar("", 0U, 0),
              TheRecord().AppendSIntPar("", 0, 0), TheRecord().AppendUInt64Par("", 0ULL, 0),
              TheRecord().AppendSInt64Par("", 0LL, 0), TheRecord().AppendBoolPar("", false, 0),
              TheRecord().AppendDataPar("", std::declval<const void*>(), 0, 0),
              TheRecord().AppendRecordPar("", TheConstRecord(), 0), TheRecord().DeletePar("", 0, 0),
-             void());
-static_assert(kYields<bool, decltype(TheConstRecord().SeekNextPar(std::declval<vorn::cRecordPar&>(),
-                                                                  "", 0, 0))>);
+             TheConstRecord().SeekNextPar(std::declval<vorn::cRecordPar&>(), "", 0, 0), void());
 static_assert(kYields<vorn::cRecordPar, decltype(TheConstRecord().GetFirstPar("", 0, 0))>);
 static_assert(kYields<int, decltype(TheConstRecord().GetParCount("", 0, 0))>);
 static_assert(kYields<std::string, decltype(TheConstRecord().ToString())>);
@@ -88,25 +87,22 @@ static_assert(
 static_assert(
     kYields<unsigned short, decltype(vorn::createCRC16("", 0, std::declval<unsigned short>()))>);
 
-// Beyond the contract: whether records show their parameters in place, as begin() and end() of a
-// record and of a parameter that holds one, with
-// GetName() of each, of which kReadableName bytes can be read whatever the name's length. The
-// library reads such records without copying parameters, others through the operations above, with
-// the same result.
+// Beyond the contract: a framework that defines VORN_PARAMETERS_IN_PLACE shows its records'
+// parameters in place. It has begin() and end() of a record, and of a parameter that holds one, as
+// pointers to parameters, and GetName() of each parameter, of which kReadableName bytes can be read
+// whatever the name's length. The library reads such records without copying parameters, others
+// through the operations above, with the same result.
 inline constexpr std::size_t kReadableName = 26;
-template <class Record, typename = void>
+#ifdef VORN_PARAMETERS_IN_PLACE
+inline constexpr bool kShowsParameters = true;
+static_assert(kYields<const vorn::cRecordPar*, decltype(TheConstRecord().begin())> &&
+              kYields<const vorn::cRecordPar*, decltype(TheConstRecord().end())> &&
+              kYields<const vorn::cRecordPar*, decltype(ThePar().begin())> &&
+              kYields<const vorn::cRecordPar*, decltype(ThePar().end())> &&
+              kYields<const char*, decltype(ThePar().GetName())>);
+#else
 inline constexpr bool kShowsParameters = false;
-template <class Record>
-inline constexpr bool kShowsParameters<
-    Record, std::enable_if_t<
-                std::is_convertible_v<decltype(std::declval<const Record&>().begin()),
-                                      const vorn::cRecordPar*> &&
-                std::is_convertible_v<decltype(std::declval<const Record&>().end()),
-                                      const vorn::cRecordPar*> &&
-                std::is_convertible_v<decltype(std::declval<const Record&>().begin()->begin()),
-                                      const vorn::cRecordPar*> &&
-                std::is_convertible_v<decltype(std::declval<const Record&>().begin()->GetName()),
-                                      const char*>>> = true;
+#endif
 
 } // namespace quarn::detail
 

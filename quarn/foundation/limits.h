@@ -13,6 +13,12 @@ constexpr unsigned SML_VALUE_CHUNK = 1200;
 // longer one is refused like any other that cannot be decoded.
 constexpr unsigned SML_MAX_MESSAGE = 16U * 1024 * 1024;
 
+// The longest messages that the encode functions make, by what they carry.
+constexpr unsigned SML_MAX_ENCODED_ENVELOPE = 500; // open, close and attention messages
+constexpr unsigned SML_MAX_ENCODED_REQUEST = 1000; // requests that send no tree
+constexpr unsigned SML_MAX_ENCODED_LIST = 4000;    // list and profile list responses
+constexpr unsigned SML_MAX_ENCODED_TREE = 10000;   // process parameters, got or set
+
 constexpr unsigned SML_MAX_TRANSACTION_ID = 64;
 constexpr unsigned SML_MAX_CLIENT_ID = 32;
 constexpr unsigned SML_MAX_REQ_FILE_ID = 64;

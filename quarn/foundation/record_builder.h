@@ -51,6 +51,10 @@ public:
     void Open() { aLevels.emplace_back(); }
     void Expect(std::size_t) noexcept {}
     std::size_t Levels() const noexcept { return aLevels.size(); }
+    std::size_t Count(std::size_t level) const
+    {
+        return static_cast<std::size_t>(aLevels[level].GetParCount(nullptr, 0, 0));
+    }
 
     void AppendUIntPar(const Label& name, unsigned v, int)
     {
@@ -82,11 +86,7 @@ public:
         return part;
     }
     void Drop() noexcept { aLevels.pop_back(); }
-    void Clear(std::size_t level) noexcept
-    {
-        for (; level < aLevels.size(); ++level)
-            aLevels[level].Create();
-    }
+    void Clear(std::size_t level) noexcept { aLevels[level].Create(); }
     vorn::cRecord Copy(std::size_t level) const { return aLevels[level]; }
     vorn::cRecord Get(const cPart& part) const { return part; }
     void Create() noexcept { aLevels.clear(); }

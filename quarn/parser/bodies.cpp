@@ -240,11 +240,22 @@ int cSMLP::KeepClientId()
     return RC_DONE;
 }
 
+// With it, a request's header is taken for the file's; a response's only with its server id.
 int cSMLP::KeepReqFileId()
 {
-    if (!bFileOpen)
+    if (!bFileOpen) {
         openReqFileId.Set(pucString, uiStringLen);
+        if (uiMsgIdentifier == SML_OPEN_REQ)
+            KeepOpenHeader();
+    }
     return RC_DONE;
+}
+
+void cSMLP::KeepOpenHeader() noexcept
+{
+    openTransactionId = transactionId;
+    ucOpenGroupNo = ucGroupNo;
+    ucOpenAbortOnError = ucAbortOnError;
 }
 
 int cSMLP::KeepServerId()
@@ -257,9 +268,7 @@ int cSMLP::KeepOpenServerId()
 {
     if (!bFileOpen) {
         openServerId.Set(pucString, uiStringLen);
-        openTransactionId = transactionId;
-        ucOpenGroupNo = ucGroupNo;
-        ucOpenAbortOnError = ucAbortOnError;
+        KeepOpenHeader();
     }
     return KeepServerId();
 }

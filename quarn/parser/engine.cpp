@@ -19,8 +19,8 @@ int cSMLP::Walk()
             if (rc == RC_ABSENT)
                 rc = Leave();
         } else {
-            if (InputLeft() >= kLeastTaken && usFieldState == 0 && usCacheState == 0 && !inDetail &&
-                frame.pLayout->pfnTake != nullptr)
+            if (InputLeft() >= kLeastTaken && usFieldState == 0 && ePrimitive == Primitive::None &&
+                !inDetail && frame.pLayout->pfnTake != nullptr)
                 rc = (this->*frame.pLayout->pfnTake)(frame);
             if (rc == RC_LEFT)
                 rc = ReadField(frame);
@@ -31,13 +31,22 @@ int cSMLP::Walk()
             }
         }
         if (rc == RC_DONE || rc == RC_ENTERED) {
-            if (InputLeft() == 0 && IsStuck())
-                return RC_INPUT_EMPTY;
-            continue;
+            if (InputLeft() != 0 || !IsStuck())
+                continue;
+            rc = RC_INPUT_EMPTY;
         }
-        if (frame.pLayout->pfnFailed != nullptr)
-            (this->*frame.pLayout->pfnFailed)(rc);
+        TellStop(rc);
         return rc;
+    }
+}
+
+// Tells the innermost of the structures under way that wants to hear of it.
+void cSMLP::TellStop(int rc)
+{
+    for (std::uint32_t depth = uiDepth; depth != 0; --depth) {
+        const Frame& frame = aFrames[depth];
+        if (frame.pLayout->pfnStopped != nullptr)
+            return (this->*frame.pLayout->pfnStopped)(frame, rc);
     }
 }
 

@@ -127,7 +127,7 @@ struct cSMLP::Field {
 };
 
 struct cSMLP::Layout {
-    using Failed = void (cSMLP::*)(int rc);
+    using Stopped = void (cSMLP::*)(const Frame& frame, int rc);
     using Taker = int (cSMLP::*)(Frame&);
 
     const Field* pFields;
@@ -137,7 +137,7 @@ struct cSMLP::Layout {
     Refusal absent;                 // rc 0: as type
     const char* pcPrefix = nullptr; // begins the texts of type and count
     const char* pcOpened = nullptr; // told at the lowest level, with the number of elements
-    Failed pfnFailed = nullptr;     // told of every code with which a read of this list stops
+    Stopped pfnStopped = nullptr;   // told of every code with which a read inside it stops
     Taker pfnTake = nullptr;        // the short way for its fields, where it has one
     quarn::detail::Label label{};   // of a message's body
 

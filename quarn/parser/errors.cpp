@@ -58,9 +58,7 @@ constexpr Text kTexts[] = {
 
 } // namespace
 
-// Sets iError; -3 for codes 10 and 11 and for a wrong CRC in a message that aborts at once, else
-// -2.
-int cSMLP::ErrorHandler(int code)
+int cSMLP::ErrorHandler(int code) noexcept
 {
     if (code == RC_CRC)
         return CrcError();
@@ -81,7 +79,7 @@ int cSMLP::ErrorHandler(int code)
     return -2;
 }
 
-int cSMLP::CrcError()
+int cSMLP::CrcError() noexcept
 {
     if (uiMsgNo == 1) {
         iError = SML_STATUS_IGNORE_FILE;

@@ -51,7 +51,7 @@
 // Time: the library has no timer. A host that sees no byte for longer than its inter-character
 // timeout calls TimeoutEvent and then SmlParser with an empty piece: an unfinished message is
 // dropped (a close message that lacks only its last byte is accepted, with an "Error"). To give up
-// a whole file, it passes a further empty piece flagged BUF_FLAG_LAST.
+// the whole file, it then calls Reset_FileAttributes.
 //
 // Threads: an instance serves one thread at a time, TimeoutEvent included. Instances share nothing
 // but the trace unit LibSmlp. Memory: the instance itself has a fixed size. Memory follows the
@@ -98,6 +98,26 @@ public:
     // machine of 64 MB that reads meters does well with a limit of 64 KiB.
     void SetMaxMessage(unsigned int bytes) noexcept;
 
+    // Between two calls of SmlParser, the host may reset what the parser has read so far. Both
+    // together give up the file; the next input must begin one, flagged BUF_FLAG_FIRST.
+    //
+    // Reset_MsgAttributes forgets the unfinished message and a timeout; the next input begins a
+    // message of the same file. Reset_FileAttributes forgets the open message, its identification
+    // and the count of messages; an unfinished message goes on, as the first of a file.
+    void Reset_MsgAttributes() noexcept;
+    void Reset_FileAttributes() noexcept;
+
+    // Empties the nodes and child lists of an unfinished parameter tree. What is still to come of
+    // it, the value that is being read included, is kept as if it were all. No effect elsewhere.
+    void Cleanup_TreeRecords() noexcept;
+
+    // Sets the "Error" (enum eSML_STATUS) of the unfinished message, or of the next one, to what a
+    // code of a parse function ("Decoding-Error: rc=%d") calls for; a code that is not known, to
+    // SML_STATUS_FE00. The parser may still set another; Reset_MsgAttributes takes it back. The
+    // result is -3 for the codes 10 and 11, and for 140 (wrong CRC) in a message with
+    // abort-on-error 0 that is neither the first of its file nor a close request; else -2.
+    int ErrorHandler(int code) noexcept;
+
     // Kinds of server ids. Broadcast: of no bytes, or 6 or 7 bytes all 0xFF. Unicast: the fixed own
     // id 05 00 00 00 00 00 00, or its last six bytes. Multicast: 01 00 5E and a byte below 0x80 at
     // the start of 6 bytes, or behind the first of 7.
@@ -137,6 +157,7 @@ private:
     };
 
     int Walk();
+    void TellStop(int rc);
     int ReadField(Frame& frame);
     bool IsStuck() const noexcept;
     int OpenSequence(Frame& frame);
@@ -181,6 +202,8 @@ private:
     int TakeElements(Frame& frame);
 
     // ---- TL decoder and primitives
+
+    enum class Primitive : std::uint8_t { None, TlField, Integer, Octets };
 
     int Decode_TLField() noexcept;
     int Decode_LongTLField() noexcept;
@@ -232,6 +255,7 @@ private:
     int KeepGroupNo();
     int KeepClientId();
     int KeepReqFileId();
+    void KeepOpenHeader() noexcept;
     int KeepServerId();
     int KeepOpenServerId();
     int CompareServerId();
@@ -239,15 +263,15 @@ private:
     int KeepProcParValue();
     int TellChildList();
     int KeepTree();
-    void FailedProcPar(int rc);
+    int TellListType();
+    void TellProcParStop(const Frame& frame, int rc);
 
     // ---- Trees, and their values delivered in packets
 
     std::uint32_t TreeLevel() const noexcept;
     vorn::cRecord ExtendedValue(bool more) const;
-    bool RepeatsTooMuch() noexcept;
+    bool RepeatsTooMuch();
     vorn::cRecord LinkedTree(const vorn::cRecord& procParVal) const;
-    void Cleanup_TreeRecords() noexcept;
     void AppendPacketTree(vorn::cRecord& body);
 
     // ---- Envelope, validation, records
@@ -282,10 +306,7 @@ private:
     int OnError(int rc, Records& out, int& count);
     void Emit(Records& out, int& count);
     static void Store(vorn::cRecord message, Records& out, int& count);
-    int ErrorHandler(int code);
-    int CrcError();
-    void Reset_FileAttributes() noexcept;
-    void Reset_MsgAttributes() noexcept;
+    int CrcError() noexcept;
 
     // ---- The message store: aucMsgBuf, and behind it, not copied yet, the bytes of the input from
     // pucRun to pucInData
@@ -346,11 +367,11 @@ private:
     std::uint64_t ullInteger = 0;             // the integer read, not sign-extended
     const unsigned char* pucString = nullptr; // the octet string read: in the input or aucValueBuf
     std::uint32_t uiStringLen = 0;
-    std::uint32_t uiCacheCnt = 0;    // bytes read of the TL field or chunk in progress
-    std::uint32_t uiCacheLen = 0;    // bytes outstanding
-    std::uint16_t usCacheState = 0;  // 0 idle, 1 a primitive stopped for lack of input or room
-    std::uint32_t uiOctStrState = 0; // chunks: 0 none, 1 first, 2 further, 3 last delivered
-    std::uint16_t usFieldState = 0;  // of the field in progress: 0 its TL field
+    std::uint32_t uiCacheCnt = 0;           // bytes read of the TL field or chunk in progress
+    std::uint32_t uiCacheLen = 0;           // bytes outstanding
+    Primitive ePrimitive = Primitive::None; // that stopped for lack of input or room
+    std::uint32_t uiOctStrState = 0;        // chunks: 0 none, 1 first, 2 further, 3 last delivered
+    std::uint16_t usFieldState = 0;         // of the field in progress: 0 its TL field
     std::array<unsigned char, 8> aucTLFCache{};
 
     // Structures in progress: message, message body and body, then at most a tree's nodes and child

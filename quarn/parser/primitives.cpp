@@ -15,7 +15,7 @@ using namespace quarn::detail;
 
 void cSMLP::CleanUp_Cache() noexcept
 {
-    usCacheState = 0;
+    ePrimitive = Primitive::None;
     uiCacheCnt = 0;
     uiCacheLen = 0;
 }
@@ -25,7 +25,7 @@ int cSMLP::Decode_TLField() noexcept
     if (pucInData == pucInEnd)
         return RC_INPUT_EMPTY;
     const unsigned b = *pucInData;
-    if ((b & kTlMore) != 0 || usCacheState != 0)
+    if ((b & kTlMore) != 0 || ePrimitive != Primitive::None)
         return Decode_LongTLField();
     if (StoreFree() == 0)
         return RC_STORE_FULL;
@@ -54,11 +54,11 @@ int cSMLP::Decode_TLField() noexcept
 // A field of several bytes: only octet strings and lists have one.
 int cSMLP::Decode_LongTLField() noexcept
 {
-    if (usCacheState == 0) {
+    if (ePrimitive == Primitive::None) {
         if (StoreFree() < aucTLFCache.size())
             return RC_STORE_FULL;
         uiTLF_Count = 0;
-        usCacheState = 1;
+        ePrimitive = Primitive::TlField;
     }
     bool more = true;
     while (more && pucInData != pucInEnd && uiCacheCnt < aucTLFCache.size()) {
@@ -96,7 +96,7 @@ int cSMLP::Decode_LongTLField() noexcept
 // len bytes, most significant first, into ullInteger. REQUIRES: len <= 8.
 int cSMLP::Parse_IntegerTypes(std::uint32_t len) noexcept
 {
-    if (usCacheState == 0) {
+    if (ePrimitive == Primitive::None) {
         if (len > StoreFree())
             return pucInData == pucInEnd ? RC_INPUT_EMPTY : RC_STORE_FULL;
         uiCacheLen = len;
@@ -107,7 +107,7 @@ int cSMLP::Parse_IntegerTypes(std::uint32_t len) noexcept
         --uiCacheLen;
     }
     if (uiCacheLen != 0) {
-        usCacheState = 1;
+        ePrimitive = Primitive::Integer;
         return RC_INPUT_EMPTY;
     }
     CleanUp_Cache();
@@ -119,7 +119,7 @@ int cSMLP::Parse_IntegerTypes(std::uint32_t len) noexcept
 // whole in the input stay there. REQUIRES: kept strings have a max of at most SML_VALUE_CHUNK.
 int cSMLP::Parse_OctetString(std::uint32_t len, std::uint32_t max, bool keep) noexcept
 {
-    if (usCacheState == 0) {
+    if (ePrimitive == Primitive::None) {
         uiOctStrState = 0;
         if (len <= InputLeft() && len <= max && len <= StoreFree()) {
             pucString = pucInData;
@@ -127,7 +127,7 @@ int cSMLP::Parse_OctetString(std::uint32_t len, std::uint32_t max, bool keep) no
             pucInData += len;
             return RC_DONE;
         }
-        usCacheState = 1;
+        ePrimitive = Primitive::Octets;
         uiCacheLen = len;
         uiCacheCnt = 0;
     }
@@ -163,16 +163,18 @@ int cSMLP::Parse_OctetString(std::uint32_t len, std::uint32_t max, bool keep) no
 bool cSMLP::FeedPrimitive(const unsigned char* piece, std::uint32_t size) noexcept
 {
     const std::uint32_t read = uiCacheCnt + size;
-    if (usCacheState == 0 || size == 0 || read >= uiCacheLen || read >= SML_VALUE_CHUNK ||
-        size >= StoreFree() || Traces(LibSmlp, kDetail))
+    if (size == 0 || read >= uiCacheLen || read >= SML_VALUE_CHUNK || size >= StoreFree() ||
+        Traces(LibSmlp, kDetail))
         return false;
-    if (uiTLF_Type == TLF_OCTET_STRING) {
+    if (ePrimitive == Primitive::Octets) {
         CopyBytes(aucValueBuf.data() + uiCacheCnt, piece, size);
         uiCacheCnt = read;
-    } else {
+    } else if (ePrimitive == Primitive::Integer) {
         for (std::uint32_t i = 0; i < size; ++i)
             ullInteger = ullInteger << 8 | piece[i];
         uiCacheLen -= size;
+    } else {
+        return false;
     }
     CopyBytes(aucMsgBuf.data() + uiMsgLen, piece, size);
     uiMsgLen += size;

@@ -67,7 +67,10 @@ constexpr std::array<cSMLP::Field, 2> cSMLP::Tables::aListType = {
                  {RC_LIST_TYPE_CHOICE_LENGTH, "SML_ListType:Choice-Len, smlp[%d]"})
         .Kept(Keep::Always)
         .Then(&cSMLP::CheckListTypeChoice),
-    Field::Structure(kTime).Kept(Keep::Always).Over(schema::aListType[0]),
+    Field::Structure(kTime)
+        .Kept(Keep::Always)
+        .Then(&cSMLP::TellListType)
+        .Over(schema::aListType[0]),
 };
 const cSMLP::Layout cSMLP::Tables::kListType =
     Layout{aListType.data(),
@@ -81,6 +84,12 @@ int cSMLP::CheckListTypeChoice()
     if (ullInteger == 1)
         return RC_DONE;
     return Refuse({RC_LIST_TYPE_CHOICE_VALUE, "SML_ListType:Choice-Value!, smlp[%d]"});
+}
+
+int cSMLP::TellListType()
+{
+    Say(kDetail, "SML_Value:ListType: rc=%d, smlp[%d]", int{RC_DONE});
+    return RC_DONE;
 }
 
 // ---- Fields that several entries share

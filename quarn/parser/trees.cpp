@@ -66,7 +66,7 @@ const cSMLP::Layout cSMLP::Tables::kProcParValue{
     {},
     nullptr,
     nullptr,
-    &cSMLP::FailedProcPar};
+    &cSMLP::TellProcParStop};
 const std::array<cSMLP::Field, 2> cSMLP::Tables::aProcParValue = {
     Tag()
         .Refused({RC_VALUE_CHOICE_TYPE, "ProcParValue:Choice-Type, smlp[%d]"},
@@ -110,10 +110,13 @@ int cSMLP::CheckProcParChoice()
     return RC_DONE;
 }
 
-// Told of every stop inside a node's value: of its choice in one way, of a plain value in another.
-void cSMLP::FailedProcPar(int rc)
+// Of stops inside a node's value: of its choice in one way, of a value, be it a list type, in
+// another. The other structures speak for themselves.
+void cSMLP::TellProcParStop(const Frame& frame, int rc)
 {
-    const bool choice = aFrames[uiDepth].uiIndex < 2;
+    const bool choice = frame.uiIndex < 2;
+    if (!choice && ucProcParChoice != TREE_VALUE)
+        return;
     if (rc == RC_VALUE_CHOICE_VALUE) {
         Say(kError, "Tree:Val-Choice!, smlp[%d]");
     } else if (choice) {
@@ -212,10 +215,10 @@ vorn::cRecord cSMLP::ExtendedValue(bool more) const
 // A packet repeats the nodes that stand beside those on the way to its value. Told again by each of
 // many packets they would take memory without bound: a message may repeat one node for each of its
 // bytes, which a tree of up to SML_VALUE_CHUNK nodes never exceeds.
-bool cSMLP::RepeatsTooMuch() noexcept
+bool cSMLP::RepeatsTooMuch()
 {
     for (std::uint32_t depth = uiDepth - 1; depth > kFirstNode; depth -= 2)
-        ullRepeated += aFrames[depth - 1].uiIndex - 1;
+        ullRepeated += builder.Count(aFrames[depth - 1].uiLevel);
     return ullRepeated > std::uint64_t{uiPaketBytes} + StoreUsed();
 }
 
@@ -236,10 +239,13 @@ vorn::cRecord cSMLP::LinkedTree(const vorn::cRecord& procParVal) const
 
 void cSMLP::Cleanup_TreeRecords() noexcept
 {
-    builder.Clear(aFrames[kFirstNode].uiLevel);
     for (std::uint32_t depth = kFirstNode; depth <= uiDepth; ++depth) {
-        aFrames[depth].bFilled = false;
-        aFrames[depth].bDelivered = true;
+        Frame& frame = aFrames[depth];
+        if (frame.pLayout != &Tables::kTree && frame.pLayout != &Tables::kChildList)
+            break; // the value of a node, or no tree at all
+        builder.Clear(frame.uiLevel);
+        frame.bFilled = false;
+        frame.bDelivered = true;
     }
 }
 

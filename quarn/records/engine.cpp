@@ -71,11 +71,13 @@ public:
         return to.bValid = inside.Open(par) && ClassOf<cSmlListType>().Read(
                                                    &to.content.emplace<cSmlListType>(), inside);
     }
-    // Of a list type only: other values are a parameter themselves.
+    // Of a list type only: other values are a parameter themselves. One that is not valid, as an
+    // assignment may leave it, is an empty record, with its own trace line.
     bool WriteInto(const void* value, RecordBuilder& to) const override
     {
         const auto* listType = std::get_if<cSmlListType>(&Of(value).content);
-        return ClassOf<cSmlListType>().Write(listType, to, label::smlList);
+        ClassOf<cSmlListType>().Write(listType, to, label::smlList);
+        return true;
     }
     bool Write(const void* value, RecordBuilder& to, const Label& label) const override
     {
@@ -200,13 +202,19 @@ struct Access {
 namespace
 {
 
+template <class C>
+constexpr Shape Numbered(Shape shape)
+{
+    shape.uiNumber = C::kNumber;
+    return shape;
+}
 // C is a class that is a set of fields.
 template <class C, class As = StructureClass>
 constexpr As Structured(const Shape& shape)
 {
     constexpr auto& rows = Access::kRows<typename C::CoreType>;
     static_assert(rows.size() <= StructureClass::kMaxRows);
-    return As(shape, rows.data(), rows.size());
+    return As(Numbered<C>(shape), rows.data(), rows.size());
 }
 template <class C, class As = StructureClass>
 constexpr As Entry(const char* name, const Label& own, eFIELDS where = eFIELDS::ENCLOSED,
@@ -218,14 +226,15 @@ template <class C>
 constexpr auto Listed(const char* name, const Label& own, const ListTexts& texts,
                       vorn::eLEVEL missingLevel = kDetail)
 {
-    return ListClass<typename C::CoreType>({name, own, eFIELDS::ENCLOSED, missingLevel}, texts);
+    return ListClass<typename C::CoreType>(
+        Numbered<C>({name, own, eFIELDS::ENCLOSED, missingLevel}), texts);
 }
 
 // clang-format off
 constexpr std::tuple kDescriptions{
     Entry<cSmlTime, TimeClass>("cSmlTime", label::SmlTime, eFIELDS::ENCLOSED, kUntraced),
     Entry<cSmlListType, ListTypeClass>("cSmlListType", label::smlList, eFIELDS::ENCLOSED, kUntraced),
-    ValueClass({"cSmlValue", label::value, eFIELDS::ENCLOSED, kDetail, true, true}),
+    ValueClass(Numbered<cSmlValue>({"cSmlValue", label::value, eFIELDS::ENCLOSED, kDetail, true, true})),
     Entry<cSmlPeriodEntry>("cSmlPeriodEntry", label::SmlPeriodEntry, eFIELDS::EITHER),
     Entry<cSmlTupelEntry>("cSmlTupelEntry", label::SmlTupelEntry),
     Entry<cSmlHeaderEntry>("cSmlHeaderEntry", label::pObjHdEntry),
@@ -247,7 +256,7 @@ constexpr std::tuple kDescriptions{
     Listed<cSmlObjList>("cSmlObjList", label::object_List,
         {label::object_List_Entry, "<object_List>", "object_List_Entry invalid/empty/wrong type", false, false,
          "class invalid/empty", kProgress}, kUntraced),
-    ProcParValueClass({"cSmlProcParValue", label::procParVal, eFIELDS::ENCLOSED, kDetail}),
+    ProcParValueClass(Numbered<cSmlProcParValue>({"cSmlProcParValue", label::procParVal, eFIELDS::ENCLOSED, kDetail})),
     Listed<cSmlChildList>("cSmlChildList", label::child_List,
         {label::parTree, "<child_List>", "tree_Entry invalid/empty"}),
     Entry<cSmlTree>("cSmlTree", label::parTree, eFIELDS::EITHER),
@@ -266,6 +275,16 @@ constexpr std::tuple kDescriptions{
     Structured<cSmlMsgStatus>({"cSmlMsgStatus", label::SmlStatus, eFIELDS::ENCLOSED, kUntraced}),
 };
 // clang-format on
+
+constexpr bool AreInTheOrderOfTheirNumbers()
+{
+    unsigned count = 0;
+    const auto areSo = [&](const auto&... type) {
+        return (... && (type.shape.uiNumber == count++)) && count == CLASS_COUNT;
+    };
+    return std::apply(areSo, kDescriptions);
+}
+static_assert(AreInTheOrderOfTheirNumbers(), "the descriptions stand in the order of eCLASS");
 
 // Runs a step that fills an object, which is cleared when the step fails.
 template <typename Step>

@@ -40,6 +40,7 @@ struct Shape {
     vorn::eLEVEL missingLevel = kError; // of the line on no record under the label; 0: no line
     bool bCopiedWhenValid = false;      // operator= takes over valid objects only, others clear
     bool bWrittenWhenValid = false;     // ToRecord writes a valid object only
+    unsigned uiNumber = CLASS_COUNT;    // of the class
 };
 
 class Class

@@ -165,7 +165,8 @@ protected:
 } // namespace quarn::detail
 
 // A value: one of seven alternatives, read from and written to the parameter "value", whose kind
-// says which. operator= takes over a valid value; any other one clears the target.
+// says which. operator= takes over a valid value; any other one clears the target. A list type of
+// another type than 1 loses its time then: ToRecord writes it as an empty record and traces that.
 QUARN_CLASS(cSmlValue, Object<CLASS_VALUE, ValueCore>)
 
 #endif

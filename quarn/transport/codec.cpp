@@ -30,12 +30,25 @@ void AppendFlags(vorn::cRecord& record, const HeapBuffer& buffer)
     record.AppendUIntPar(label::SmltFlags, static_cast<unsigned int>(buffer.GetFlags()), 0);
 }
 
+// Takes a step that hosts may take alone; without memory it fails, with a line in its name.
+template <typename Step>
+bool Taken(const char* name, Step step) noexcept
+{
+    try {
+        return step();
+    } catch (...) {
+        Trace(LibSmlt, kError, "%s(): Out of memory!", name);
+    }
+    return false;
+}
+
 } // namespace
 
 // No buffer is larger than a data parameter can be, so that every buffer can be appended whole.
 void CodecBuffers::Create(const vorn::cRecordPar& raw, int flags, long long outSize)
 {
     constexpr long long most = std::numeric_limits<int>::max();
+    Release();
     pInput.reset(new HeapBuffer(raw.GetSize(), flags));
     pOutput.reset(new HeapBuffer(static_cast<long>(std::min(outSize, most)), 0));
     pInput->Put(raw.GetData(), raw.GetSize());
@@ -51,18 +64,35 @@ int cSMLTenc::Encode(vorn::cMsg& msg) noexcept
 {
     int result = SMLT_ENCODE_REFUSED;
     try {
-        if (GetFlags(msg) && GetMsgRawData(msg) && Frame()) {
-            ReplaceRecord(msg);
+        if (TakeFlags(msg) && TakeRawData(msg) && Frame()) {
+            PutBack(msg);
             result = SMLT_ENCODE_DONE;
         }
     } catch (...) {
         Fail("Encode(): Out of memory!");
     }
-    buffers.Release();
+    ReleaseBuffers();
     return result;
 }
 
-bool cSMLTenc::GetFlags(const vorn::cMsg& msg)
+int cSMLTenc::GetFlags(const vorn::cMsg& msg) noexcept
+{
+    return Taken("GetFlags", [&] { return TakeFlags(msg); }) ? 1 : 0;
+}
+
+int cSMLTenc::GetMsgRawData(const vorn::cMsg& msg) noexcept
+{
+    return Taken("GetMsgRawData", [&] { return TakeRawData(msg); }) ? 1 : 0;
+}
+
+bool cSMLTenc::ReplaceRecord(vorn::cMsg& msg) const noexcept
+{
+    return buffers.Out() != nullptr && Taken("ReplaceRecord", [&] { return PutBack(msg), true; });
+}
+
+void cSMLTenc::ReleaseBuffers() noexcept { buffers.Release(); }
+
+bool cSMLTenc::TakeFlags(const vorn::cMsg& msg)
 {
     vorn::cRecordPar flags;
     if (!FindField(msg.GetRecord(), label::SmltFlags, KIND_UINT, flags)) {
@@ -73,7 +103,7 @@ bool cSMLTenc::GetFlags(const vorn::cMsg& msg)
     return (uiFlags & BUF_FLAG_SML) != 0;
 }
 
-bool cSMLTenc::GetMsgRawData(const vorn::cMsg& msg)
+bool cSMLTenc::TakeRawData(const vorn::cMsg& msg)
 {
     vorn::cRecord ifRec;
     vorn::cRecordPar raw;
@@ -101,7 +131,7 @@ bool cSMLTenc::Frame() noexcept
     return true;
 }
 
-void cSMLTenc::ReplaceRecord(vorn::cMsg& msg) const
+void cSMLTenc::PutBack(vorn::cMsg& msg) const
 {
     vorn::cRecord next = msg.GetRecord();
     vorn::cRecord ifRec;
@@ -129,21 +159,33 @@ int cSMLTdec::Decode(vorn::cMsg& msg, vorn::cRecord& ifRec, vorn::cRecord& out) 
     iRemaining = 0;
     int result = SMLT_DECODE_ERROR;
     try {
-        if (GetMsgRawData(msg, ifRec)) {
+        if (TakeRawData(msg, ifRec)) {
             result = Unframe();
             if (result != SMLT_DECODE_ERROR)
-                AppendRecords(out);
+                PutOut(out);
         } else {
             result = Fail(SMLT_DECODE_NO_DATA, nullptr);
         }
     } catch (...) {
         result = Fail(SMLT_DECODE_ERROR, "Decode(): Out of memory!");
     }
-    buffers.Release();
+    ReleaseBuffers();
     return result;
 }
 
-bool cSMLTdec::GetMsgRawData(const vorn::cMsg& msg, vorn::cRecord& ifRec)
+int cSMLTdec::GetMsgRawData(const vorn::cMsg& msg, vorn::cRecord& ifRec) noexcept
+{
+    return Taken("GetMsgRawData", [&] { return TakeRawData(msg, ifRec); }) ? 1 : 0;
+}
+
+bool cSMLTdec::AppendRecords(vorn::cRecord& out) const noexcept
+{
+    return buffers.Out() != nullptr && Taken("AppendRecords", [&] { return PutOut(out), true; });
+}
+
+void cSMLTdec::ReleaseBuffers() noexcept { buffers.Release(); }
+
+bool cSMLTdec::TakeRawData(const vorn::cMsg& msg, vorn::cRecord& ifRec)
 {
     if (!FindRecord(msg.GetRecord(), label::IfRec, ifRec)) {
         Trace(LibSmlt, kError, "GetMsgRawData():-%d- IF_RECORD_LABEL invalid/missing/wrong type",
@@ -180,7 +222,7 @@ int cSMLTdec::Unframe() noexcept
     }
 }
 
-void cSMLTdec::AppendRecords(vorn::cRecord& out) const
+void cSMLTdec::PutOut(vorn::cRecord& out) const
 {
     vorn::cRecord next = out;
     AppendFlags(next, *buffers.Out());

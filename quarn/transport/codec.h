@@ -89,11 +89,24 @@ public:
     //   when memory runs out. The frame in progress is lost: the next message must begin one.
     int Encode(vorn::cMsg& msg) noexcept;
 
+    // What Encode does before and after framing, for hosts that go step by step. A step that fails
+    // leaves the message and the frame in progress as they were.
+    // Takes "SmltFlags" over: 1 when BUF_FLAG_SML is among them; 0 when not, and, with a trace
+    // line, when they are missing or mistyped.
+    int GetFlags(const vorn::cMsg& msg) noexcept;
+    // Makes the buffers, with the bytes of "RawData" and these flags in the one for the input: 1;
+    // 0, with a trace line, when "RawData" is missing or mistyped or no memory is left.
+    int GetMsgRawData(const vorn::cMsg& msg) noexcept;
+    // Puts the bytes and the flags of the output buffer into msg, as Encode does. False when there
+    // are no buffers and, with a trace line, when no memory is left.
+    bool ReplaceRecord(vorn::cMsg& msg) const noexcept;
+    void ReleaseBuffers() noexcept; // Encode and the destructor do that too
+
 private:
-    bool GetFlags(const vorn::cMsg& msg);
-    bool GetMsgRawData(const vorn::cMsg& msg);
+    bool TakeFlags(const vorn::cMsg& msg);
+    bool TakeRawData(const vorn::cMsg& msg);
     bool Frame() noexcept;
-    void ReplaceRecord(vorn::cMsg& msg) const;
+    void PutBack(vorn::cMsg& msg) const;
     bool Fail(const char* text) noexcept;
 
     int iCodecState = quarn::detail::transport::CODEC_IDLE;
@@ -139,10 +152,20 @@ public:
     // after any other result 0.
     int GetRemaining() const noexcept { return iRemaining; }
 
+    // What Decode does before and after unframing, step by step, as cSMLTenc has it.
+    // Makes the buffers, with the bytes of "RawData" in the one for the input, and copies "IfRec"
+    // to ifRec: 1; 0, with a trace line, when one of them is missing or mistyped or no memory is
+    // left.
+    int GetMsgRawData(const vorn::cMsg& msg, vorn::cRecord& ifRec) noexcept;
+    // Appends "SmltFlags" and "SmlRawData" of the output buffer. False, and out as it was, when
+    // there are no buffers and, with a trace line, when no memory is left.
+    bool AppendRecords(vorn::cRecord& out) const noexcept;
+    void ReleaseBuffers() noexcept;
+
 private:
-    bool GetMsgRawData(const vorn::cMsg& msg, vorn::cRecord& ifRec);
+    bool TakeRawData(const vorn::cMsg& msg, vorn::cRecord& ifRec);
     int Unframe() noexcept;
-    void AppendRecords(vorn::cRecord& out) const;
+    void PutOut(vorn::cRecord& out) const;
     int Fail(int result, const char* text) noexcept;
 
     int iCodecState = quarn::detail::transport::CODEC_IDLE;

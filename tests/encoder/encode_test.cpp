@@ -15,7 +15,8 @@ using vorn::cRecord;
 
 const std::string kPlainHeader = "transactionId=x01 groupNo=u0 abortOnError=u0x100";
 
-// The message as hex, without the CRC field and the end byte when these are right, else with.
+// The message as hex, without the CRC field and the end byte when these are right, else with; and a
+// word when it is not whole.
 std::string Encoded(Encoder encode, const cRecord& body, const std::string& head = kPlainHeader)
 {
     cRecord fields = body;
@@ -24,12 +25,13 @@ std::string Encoded(Encoder encode, const cRecord& body, const std::string& head
     EXPECT_EQ(encode(fields, header, result), SML_ENCODE_OK);
     EXPECT_EQ(result.GetParCount(nullptr, 0, 0), 2);
     const std::string bytes = Hex(DataHex(result, "SmlMsgRawData"));
+    const char* const whole = SmlMessageIsWhole(result) ? "" : " incomplete";
     for (const std::size_t tail : {4U, 3U}) {
         const std::string message = bytes.substr(0, bytes.size() - tail);
         if (bytes == message + CrcField(message) + '\0')
-            return ToHex(message);
+            return ToHex(message) + whole;
     }
-    return ToHex(bytes) + " without CRC";
+    return ToHex(bytes) + " without CRC" + whole;
 }
 
 const std::string kHeaderHex = "760201 6200 6200";
@@ -154,18 +156,25 @@ TEST(Encode, BufferSizes)
             cRecord body = Rec(ballast);
             for (const char* label : {"serverId", "globalSignature"})
                 AppendBytes(body, label, field);
-            EXPECT_EQ(Encoded(kind.encode, body).size() / 2 + 4 == size, excess == 0) << kind.name;
+            const std::string hex = Encoded(kind.encode, body);
+            if (excess == 0)
+                EXPECT_EQ(hex.size() / 2 + 4, size) << kind.name;
+            else
+                EXPECT_NE(hex.find("incomplete"), std::string::npos) << kind.name;
         }
     }
 }
 
+// Without a line to trace, what can be written is written at once; the bytes are the same.
 TEST(Encode, Details)
 {
     for (const Row& row : Rows("encoder/details.txt", 5)) {
+        const Encoder encode = KindOf(std::stoul(row[1], nullptr, 16)).encode;
+        const std::string silent = (EncoderTrace(0), Encoded(encode, Rec(row[2])));
         EncoderTrace trace(2);
         const std::string end = Hexed(row[3]);
-        const std::string hex =
-            Encoded(KindOf(std::stoul(row[1], nullptr, 16)).encode, Rec(row[2]));
+        const std::string hex = Encoded(encode, Rec(row[2]));
+        EXPECT_EQ(hex, silent) << row[0];
         EXPECT_EQ(hex.substr(hex.size() - std::min(end.size(), hex.size())), end) << row[0];
         EXPECT_EQ(trace.Lines(), row[4]) << row[0];
     }
@@ -232,6 +241,36 @@ TEST(Encode, BuffersOfEverySize)
         SmlMessageToBin(message, result, 7, "x", static_cast<long>(size));
         EXPECT_EQ(DataHex(result, "SmlMsgRawData"), Truncated(size)) << size;
         EXPECT_EQ(result.begin()->ToString(), "SmltFlags=7");
+        EXPECT_EQ(SmlMessageIsWhole(result), size >= whole) << size;
+    }
+}
+
+TEST(Encode, WholeMessages)
+{
+    const struct {
+        const char* name;
+        const char* bytes;
+        bool whole;
+    } rows[] = {
+        {"no data", "u1", false},
+        {"no bytes", "x", false},
+        {"all there", "x7602010101 72630200 7101 6200 00", true},
+        {"a long list", "x7602010101 72630200 F10001010101010101010101010101010101 63AABB 00",
+         true},
+        {"another list", "x7502010101 72630200 7101 6200 00", false},
+        {"an element too few", "x7602010101 72630200 7201 6200 00", false},
+        {"a string that lacks its end", "x7602010101 72630200 71850F01", false},
+        {"a head that lacks its end", "x7602010101 72630200 718181", false},
+        {"a string shorter than its head", "x7602010101 72630200 718001 6200 00", false},
+        {"no CRC", "x7602010101 72630200 7101 01 00", false},
+        {"no end", "x7602010101 72630200 7101 6200", false},
+        {"more than one", "x7602010101 72630200 7101 6200 00 00", false},
+    };
+    EXPECT_FALSE(SmlMessageIsWhole(Rec("")));
+    for (const auto& row : rows) {
+        std::string text = std::string("SmlMsgRawData=") + row.bytes;
+        text.erase(std::remove(text.begin(), text.end(), ' '), text.end());
+        EXPECT_EQ(SmlMessageIsWhole(Rec(text)), row.whole) << row.name;
     }
 }
 

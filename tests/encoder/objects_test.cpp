@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <type_traits>
+#include <utility>
 
 namespace
 {
@@ -163,6 +165,41 @@ TEST(Objects, OctetStringsAsNumbers)
     EXPECT_EQ(std::string(own.GetValue(&len), 26), "abcdefghijklmnopqrstuvwxyz");
     EXPECT_EQ(Sml_OctetString().GetValue(&len), nullptr);
     EXPECT_EQ(len, 0);
+}
+
+// Bytes as a host has them: of either sign, to be written to or not.
+template <typename Byte>
+void ExpectTaken()
+{
+    Byte name[] = {1, 0, 2, 8, 0, 7};
+    Byte* const bytes = name;
+    Sml_OctetString string(bytes, 6, -1);
+    EXPECT_EQ(Written(string), "07010002080007");
+    string.SetValue(bytes, 2, -1);
+    EXPECT_EQ(Written(string), "030100");
+    Sml_Signature signature(bytes, 6);
+    EXPECT_EQ(Written(signature), "07010002080007");
+    Sml_TreePath path(1);
+    EXPECT_EQ(path.SetTreePath(bytes, 0), 0);
+    EXPECT_EQ(Written(path), "7107010002080007");
+}
+
+TEST(Objects, TakeAndGiveBytesOfEveryKind)
+{
+    ExpectTaken<char>();
+    ExpectTaken<const char>();
+    ExpectTaken<unsigned char>();
+    ExpectTaken<const unsigned char>();
+    Sml_OctetString string("AB", 2, -1);
+    int len = 0;
+    char* const own = string.GetValue(&len);
+    own[1] = 'C';
+    const char* const seen = std::as_const(string).GetValue(&len);
+    EXPECT_EQ(std::string(seen, 2), "AC");
+    EXPECT_FALSE(Sml_OctetString(nullptr, 0, -1).GetToCode());
+    static_assert(std::is_same_v<decltype(std::as_const(string).GetValue(&len)), const char*>);
+    static_assert(std::is_invocable_v<decltype(SmlMessageToBin), Sml_Message&, vorn::cRecord&,
+                                      unsigned, char*, long>);
 }
 
 // Counts how often it was deleted.

@@ -1,10 +1,12 @@
-// A framework as a host may have one already: the operations that the library asks for and nothing
-// else, made of strings and vectors. Records are copied whole; that is slow, and right.
+// A framework as a host may have one already: the operations that the library asks for, made of
+// strings and vectors. Records are copied whole; that is slow, and right. It has begin, end and
+// GetName as well, without a promise on the names: each ends where its memory ends.
 #ifndef TESTS_FRAMEWORK_FRAMEWORK_H
 #define TESTS_FRAMEWORK_FRAMEWORK_H
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -34,9 +36,12 @@ public:
     const char* GetData() const { return iType == 5 ? data.data() : nullptr; }
     int GetSize() const { return iType == 5 ? static_cast<int>(data.size()) : 0; }
     bool GetRecord(cRecord& out) const;
+    const char* GetName() const { return name.data(); }
+    const cRecordPar* begin() const { return pars.data(); }
+    const cRecordPar* end() const { return pars.data() + pars.size(); }
     std::string ToString() const;
 
-    std::string name;
+    std::vector<char> name;
     int iType = 0;
     unsigned long long ullNumber = 0;
     std::string data;
@@ -73,12 +78,13 @@ public:
     }
 
     cRecordPar GetFirstPar(const char* n, int, int) const { return At(Find(n, 0)); }
-    bool SeekNextPar(cRecordPar& par, const char* n, int, int) const
+    void SeekNextPar(cRecordPar& par, const char* n, int, int) const
     {
         if (par.IsValid())
             par = At(Find(n, par.uiPlace + 1));
-        return par.IsValid();
     }
+    const cRecordPar* begin() const { return pars.data(); }
+    const cRecordPar* end() const { return pars.data() + pars.size(); }
     int GetParCount(const char* n, int, int) const
     {
         int count = 0;
@@ -97,7 +103,7 @@ public:
 
     std::size_t Find(const char* n, std::size_t from) const
     {
-        while (from < pars.size() && n != nullptr && pars[from].name != n)
+        while (from < pars.size() && n != nullptr && std::strcmp(pars[from].GetName(), n) != 0)
             from++;
         return from;
     }
@@ -108,7 +114,7 @@ private:
     cRecordPar& Append(const char* n, int type)
     {
         pars.emplace_back();
-        pars.back().name = n;
+        pars.back().name.assign(n, n + std::strlen(n) + 1);
         pars.back().iType = type;
         return pars.back();
     }
@@ -149,7 +155,7 @@ inline std::string cRecordPar::ToString() const
     } else {
         text = iType == 2 || iType == 8 ? std::to_string(GetSInt64()) : std::to_string(ullNumber);
     }
-    return name + "=" + text;
+    return GetName() + ("=" + text);
 }
 
 class cRecordPath

@@ -36,6 +36,7 @@ struct Host {
         message.GetFirstPar("SmlMsgHeader", 0, 0).GetRecord(header);
         if (message.GetFirstPar("SmlGetListRes", 0, 0).IsValid()) {
             cSmlGetListRes(message).ToRecord(again);
+            cSmlListEntry(test::Rec("value=u1 value=u2 objName=U1")).ToRecord(again);
             std::printf("class %s\n", again.ToString().c_str());
         }
         for (const auto& row : kEncoders) {
@@ -99,6 +100,7 @@ struct Host {
         add(Encode_Open_Request(open, header, result), result);
         add(Encode_SetProcPar_Request(body, header, result), result);
         add(Encode_Close_Request(close, header, result), result);
+        file.AppendUIntPar("t", 1, 0); // a name shorter than those that are sought
         file.AppendUIntPar("SmltFlags", BUF_FLAG_FIRST | BUF_FLAG_LAST, 0);
         file.AppendDataPar("SmlRawData", bytes.data(), static_cast<int>(bytes.size()), 0);
         Parse(file);

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Makes the Debian packages of a built tree, unpacks them into one folder and runs the program from
-# there; lintian, where it is installed, has neither an error nor a warning to tell.
+# there; libraries and program are hardened, and lintian, where it is installed, has neither an error
+# nor a warning to tell.
 #
 #   tests/install/packages.sh BUILD LIBDIR EXAMPLE
 set -euo pipefail
@@ -31,6 +32,7 @@ share/doc/quarn/copyright
 END
 [[ $(LD_LIBRARY_PATH=root/usr/$libdir root/usr/bin/quarn decode --obis 1.8.0 --format csv \
     "$example" 2>/dev/null | wc -l) == 5 ]]
+"${0%/*}/hardening.sh" root/usr/"$libdir"/lib*.so.0 root/usr/bin/quarn
 echo "the packages hold what they should, and the program runs"
 
 if command -v lintian >/dev/null; then

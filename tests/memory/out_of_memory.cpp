@@ -245,6 +245,27 @@ bool CodecStep(const std::string& payload)
     return done;
 }
 
+// The codec's steps taken alone.
+bool CodecSteps(const std::string& payload)
+{
+    cSMLTenc encoder(SMLT_MODE_TP);
+    cSMLTdec decoder(SMLT_MODE_TP);
+    vorn::cMsg msg;
+    cRecord before, ifRec, out;
+    {
+        const Sparing sparing;
+        msg = Carrier(BUF_FLAG_SML | BUF_FLAG_FIRST | BUF_FLAG_LAST, payload);
+        before = msg.GetRecord();
+    }
+    const bool taken = encoder.GetFlags(msg) == 1 && encoder.GetMsgRawData(msg) == 1 &&
+                       decoder.GetMsgRawData(msg, ifRec) == 1;
+    const bool replaced = encoder.ReplaceRecord(msg), appended = decoder.AppendRecords(out);
+    const Sparing sparing;
+    EXPECT_EQ(msg.GetRecord() == before, !replaced);
+    EXPECT_EQ(out == cRecord(), !appended);
+    return taken && replaced && appended;
+}
+
 TEST_F(OutOfMemory, ParserAndCodec)
 {
     const std::string file = File();
@@ -253,6 +274,7 @@ TEST_F(OutOfMemory, ParserAndCodec)
     ASSERT_EQ(whole.results[0], SMLP_FILE_COMPLETE);
     EXPECT_GT(FailInTurn([&] { return ParserStep(file, whole); }), 10);
     EXPECT_GT(FailInTurn([&] { return CodecStep(file); }), 5);
+    EXPECT_GT(FailInTurn([&] { return CodecSteps(file); }), 5);
 }
 
 TEST_F(OutOfMemory, TraceLinesAreLostNotThrown)

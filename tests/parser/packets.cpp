@@ -1,7 +1,7 @@
 // Values and messages too large for one record: delivered in packets that lose nothing, the same
 // ones however the input is cut.
+#include "tests/parser/in_pieces.h"
 #include "tests/support/message.h"
-#include "tests/support/parse.h"
 #include "tests/support/trace_capture.h"
 
 #include <gtest/gtest.h>
@@ -43,14 +43,6 @@ void ParseWhole(const std::string& message, Parser& whole)
     EXPECT_EQ(bytes, message);
 }
 
-void ParseInPieces(const std::string& message, const std::vector<std::size_t>& cuts,
-                   const Parser& whole)
-{
-    Parser parts;
-    parts.FeedFile(OpenRes() + message + CloseRes(), cuts);
-    ASSERT_EQ(parts.records, whole.records) << "first cut at " << cuts[0];
-}
-
 void ParseInAnyPieces(const std::string& message, Parser& whole)
 {
     ParseWhole(message, whole);
@@ -61,7 +53,7 @@ void ParseInAnyPieces(const std::string& message, Parser& whole)
         for (std::size_t at = piece; at < message.size();
              at += round < 7 ? piece : 1 + random() % piece)
             cuts.push_back(at);
-        ParseInPieces(message, cuts, whole);
+        test::ExpectSameWhenCut(OpenRes() + message + CloseRes(), cuts, whole);
     }
 }
 
@@ -185,28 +177,46 @@ TEST(ParserPackets, AListLongerThanTheStoreArrivesWhole)
     EXPECT_EQ(Nested(last, "SmlMsgHeader").GetParCount("transactionId", 0, 0), 1);
 }
 
-// The store may fill up at any field, the CRC and the end byte too, and where a chunk ends.
+// The bytes of the store that the first packet leaves empty, for each number of bytes that are free
+// where the last entry begins: a TL field of one byte wants one, a longer one eight, an integer all
+// of its own, a CRC field two, a string what there is; a packet ends with a chunk in any case.
 TEST(ParserPackets, TheStoreFillsUpAtEveryField)
 {
     const test::TraceCapture quiet;
-    std::vector<std::string> messages;
-    for (std::size_t size = 5860; size < 5990; ++size)
-        messages.push_back(Finish(Head("0301") + Hex("78 02 AA 72 62 01 62 01 62 0F 70 70 70") +
-                                  LongString(Noise(size)) + Hex("82 03") + std::string(33, 's')));
-    for (std::size_t filler = 600; filler < 700; ++filler) {
-        std::string list = Hex("77 01 02 AA 01 01 76");
-        for (const std::size_t size : {std::size_t{1000}, std::size_t{1000}, std::size_t{1000},
-                                       std::size_t{1000}, filler, std::size_t{3000}})
-            list += Hex("77 02 41 01 01 01 01") + LongString(Noise(size)) + '\x01';
-        messages.push_back(Finish(Head("0701") + list + Hex("01 01")));
-    }
-    for (const std::string& message : messages) {
-        SCOPED_TRACE(message.size());
-        Parser whole;
-        ParseWhole(message, whole);
-        const std::size_t full = OpenRes().size() + SML_MESSAGE_STORE;
-        for (std::size_t cut = full - 12; cut < std::min(full + 12, message.size()); ++cut)
-            ParseInPieces(message, {cut}, whole);
+    const struct {
+        std::string strEntry; // and the rest of the list's body
+        std::size_t uiFrom;   // bytes free
+        std::string strLeft;  // '-': no packet
+    } rows[] = {
+        {Hex("77 80 80 0B 01 00 01 08 00 FF AA BB 69 00 00 00 00 00 00 00 01 01 01 01 62 05 01 01"
+             "01"),
+         0,
+         "001234567"
+         "00000"
+         "1234567"
+         "000000000"
+         "110-"},
+        {Hex("77 02 41 01 01 01 01") + LongString(Noise(3000)) + Hex("01 01 01"), 1208,
+         "000000012345"},
+    };
+    for (const auto& row : rows) {
+        std::string left;
+        for (std::size_t i = 0; i < row.strLeft.size(); ++i) {
+            std::string message = Head("0701") + Hex("77 01 02 AA 01 01 76");
+            std::size_t filler = SML_MESSAGE_STORE - row.uiFrom - i - message.size();
+            for (std::size_t n = 5; n > 0; filler -= filler / n, --n)
+                message += Hex("77 02 41 01 01 01 01") + LongString(Noise(filler / n - 15)) + '\1';
+            message = Finish(message + row.strEntry);
+            SCOPED_TRACE(message.size());
+            Parser whole;
+            ParseWhole(message, whole);
+            const std::size_t size = BytesAt(whole.records[1], "SmlMsgRawData").size();
+            left += whole.count == 3 ? '-' : static_cast<char>('0' + SML_MESSAGE_STORE - size);
+            const std::size_t full = OpenRes().size() + SML_MESSAGE_STORE;
+            const std::string file = OpenRes() + message + CloseRes();
+            test::ExpectSameInPieces(file, full - 12, std::min(full + 12, file.size()), whole);
+        }
+        EXPECT_EQ(left, row.strLeft);
     }
 }
 

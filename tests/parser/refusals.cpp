@@ -1,7 +1,7 @@
 // Every code with which a message is refused, from real message bytes, with its trace, as the first
 // and as a later message of its file; and the status that it gives the host.
+#include "tests/parser/in_pieces.h"
 #include "tests/support/message.h"
-#include "tests/support/parse.h"
 #include "tests/support/rows.h"
 #include "tests/support/trace_capture.h"
 
@@ -17,15 +17,16 @@ const std::map<std::string, int> kStatus = {
 
 void ExpectRefusal(const test::Row& row, bool first)
 {
-    const bool named = row[1][0] == '@';
-    const std::string bytes =
-        named ? test::Head(row[1].substr(1, 4)) + test::Hex(row[1].substr(5)) : test::Hex(row[1]);
+    const std::string bytes = test::Refused(row);
     test::Parser parser;
     if (!first)
         parser.Feed(BUF_FLAG_FIRST, test::OpenRes());
     const test::TraceCapture trace(LibSmlp, 4);
-    EXPECT_EQ(parser.Feed(first ? unsigned{BUF_FLAG_FIRST} : 0U, bytes), SMLP_DECODING_ERROR);
-    const std::string told = row[3].empty() ? "" : "LibSmlp[2]: " + row[3] + ", smlp[7]\n";
+    const std::size_t last = bytes.size() - 1;
+    EXPECT_EQ(parser.Feed(first ? unsigned{BUF_FLAG_FIRST} : 0U, bytes.substr(0, last)), SMLP_OK);
+    EXPECT_EQ(parser.Feed(0, bytes.substr(last)), SMLP_DECODING_ERROR);
+    const std::string level = row[3][0] == '[' ? "" : "[2]: ";
+    const std::string told = row[3].empty() ? "" : "LibSmlp" + level + row[3] + ", smlp[7]\n";
     const std::string code = "LibSmlp[2]: Decoding-Error: rc=" + row[2] + ", smlp[7]\n";
     const std::string text = trace.Text();
     EXPECT_TRUE(text.find(code) < text.size() && text.find(told) < text.size()) << text;
@@ -52,6 +53,11 @@ TEST(ParserRefusals, EveryCodeWithItsTraceAndStatus)
             SCOPED_TRACE(row[0] + (first ? ", first message" : ", later message"));
             ExpectRefusal(row, first);
         }
+        const test::TraceCapture quiet;
+        test::Parser whole;
+        const std::string file = test::OpenRes() + test::Refused(row);
+        whole.FeedFile(file, {});
+        test::ExpectSameInPieces(file, test::OpenRes().size(), file.size(), whole);
     }
 }
 

@@ -225,6 +225,18 @@ TEST(Classes, TimesAndKinds)
     EXPECT_FALSE(listType.Set(2, time) || listType.IsValid());
     EXPECT_TRUE(listType.Set(1, time) && listType.IsValid());
     EXPECT_FALSE(cSmlValue(Rec("value={}")).GetListType(listType));
+    {
+        // Assigned, the list type of another type loses its time; the value stays one, and is
+        // written.
+        const TraceCapture traces(LibQuarn);
+        cSmlListEntry entry;
+        cSmlValue assigned;
+        assigned = cSmlValue(Rec("value={smlList={type=u2 SmlTime={type=u1 value=u5}}}"));
+        EXPECT_TRUE(entry.SetObjName(1) && entry.SetValue(assigned));
+        EXPECT_EQ(Written(assigned), Rec("value={}"));
+        EXPECT_EQ(Written(entry), Rec("valListEntry={objName=U1 value={}}"));
+        EXPECT_EQ(traces.Lines(), Lines(2, "LibQuarn[2]: cSmlListType::ToRecord: class invalid"));
+    }
     const TraceCapture quiet(LibQuarn, 0);
     unsigned kind = 0, expected = 0;
     for (const std::string v :

@@ -354,7 +354,7 @@ Sent Make(const Kind& kind, const Choices& choices, Has has)
 {
     Sent sent = Fill(kind, choices, has);
     if (kind.encode(sent.body, sent.header, sent.result) != SML_ENCODE_OK ||
-        sent.Bytes().size() >= static_cast<std::size_t>(kind.size))
+        !SmlMessageIsWhole(sent.result))
         throw std::logic_error(kind.name + (" cannot be encoded: " + sent.body.ToString()));
     return sent;
 }

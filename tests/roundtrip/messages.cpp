@@ -113,6 +113,42 @@ TEST(RoundTrip, OneWayFieldsAreRefused)
     }
 }
 
+// Inside of what a message needs: the header's fields, and fields of entries and trees. A value may
+// be missing.
+TEST(RoundTrip, IncompleteStructures)
+{
+    const std::string list = "serverId=x01 valList={valListEntry={";
+    const std::string period = "serverId=x01 status=U1 period_List={SmlPeriodEntry={";
+    const std::string tree = "serverId=x01 parTree={";
+    const struct {
+        unsigned identifier;
+        const char* header;
+        std::string body;
+        bool read;
+    } rows[] = {
+        {0x0200, "groupNo=u0 abortOnError=u0", "", false},
+        {0x0200, "transactionId=x01 abortOnError=u0", "", false},
+        {0x0200, "transactionId=x01 groupNo=u0", "", false},
+        {0x0701, nullptr, list + "value=u1}}", false},
+        {0x0701, nullptr, list + "objName=U1}}", true},
+        {0x0401, nullptr, period + "unit=u1 scaler=i0 value=u1}}", false},
+        {0x0401, nullptr, period + "objName=U1 scaler=i0 value=u1}}", false},
+        {0x0401, nullptr, period + "objName=U1 unit=u1 value=u1}}", false},
+        {0x0401, nullptr, period + "objName=U1 unit=u1 scaler=i0}}", true},
+        {0x0501, nullptr, tree + "procParVal={type=u1 value=u1}}", false},
+        {0x0501, nullptr, tree + "parName=U1 procParVal={type=u5 value={objName=U1}}}", true},
+        {0x0501, nullptr, tree + "parName=U1 procParVal={type=u4 value={SmlTime={value=u1}}}}",
+         false},
+    };
+    for (const auto& row : rows) {
+        const char* const whole = "transactionId=x01 groupNo=u0 abortOnError=u0";
+        const Kind& kind = KindOf(row.identifier);
+        Sent sent{&kind, Rec(row.header != nullptr ? row.header : whole), Rec(row.body), {}};
+        kind.encode(sent.body, sent.header, sent.result);
+        EXPECT_EQ(Parsed(sent) != cRecord(), row.read) << kind.name << ' ' << row.body;
+    }
+}
+
 // Tupel entries are not written, tree values that the encoder does not know neither.
 TEST(RoundTrip, TreeValuesThatAreNotWritten)
 {

@@ -7,6 +7,7 @@
 #include "quarn/quarn.h"
 
 #include <string>
+#include <vector>
 
 namespace test
 {
@@ -31,7 +32,20 @@ inline std::string Message(const std::string& tag, const std::string& bodyHex)
 }
 
 inline std::string OpenRes() { return Message("0101", "76 01 01 03 11 22 04 AA BB CC 01 01"); }
+// One as hardly a meter sends it: long TL fields, long numbers, and one byte of CRC, as it
+// suffices.
+inline std::string OddOpenRes()
+{
+    return Hex("F0 06 80 80 80 80 80 80 80 0A 00 45 62 00 62 00 F0 02 65 00 00 01 01"
+               "76 01 01 03 11 22 04 AA BB CC 01 01 62 85 00");
+}
 inline std::string CloseRes() { return Message("0201", "71 01"); }
+
+// The bytes of a row of parser/refusals.txt.
+inline std::string Refused(const std::vector<std::string>& row)
+{
+    return row[1][0] == '@' ? Head(row[1].substr(1, 4)) + Hex(row[1].substr(5)) : Hex(row[1]);
+}
 
 // An octet string of any length with its TL field of seven bytes.
 inline std::string LongString(const std::string& data)

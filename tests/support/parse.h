@@ -48,7 +48,7 @@ public:
     {
         parser.TimeoutEvent();
         Feed(0, "");
-        Feed(BUF_FLAG_LAST, "");
+        parser.Reset_FileAttributes();
     }
     std::string Text() const
     {

@@ -2,6 +2,8 @@
 // called damaged that the receive road calls good, and the other way round.
 #include "tests/support/captures.h"
 #include "tests/support/hex.h"
+#include "tests/support/message.h"
+#include "tests/support/rows.h"
 #include "tests/tools/program.h"
 #include "tools/explain/explainer.h"
 #include "tools/explain/value.h"
@@ -167,6 +169,16 @@ TEST(Explain, CoversMoreThanCanBeKept)
     EXPECT_EQ(text.find("cannot be taken apart"), std::string::npos);
     EXPECT_NE(Explain(std::string(300000, 'x') + frame).text.find("no part of a frame"),
               std::string::npos);
+    // What has come is explained where a length of several bytes has not come whole.
+    const std::string large =
+        test::OpenRes() +
+        test::Finish(test::Head("0301") + Hex("7802AA7262016201620F707070") +
+                     test::LongString(std::string(tool::cExplainer::kMaxFrame, 'x')) + '\1') +
+        test::CloseRes();
+    for (const std::size_t cut : {1U, 5U}) {
+        const std::string input = large + test::OddOpenRes() + test::CloseRes();
+        EXPECT_FALSE(Explain(input, large.size() + cut, tool::INPUT_RAW).bDamaged);
+    }
 }
 
 // A message without frame, its checksum wrong unless it stands alone in the parser's mind.
@@ -241,6 +253,25 @@ TEST(Explain, TellsFieldsAndDamage)
         const std::string text = Explain(row.input, 1000, tool::INPUT_RAW).text;
         for (const char* told : row.told)
             EXPECT_NE(text.find(told), std::string::npos) << row.pcName << told << '\n' << text;
+    }
+}
+
+// Of each message that the tests of the parser know, in a file of its own.
+TEST(Explain, AgreesWithTheParser)
+{
+    const auto explain = [](const std::string& message) {
+        return Explain(test::OddOpenRes() + message, std::string::npos, tool::INPUT_RAW);
+    };
+    for (const test::Row& row : test::Rows("parser/bodies.txt", 4)) {
+        SCOPED_TRACE(row[0]);
+        const std::string close = row[1] == "0200" ? "" : test::CloseRes();
+        const Told told = explain(test::Message(row[1], row[2]) + close);
+        EXPECT_FALSE(told.bDamaged) << told.text;
+    }
+    for (const test::Row& row : test::Rows("parser/refusals.txt", 5)) {
+        SCOPED_TRACE(row[0]);
+        const std::string text = explain(test::Refused(row)).text;
+        EXPECT_NE(text.find("the parser stops here"), std::string::npos) << text;
     }
 }
 

@@ -74,7 +74,7 @@ TEST(Inverse, Refusals)
     rows.push_back({"a zero byte", "column 3: a zero byte", std::string("{}\0{", 4)});
     rows.push_back({"deep", "nested deeper than 64 levels", Repeated(R"({"value":)", 100000)});
     rows.push_back(
-        {"too long", "what it makes cannot be read",
+        {"too long", "a get-list response of more than 4000 bytes cannot be encoded: put less",
          R"(@1793 "SmlGetListRes":{"serverId":"0a01","valList":[{"objName":1,"value":1})" +
              Repeated(R"(,{"objName":1,"value":1})", 399) + "]}"});
     const Ran good = Quarn({"encode"}, kOpen + kClose);

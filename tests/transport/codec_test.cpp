@@ -114,6 +114,50 @@ TEST(TransportCodec, DecodesPieceByPieceAndForgetsALostFrame)
     EXPECT_EQ(payload, Hex("1B1B1B02"));
 }
 
+// The steps taken alone, nothing framed between them: the output buffer holds no byte and no flag.
+TEST(TransportCodec, StepByStep)
+{
+    const std::string none = "GetFlags():-0- SMLTFLAGS invalid/missing/wrong type",
+                      noData = "GetMsgRawData():-0- MSGRAWDATA invalid/missing/wrong type",
+                      noRecord = "GetMsgRawData():-0- IF_RECORD_LABEL invalid/missing/wrong type",
+                      noRaw = "GetMsgRawData():-0- RAWDATA_LABEL invalid/missing/wrong type";
+    const struct {
+        std::string message;
+        int flags, data;
+        std::string replaced, trace, decoderTrace;
+    } rows[] = {
+        {"SmltFlags=u19 IfRec={RawData=x01 Channel=u7} Time=u1", 1, 1,
+         "Time=u1 IfRec={Channel=u7 RawData=x} SmltFlags=u0", "", ""},
+        {"SmltFlags=u3 IfRec={RawData=x}", 0, 1, "IfRec={RawData=x} SmltFlags=u0", "", ""},
+        {"SmltFlags=i16 IfRec={RawData=u1}", 0, 0, "=", Line(none) + Line(noData), Line(noRaw)},
+        {"IfRec=b1", 0, 0, "=", Line(none) + Line(noData), Line(noRecord)},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.message);
+        cSMLTenc encoder(SMLT_MODE_TP);
+        cSMLTdec decoder(SMLT_MODE_TP);
+        const test::TraceCapture capture(LibSmlt);
+        const vorn::cRecord before = Rec(row.message), old = Rec("old=u1");
+        vorn::cMsg msg(before);
+        EXPECT_EQ(encoder.GetFlags(msg), row.flags);
+        EXPECT_EQ(encoder.GetMsgRawData(msg), row.data);
+        EXPECT_EQ(capture.Text(), row.trace);
+        EXPECT_EQ(encoder.ReplaceRecord(msg), row.data == 1);
+        EXPECT_EQ(msg.GetRecord(), row.data == 1 ? Rec(row.replaced) : before);
+        encoder.ReleaseBuffers();
+        EXPECT_FALSE(encoder.ReplaceRecord(msg));
+
+        vorn::cRecord ifRec, out = old;
+        EXPECT_EQ(decoder.GetMsgRawData(vorn::cMsg(before), ifRec), row.data);
+        EXPECT_EQ(ifRec, test::Nested(before, "IfRec"));
+        EXPECT_EQ(capture.Text(), row.trace + row.decoderTrace);
+        EXPECT_EQ(decoder.AppendRecords(out), row.data == 1);
+        EXPECT_EQ(out, row.data == 1 ? Rec("old=u1 SmltFlags=u0 SmlRawData=x") : old);
+        decoder.ReleaseBuffers();
+        EXPECT_FALSE(decoder.AppendRecords(out));
+    }
+}
+
 TEST(TransportCodec, PassesRawBytesThrough)
 {
     cSMLTenc encoder(SMLT_MODE_RAW);

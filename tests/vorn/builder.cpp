@@ -134,6 +134,8 @@ TEST(Builder, OpenRecordsAreCopiedAndClearedAsTheyStand)
     builder.Clear(0);
     EXPECT_EQ(builder.Levels(), 2U);
     EXPECT_EQ(builder.Copy(0), cRecord());
+    EXPECT_EQ(builder.Copy(1), inner);
+    builder.Clear(1);
     Fill(builder, 3);
     const cRecord refilled = builder.Copy(1);
     builder.Create();

@@ -24,29 +24,34 @@ int EncodeProfile(vorn::cRecord& body, vorn::cRecord& header, vorn::cRecord& res
     return Encode_GetProfile_Request(body, header, result, kChoice);
 }
 
-Encoder FindEncoder(unsigned identifier) noexcept
+struct EncoderRow {
+    unsigned uiIdentifier;
+    Encoder Encode;
+    unsigned uiLongest; // message in bytes
+};
+
+const EncoderRow* FindEncoder(unsigned identifier) noexcept
 {
-    static constexpr struct {
-        unsigned uiIdentifier;
-        Encoder Encode;
-    } kEncoders[] = {
-        {SML_OPEN_REQ, Encode_Open_Request},
-        {SML_OPEN_RES, Encode_Open_Response},
-        {SML_CLOSE_REQ, Encode_Close_Request},
-        {SML_CLOSE_RES, Encode_Close_Response},
-        {SML_GET_PROFILE_PACK_REQ, EncodeProfile<SML_GET_PROFILE_PACK_REQ>},
-        {SML_GET_PROFILE_LIST_REQ, EncodeProfile<SML_GET_PROFILE_LIST_REQ>},
-        {SML_GET_PROFILE_LIST_RES, Encode_GetProfileList_Response},
-        {SML_GET_PROC_PAR_REQ, Encode_GetProcPar_Request},
-        {SML_GET_PROC_PAR_RES, Encode_GetProcPar_Response},
-        {SML_SET_PROC_PAR_REQ, Encode_SetProcPar_Request},
-        {SML_GET_LIST_REQ, Encode_GetList_Request},
-        {SML_GET_LIST_RES, Encode_GetList_Response},
-        {SML_ATTENTION_RES, Encode_Attention_Response},
+    static constexpr EncoderRow kEncoders[] = {
+        {SML_OPEN_REQ, Encode_Open_Request, SML_MAX_ENCODED_ENVELOPE},
+        {SML_OPEN_RES, Encode_Open_Response, SML_MAX_ENCODED_ENVELOPE},
+        {SML_CLOSE_REQ, Encode_Close_Request, SML_MAX_ENCODED_ENVELOPE},
+        {SML_CLOSE_RES, Encode_Close_Response, SML_MAX_ENCODED_ENVELOPE},
+        {SML_GET_PROFILE_PACK_REQ, EncodeProfile<SML_GET_PROFILE_PACK_REQ>,
+         SML_MAX_ENCODED_REQUEST},
+        {SML_GET_PROFILE_LIST_REQ, EncodeProfile<SML_GET_PROFILE_LIST_REQ>,
+         SML_MAX_ENCODED_REQUEST},
+        {SML_GET_PROFILE_LIST_RES, Encode_GetProfileList_Response, SML_MAX_ENCODED_LIST},
+        {SML_GET_PROC_PAR_REQ, Encode_GetProcPar_Request, SML_MAX_ENCODED_REQUEST},
+        {SML_GET_PROC_PAR_RES, Encode_GetProcPar_Response, SML_MAX_ENCODED_TREE},
+        {SML_SET_PROC_PAR_REQ, Encode_SetProcPar_Request, SML_MAX_ENCODED_TREE},
+        {SML_GET_LIST_REQ, Encode_GetList_Request, SML_MAX_ENCODED_REQUEST},
+        {SML_GET_LIST_RES, Encode_GetList_Response, SML_MAX_ENCODED_LIST},
+        {SML_ATTENTION_RES, Encode_Attention_Response, SML_MAX_ENCODED_ENVELOPE},
     };
     for (const auto& row : kEncoders) {
         if (row.uiIdentifier == identifier)
-            return row.Encode;
+            return &row;
     }
     return nullptr;
 }
@@ -167,8 +172,8 @@ bool cMessageEncoder::Encode(const vorn::cRecord& record, EncodedMessage& messag
     }
     const unsigned identifier = id->GetUInt();
     const MessageKind* kind = FindKind(identifier);
-    const Encoder encode = FindEncoder(identifier);
-    if (encode == nullptr) {
+    const EncoderRow* encoder = FindEncoder(identifier);
+    if (encoder == nullptr) {
         error = kind != nullptr ? std::string("a ") + kind->pcName + " cannot be encoded"
                                 : "no message is called " + std::to_string(identifier);
         return false;
@@ -185,8 +190,14 @@ bool cMessageEncoder::Encode(const vorn::cRecord& record, EncodedMessage& messag
     if (const vorn::cRecordPar* raw = FindIn(meant, "rawdata"))
         body.AppendDataPar("RawData", raw->GetData(), raw->GetSize(), 0); // as the encoder calls it
     vorn::cRecord result;
-    if (encode(body, header, result) != SML_ENCODE_OK) {
+    if (encoder->Encode(body, header, result) != SML_ENCODE_OK) {
         error = "out of memory";
+        return false;
+    }
+    if (!SmlMessageIsWhole(result)) {
+        error = std::string("a ") + kind->pcName + " of more than " +
+                std::to_string(encoder->uiLongest) +
+                " bytes cannot be encoded: put less into one message";
         return false;
     }
     message.bytes = BytesIn(result, "SmlMsgRawData");
@@ -212,7 +223,7 @@ bool cMessageEncoder::Verify(const vorn::cRecord& header, const vorn::cRecord& b
         return false;
     }
     if (info.pBody == nullptr || info.uiIdentifier != identifier) {
-        error = "what it makes is incomplete: too long, or a value is missing";
+        error = "what it makes is incomplete: a value is missing";
         return false;
     }
     const vorn::cRecord& last = records.rbegin()->second;

@@ -11,9 +11,10 @@ namespace
 {
 
 // In the order of eFIELD; the first letter of a kind is its own.
-constexpr std::string_view kKinds[] = {
-    "octets", "name", "attention", "number", "seconds", "timestamp", "unit",  "status",
-    "tag",    "crc",  "offset",    "scaler", "boolean", "=",         "value", "end"};
+constexpr std::string_view kKinds[] = {"octets",     "name",   "attention", "number", "seconds",
+                                       "timestamp",  "unit",   "status",    "tag",    "crc",
+                                       "offset",     "scaler", "boolean",   "=",      "value",
+                                       "any-status", "end"};
 
 #define KEYS "serverId:octets? username:octets? password:octets? "
 #define TRIPLE(of) "unit_" of ":unit scaler_" of ":scaler value_" of ":value? "
@@ -66,7 +67,7 @@ constexpr Rule kRules[] = {
     {"HeaderEntry", eSHAPE::SEQUENCE, "objName:name unit:unit scaler:scaler"},
     {"PackPeriodList", eSHAPE::LIST, "pObjPerEntry=PackPeriod"},
     {"PackPeriod", eSHAPE::SEQUENCE,
-     "valTime=Time status:status? value_List=ValueList periodSignature:octets?"},
+     "valTime=Time status:any-status? value_List=ValueList periodSignature:octets?"},
     {"ValueList", eSHAPE::LIST, "value_List_Entry=ValueEntry"},
     {"ValueEntry", eSHAPE::SEQUENCE, "value:value? valueSignature:octets?"},
     {"Tupel", eSHAPE::SEQUENCE,

@@ -26,10 +26,11 @@ enum class eFIELD : unsigned char {
     SCALER,
     // Others
     BOOLEAN,
-    SHAPE, // a list, as a rule tells
-    VALUE, // what a meter has measured: any of the above or a time
-    END,   // the last byte of a message
-    ANY    // where the grammar does not tell
+    SHAPE,      // a list, as a rule tells
+    VALUE,      // what a meter has measured: any of the above or a time
+    ANY_STATUS, // as many bytes as its TL field announces, whatever the type
+    END,        // the last byte of a message
+    ANY         // where the grammar does not tell
 };
 
 // What a list holds: exactly the fields named; any number of the one field; or a tag and the field

@@ -84,6 +84,7 @@ std::string NumberText(eFIELD kind, unsigned type, std::string_view bytes, const
     case eFIELD::UNIT:
         return number + " " + std::string(UnitSymbol(static_cast<unsigned>(UnsignedOf(bytes))));
     case eFIELD::STATUS:
+    case eFIELD::ANY_STATUS:
         return "0x" + HexText(bytes) + " (" + number + ")";
     case eFIELD::TAG:
         return TagText(bytes);
@@ -125,7 +126,7 @@ std::string ValueText(eFIELD kind, unsigned type, std::string_view bytes, const 
         return NameText(bytes);
     if (kind == eFIELD::ATTENTION)
         return AttentionText(bytes);
-    if (type == TYPE_OCTETS)
+    if (type == TYPE_OCTETS || type == TYPE_SEQUENCE)
         return OctetText(bytes);
     if (type == TYPE_BOOLEAN)
         return UnsignedOf(bytes) != 0 ? "true" : "false";

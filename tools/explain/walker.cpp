@@ -23,14 +23,15 @@ struct TypeLength {
     std::size_t uiSize = 1;        // of the field itself
     std::uint64_t ullCount = 0;    // elements of a list, bytes of all others
     bool bAbsent = false;          // it says that a field is not set
+    bool bCut = false;             // its end is not there yet
     const char* pcError = nullptr; // why it makes no sense
 };
 
-const char* ErrorIn(const TypeLength& tl, bool ends, bool isCut)
+const char* ErrorIn(const TypeLength& tl, bool ends)
 {
     const bool isString = tl.uiType == TYPE_OCTETS;
     if (!ends)
-        return isCut ? "the length is cut off" : "the length has no end";
+        return tl.bCut ? "the length is cut off" : "the length has no end";
     if (!isString && tl.uiType < TYPE_BOOLEAN)
         return "there is no such type";
     if (tl.uiSize > 1 && !isString && tl.uiType != TYPE_SEQUENCE)
@@ -45,7 +46,7 @@ const char* ErrorIn(const TypeLength& tl, bool ends, bool isCut)
 
 TypeLength ReadTypeLength(std::string_view rest)
 {
-    constexpr std::size_t kMaxSize = 7;
+    constexpr std::size_t kMaxSize = 8;
     constexpr unsigned kMore = 0x80;
     TypeLength tl;
     const auto byte = [rest](std::size_t i) { return static_cast<unsigned char>(rest[i]); };
@@ -56,7 +57,9 @@ TypeLength ReadTypeLength(std::string_view rest)
     tl.bAbsent = tl.uiSize == 1 && tl.uiType == TYPE_OCTETS && tl.ullCount <= 1;
     if (tl.uiType != TYPE_SEQUENCE)
         tl.ullCount -= std::min<std::uint64_t>(tl.ullCount, tl.uiSize);
-    tl.pcError = ErrorIn(tl, (byte(tl.uiSize - 1) & kMore) == 0, tl.uiSize < kMaxSize);
+    const bool ends = (byte(tl.uiSize - 1) & kMore) == 0;
+    tl.bCut = !ends && tl.uiSize < kMaxSize;
+    tl.pcError = ErrorIn(tl, ends);
     return tl;
 }
 
@@ -122,8 +125,7 @@ private:
     {
         const std::size_t start = uiAt;
         const std::size_t count = walked.items.size();
-        bCut = false;
-        const bool isWhole = payload[uiAt] == '\x76' && Message();
+        const bool isWhole = BeginsMessage() && Message();
         if (options.bMore && !bSilent && bCut) {
             walked.items.resize(count);
             uiAt = start;
@@ -135,6 +137,13 @@ private:
     }
 
     // ---- Messages
+
+    bool BeginsMessage()
+    {
+        const TypeLength tl = ReadTypeLength(payload.substr(uiAt));
+        bCut = tl.bCut;
+        return tl.pcError == nullptr && tl.uiType == TYPE_SEQUENCE && tl.ullCount == 6;
+    }
 
     bool Message()
     {
@@ -204,14 +213,15 @@ private:
         }
         const TypeLength tl = ReadTypeLength(payload.substr(uiAt));
         const std::size_t left = payload.size() - uiAt - tl.uiSize;
-        const bool isList = tl.uiType == TYPE_SEQUENCE;
+        const bool isList = tl.uiType == TYPE_SEQUENCE && field.eKind != eFIELD::ANY_STATUS;
         Annotation item = Make(name, depth, eWHAT::UNKNOWN, tl.uiSize);
         uiAt += tl.uiSize;
         if (tl.pcError != nullptr || (!isList && tl.ullCount > left)) {
-            bCut = tl.pcError == nullptr;
-            item.damage = !bCut ? tl.pcError
-                                : "it announces " + std::to_string(tl.ullCount) + " bytes, and " +
-                                      std::to_string(left) + " are left";
+            bCut = tl.bCut || tl.pcError == nullptr;
+            item.damage = tl.pcError != nullptr
+                              ? tl.pcError
+                              : "it announces " + std::to_string(tl.ullCount) + " bytes, and " +
+                                    std::to_string(left) + " are left";
             Emit(item, start);
             return false;
         }

@@ -171,18 +171,13 @@ void cReceiver::LeaveFile()
     if (!bWaiting)
         return;
     frame.bInsideFile = true;
-    parser.TimeoutEvent();
-    ParseNothing(0);
-    ParseNothing(BUF_FLAG_LAST);
-    bWaiting = false;
-}
-
-void cReceiver::ParseNothing(unsigned flags)
-{
     vorn::cRecord nothing;
-    nothing.AppendUIntPar("SmltFlags", flags, 0);
+    nothing.AppendUIntPar("SmltFlags", 0, 0);
     nothing.AppendDataPar("SmlRawData", nullptr, 0, 0);
+    parser.TimeoutEvent();
     Parse(nothing);
+    parser.Reset_FileAttributes();
+    bWaiting = false;
 }
 
 void cReceiver::Timeout()

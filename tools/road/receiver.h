@@ -104,7 +104,6 @@ private:
     void CloseFrame(bool crcOk);
     void LoseFrame(eLOSS loss);
     void Parse(vorn::cRecord& piece);
-    void ParseNothing(unsigned flags);
     void LeaveFile();
     void Gap(std::uint64_t end, eGAP gap);
 

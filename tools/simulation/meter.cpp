@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <stdexcept>
 
 namespace tool
 {
@@ -159,7 +160,9 @@ void cMeter::AppendMessage(int (*encode)(vorn::cRecord&, vorn::cRecord&, vorn::c
     header.AppendUIntPar("groupNo", 0, 0);
     header.AppendUIntPar("abortOnError", 0, 0);
     vorn::cRecord result;
-    encode(body, header, result);
+    if (encode(body, header, result) != SML_ENCODE_OK || !SmlMessageIsWhole(result))
+        throw std::length_error(
+            "the meter's reading does not fit its message: give fewer --entries");
     const vorn::cRecordPar message = result.GetFirstPar("SmlMsgRawData", 0, 0);
     file.append(message.GetData(), static_cast<std::size_t>(message.GetSize()));
 }
