@@ -9,6 +9,7 @@
 #include "quarn/foundation/tl.h"
 #include "quarn/foundation/trace.h"
 
+#include <array>
 #include <cstddef>
 #include <iterator>
 #include <memory>
@@ -27,7 +28,7 @@ struct Field;
 // where the long way would trace a line or leave something out, and then nothing of what it has
 // written is used.
 struct Conversion {
-    Object (*pRead)(const vorn::cRecord& rec, const Field& field);
+    Object (*pRead)(const vorn::cRecord& rec, const Field& field) = nullptr;
     bool (*pWrite)(const vorn::cRecordPar& par, cBuffer& buf) = nullptr; // null: gives up
     int iKind = 0;          // of par; 0: any that is there
     bool bRequired = false; // the short way gives up without par
@@ -35,8 +36,8 @@ struct Conversion {
 
 // A field: its label, what reads it, and the trace line for a record without it.
 struct Field {
-    const char* pcLabel;
-    Conversion how;
+    const char* pcLabel = nullptr;
+    Conversion how{};
     const char* pcMissing = nullptr; // none: absent without a word
     vorn::eLEVEL eMissing = kError;
 };
@@ -114,10 +115,64 @@ constexpr Conversion kUnsigned8 = kScalar<KIND_UINT, Sml_Unsigned8, &Par::GetUIn
 constexpr Conversion kUnsigned32 = kScalar<KIND_UINT, Sml_Unsigned32, &Par::GetUInt>;
 constexpr Conversion kUnsigned64 = kScalar<KIND_UINT64, Sml_Unsigned64, &Par::GetUInt64>;
 
+// How an element of the schema becomes an object, but for structures that only bodies have.
+constexpr Conversion ConversionOf(const schema::Element& element)
+{
+    switch (element.eType) {
+    case schema::eTYPE::OCTETS:
+        return element.IsName()                                  ? kName
+               : element.eMeaning == schema::eMEANING::SIGNATURE ? kSignature
+                                                                 : kOctets;
+    case schema::eTYPE::BOOLEAN:
+        return kBool;
+    case schema::eTYPE::INTEGER:
+        return kInteger8;
+    case schema::eTYPE::UNSIGNED:
+        return element.uiMost == 1 ? kUnsigned8 : element.uiMost <= 4 ? kUnsigned32 : kUnsigned64;
+    default:
+        return element.pStructure == &schema::kTime ? kTime : Conversion{};
+    }
+}
+
+// What the encoder adds to the element of that label.
+struct Missing {
+    std::string_view label;
+    const char* pcText = nullptr; // of the trace line for a record without it
+    vorn::eLEVEL eLevel = kError;
+    const char* pcReadAs = nullptr; // the label under which it is read, where it is another
+};
+
+// The fields of a structure; of finds the conversions of its elements. Neither an addition without
+// an element nor an element without a conversion compiles.
+template <std::size_t N, typename Of>
+constexpr std::array<Field, N> FieldsOf(const schema::Element (&elements)[N], const Missing* added,
+                                        std::size_t count, Of of)
+{
+    std::array<Field, N> fields{};
+    std::size_t used = 0;
+    for (std::size_t i = 0; i < N; ++i) {
+        fields[i] = {elements[i].label.data(), of(elements[i])};
+        if (fields[i].how.pRead == nullptr)
+            throw "an element without a conversion";
+        for (const Missing* row = added; row != added + count; ++row) {
+            if (row->label != elements[i].label)
+                continue;
+            fields[i].pcMissing = row->pcText;
+            fields[i].eMissing = row->eLevel;
+            if (row->pcReadAs != nullptr)
+                fields[i].pcLabel = row->pcReadAs;
+            ++used;
+        }
+    }
+    if (used != count)
+        throw "an addition to no element, or to several";
+    return fields;
+}
+
 // The fields of a record the short way, in the order of the table.
 struct FieldTable {
     template <std::size_t N>
-    constexpr FieldTable(const Field (&fields)[N]) : pFirst(fields), uiCount(N)
+    constexpr FieldTable(const std::array<Field, N>& fields) : pFirst(fields.data()), uiCount(N)
     {
     }
     const Field* begin() const noexcept { return pFirst; }
@@ -191,7 +246,7 @@ void Place(Sml_ListOf& list, Object element, int slot);
 // with an absent value.
 enum class eENTRIES { AS_FOUND, WHOLE };
 
-extern const Field kMsgHeader[3];
+extern const std::array<Field, 3> kMsgHeader;
 int ConvertMsgHeader(const vorn::cRecord& rec, Sml_OctetString& transactionId,
                      Sml_Unsigned8& groupNo, Sml_Unsigned8& abortOnError);
 int CountPathEntries(const vorn::cRecord& rec);

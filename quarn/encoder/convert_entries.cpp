@@ -33,26 +33,36 @@ Object ReadListValue(const vorn::cRecord& rec, const Field& field)
     return ReadValue(rec, field, "Rec2ListEntry: <value> of unknown Type", nullptr);
 }
 
-constexpr Field kPeriodEntry[] = {
-    {label::objName, kName, "Rec2PerEntry: <objName> is missing/wrong!"},
-    {label::unit, kUnsigned8, "Rec2PerEntry: <unit> is missing/wrong!"},
-    {label::scaler, kInteger8, "Rec2PerEntry: <scaler> is missing/wrong!"},
-    {label::value, kValue<ReadPeriodValue>, "Rec2PerEntry: <value> is missing/wrong!"},
-    {label::valueSignature, kSignature},
-};
+// value: the conversion of values, each with the traces of its kind of entry.
+template <std::size_t N, std::size_t M>
+constexpr auto EntryFields(const schema::Element (&elements)[N], const Missing (&missing)[M],
+                           const Conversion& value)
+{
+    return FieldsOf(elements, missing, M, [&](const schema::Element& element) {
+        return element.eType == schema::eTYPE::VALUE ? value : ConversionOf(element);
+    });
+}
 
-constexpr Field kListEntry[] = {
-    {label::objName, kName, "Rec2ListEntry: <objName> is missing/wrong!"},
-    {label::status, kUnsigned64},
-    {label::valTime, kTime},
-    {label::unit, kUnsigned8},
-    {label::scaler, kInteger8},
-    {label::value, kValue<ReadListValue>, "Rec2ListEntry: <value> is missing/wrong!"},
-    {label::valueSignature, kSignature},
-};
+constexpr auto kPeriodEntry =
+    EntryFields(schema::aPeriodEntry,
+                {
+                    {label::objName, "Rec2PerEntry: <objName> is missing/wrong!"},
+                    {label::unit, "Rec2PerEntry: <unit> is missing/wrong!"},
+                    {label::scaler, "Rec2PerEntry: <scaler> is missing/wrong!"},
+                    {label::value, "Rec2PerEntry: <value> is missing/wrong!"},
+                },
+                kValue<ReadPeriodValue>);
+
+constexpr auto kListEntry =
+    EntryFields(schema::aListEntry,
+                {
+                    {label::objName, "Rec2ListEntry: <objName> is missing/wrong!"},
+                    {label::value, "Rec2ListEntry: <value> is missing/wrong!"},
+                },
+                kValue<ReadListValue>);
 
 template <std::size_t N>
-int FillEntry(const vorn::cRecord& rec, ListStructure& entry, const Field (&fields)[N],
+int FillEntry(const vorn::cRecord& rec, ListStructure& entry, const std::array<Field, N>& fields,
               eENTRIES entries)
 {
     entry.SetDynamicFlag(true);

@@ -166,11 +166,13 @@ bool WriteFields(const vorn::cRecord& rec, const FieldTable& fields, cBuffer& bu
     return true;
 }
 
-const Field kMsgHeader[3] = {
-    {label::transactionId, kOctets, "Rec2Hd: transactionId is missing/wrong!"},
-    {label::groupNo, kUnsigned8, "Rec2Hd: groupNo is missing/wrong!"},
-    {label::abortOnError, kUnsigned8, "Rec2Hd: abortOnError is missing/wrong!"},
-};
+const std::array<Field, 3> kMsgHeader = {{
+    {label::transactionId, ConversionOf(schema::aMessage[0]),
+     "Rec2Hd: transactionId is missing/wrong!"},
+    {label::groupNo, ConversionOf(schema::aMessage[1]), "Rec2Hd: groupNo is missing/wrong!"},
+    {label::abortOnError, ConversionOf(schema::aMessage[2]),
+     "Rec2Hd: abortOnError is missing/wrong!"},
+}};
 
 int ConvertMsgHeader(const vorn::cRecord& rec, Sml_OctetString& transactionId,
                      Sml_Unsigned8& groupNo, Sml_Unsigned8& abortOnError)

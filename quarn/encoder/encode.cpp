@@ -16,6 +16,7 @@ namespace
 
 using namespace quarn::detail;
 using namespace quarn::detail::encoder;
+namespace schema = quarn::schema;
 
 constexpr unsigned kFirst = BUF_FLAG_SML | BUF_FLAG_FIRST;
 constexpr unsigned kLast = BUF_FLAG_SML | BUF_FLAG_LAST;
@@ -89,93 +90,83 @@ int Encode(const Message& kind, const vorn::cRecord& bodyRec, const vorn::cRecor
     }
 }
 
-constexpr Field kOpenRequest[] = {
-    {label::codepage, kOctets},
-    {label::clientId, kOctets, "OpenReq: ClientId is missing!", kDetail},
-    {label::reqFileId, kOctets, "OpenReq: ReqFileId is missing!", kDetail},
-    {label::serverId, kOctets},
-    {label::username, kOctets},
-    {label::password, kOctets},
-    {label::smlVersion, kUnsigned8},
-};
+constexpr Conversion BodyConversionOf(const schema::Element& element)
+{
+    const schema::Structure* const structure = element.pStructure;
+    return structure == &schema::kTreePath     ? kTreePath
+           : structure == &schema::Tree::kNode ? kTree
+           : structure == &schema::kObjectList ? kObjectList
+           : structure == &schema::kPeriodList ? kPeriodList
+           : structure == &schema::kList       ? kValueList
+                                               : ConversionOf(element);
+}
 
-constexpr Field kOpenResponse[] = {
-    {label::codepage, kOctets},
-    {label::clientId, kOctets},
-    {label::reqFileId, kOctets, "OpenRes: ReqFileId is missing!"},
-    {label::serverId, kOctets, "OpenRes: serverId is missing!"},
-    {label::refTime, kTime},
-    {label::smlVersion, kUnsigned8},
-};
+template <std::size_t N, std::size_t M>
+constexpr auto Fields(const schema::Element (&elements)[N], const Missing (&missing)[M])
+{
+    return FieldsOf(elements, missing, M, BodyConversionOf);
+}
+template <std::size_t N>
+constexpr auto Fields(const schema::Element (&elements)[N])
+{
+    return FieldsOf(elements, nullptr, 0, BodyConversionOf);
+}
 
-constexpr Field kClose[] = {
-    {label::globalSignature, kSignature},
-};
+constexpr auto kOpenRequest =
+    Fields(schema::aOpenReq, {
+                                 {label::clientId, "OpenReq: ClientId is missing!", kDetail},
+                                 {label::reqFileId, "OpenReq: ReqFileId is missing!", kDetail},
+                             });
 
-constexpr Field kAttentionResponse[] = {
-    {label::serverId, kOctets, "AttentionRes: serverId missing", kDetail},
-    {label::attentionNo, kName, "AttentionRes: attentionNo missing", kDetail},
-    {label::attentionMsg, kOctets},
-    {label::parTree, kTree},
-};
+constexpr auto kOpenResponse =
+    Fields(schema::aOpenRes, {
+                                 {label::reqFileId, "OpenRes: ReqFileId is missing!"},
+                                 {label::serverId, "OpenRes: serverId is missing!"},
+                             });
 
-constexpr Field kGetProcParRequest[] = {
-    {label::serverId, kOctets},      {label::username, kOctets},  {label::password, kOctets},
-    {label::parTreePath, kTreePath}, {label::attribute, kOctets},
-};
+constexpr auto kClose = Fields(schema::aClose);
 
-constexpr Field kGetProcParResponse[] = {
-    {label::serverId, kOctets, "GetProcPar.Res: serverId missing"},
-    {label::parTreePath, kTreePath},
-    {label::parTree, kTree, "GetProcPar.Res: parTree missing"},
-};
+constexpr auto kAttentionResponse = Fields(
+    schema::aAttentionRes, {
+                               {label::serverId, "AttentionRes: serverId missing", kDetail},
+                               {label::attentionNo, "AttentionRes: attentionNo missing", kDetail},
+                           });
 
-constexpr Field kSetProcParRequest[] = {
-    {label::serverId, kOctets},
-    {label::username, kOctets},
-    {label::password, kOctets},
-    {label::parTreePath, kTreePath},
-    {label::parTree, kTree, "SetProcPar.Req: parTree missing"},
-};
+constexpr auto kGetProcParRequest = Fields(schema::aGetProcParReq);
 
-constexpr Field kGetProfileRequest[] = {
-    {label::serverId, kOctets},
-    {label::username, kOctets},
-    {label::password, kOctets},
-    {label::withRawdata, kBool},
-    {label::beginTime, kTime, "GetProfileReq: beginTime is missing/wrong"},
-    {label::endTime, kTime, "GetProfileReq: endTime is missing/wrong"},
-    {label::parTreePath, kTreePath},
-    {label::object_List, kObjectList, "GetProfileReq: object_List empty", kDetail},
-    {label::parTree, kTree},
-};
+constexpr auto kGetProcParResponse =
+    Fields(schema::aGetProcParRes, {
+                                       {label::serverId, "GetProcPar.Res: serverId missing"},
+                                       {label::parTree, "GetProcPar.Res: parTree missing"},
+                                   });
 
-constexpr Field kGetProfileListResponse[] = {
-    {label::serverId, kOctets},
-    {label::actTime, kTime, "GetProfileListResp: actTime is missing/wrong"},
-    {label::regPeriod, kUnsigned32},
-    {label::parTreePath, kTreePath},
-    {label::valTime, kTime, "GetProfileListResp: valTime is missing/wrong"},
-    {label::status, kUnsigned64, "GetProfileListResp: status is missing/wrong"},
-    {label::period_List, kPeriodList, "GetProfileListResp: periodList is missing/wrong"},
-    {label::RawData, kOctets},
-    {label::periodSignature, kSignature},
-};
+constexpr auto kSetProcParRequest =
+    Fields(schema::aSetProcParReq, {{label::parTree, "SetProcPar.Req: parTree missing"}});
 
-constexpr Field kGetListRequest[] = {
-    {label::clientId, kOctets}, {label::serverId, kOctets}, {label::username, kOctets},
-    {label::password, kOctets}, {label::listName, kName},
-};
+constexpr auto kGetProfileRequest = Fields(
+    schema::aGetProfileReq, {
+                                {label::beginTime, "GetProfileReq: beginTime is missing/wrong"},
+                                {label::endTime, "GetProfileReq: endTime is missing/wrong"},
+                                {label::object_List, "GetProfileReq: object_List empty", kDetail},
+                            });
 
-constexpr Field kGetListResponse[] = {
-    {label::clientId, kOctets},
-    {label::serverId, kOctets, "GetListRes: ServerId is missing!"},
-    {label::listName, kName},
-    {label::actSensorTime, kTime},
-    {label::valList, kValueList, "GetListRes: valList is missing/wrong"},
-    {label::listSignature, kSignature},
-    {label::actGatewayTime, kTime},
-};
+constexpr auto kGetProfileListResponse =
+    Fields(schema::aGetProfListRes,
+           {
+               {label::actTime, "GetProfileListResp: actTime is missing/wrong"},
+               {label::valTime, "GetProfileListResp: valTime is missing/wrong"},
+               {label::status, "GetProfileListResp: status is missing/wrong"},
+               {label::period_List, "GetProfileListResp: periodList is missing/wrong"},
+               {label::rawdata, nullptr, kError, label::RawData},
+           });
+
+constexpr auto kGetListRequest = Fields(schema::aGetListReq);
+
+constexpr auto kGetListResponse =
+    Fields(schema::aGetListRes, {
+                                    {label::serverId, "GetListRes: ServerId is missing!"},
+                                    {label::valList, "GetListRes: valList is missing/wrong"},
+                                });
 
 } // namespace
 

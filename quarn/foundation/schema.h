@@ -90,7 +90,8 @@ enum class eMEANING : std::uint8_t {
     STATUS,    // bits of a meter's state
     SECONDS,   // since the meter's start
     TIMESTAMP, // seconds since 1970, UTC
-    OFFSET     // to UTC, in minutes
+    OFFSET,    // to UTC, in minutes
+    SIGNATURE
 };
 
 enum class eFORM : std::uint8_t { SEQUENCE, LIST, CHOICE };
@@ -239,7 +240,7 @@ constexpr Element Scaler(std::string_view label) { return Integer(label, 1, eMEA
 constexpr Element Status(std::string_view label) { return Unsigned(label, 8, eMEANING::STATUS); }
 constexpr Element Signature(std::string_view label, std::uint32_t most = SML_MAX_SIGNATURE)
 {
-    return Optional(Octets(label, most));
+    return {label, eTYPE::OCTETS, eMEANING::SIGNATURE, true, most};
 }
 
 // ---- Entries and their lists

@@ -79,6 +79,13 @@ struct cSMLP::Field {
         field.eShape = Shape::Special;
         return field;
     }
+    // Of a field over its element: it must be set all the same.
+    constexpr Field Required() const
+    {
+        Field field = *this;
+        field.bOptional = false;
+        return field;
+    }
     // Accepts more bytes than the schema allows.
     constexpr Field UpTo(std::uint32_t bytes) const
     {

@@ -76,7 +76,8 @@ const std::array<cSMLP::Field, 2> cSMLP::Tables::aProcParValue = {
     Field::Of(&cSMLP::ReadTreeValue)
         .Kept(Keep::Always)
         .Then(&cSMLP::KeepProcParValue)
-        .Over(schema::aProcParValue[0]),
+        .Over(schema::aProcParValue[0])
+        .Required(), // but for a plain value
 };
 
 const cSMLP::Layout cSMLP::Tables::kChildList{
