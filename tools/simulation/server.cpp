@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <asio.hpp>
 #include <chrono>
+#include <cstring>
 #include <memory>
 #include <unistd.h>
 #include <vector>
@@ -87,8 +88,8 @@ private:
             if (bEnded)
                 return;
             if (failed) {
-                TellOnce("no client can be accepted: " + failed.message() +
-                         "; new ones wait until one leaves");
+                TellOnce(std::string("no client can be accepted: ") +
+                         std::strerror(failed.value()) + "; new ones wait until one leaves");
                 pause.expires_after(kPatience);
                 pause.async_wait([this](const asio::error_code&) { Accept(); });
                 return;
