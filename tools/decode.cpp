@@ -116,7 +116,7 @@ private:
     void OnFrameEnd(const Frame& frame) override
     {
         const bool good = frame.bCrcOk || filter.bKeepBad;
-        TellChecksum(frame, good ? 0 : uiHeld);
+        TellEnd(frame, good ? 0 : uiHeld);
         TellInsideFile(frame);
         Settle(frame, good);
         format.FrameEnd(frame);
@@ -272,7 +272,7 @@ void AddDecode(CLI::App& app, int& status)
                 "--format", options->format,
                 "text for people (the default on a terminal); readings, one JSON object per\n"
                 "line (the default otherwise); csv; records, every message complete as JSON")
-            ->check(CLI::IsMember(names).description(""))
+            ->check(OneOf("format", names))
             ->type_name("text|readings|csv|records");
     decode
         ->add_option("--obis", options->obis,

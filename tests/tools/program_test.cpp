@@ -44,6 +44,9 @@ std::string Bytes(const std::string& sum)
         std::map<std::string, std::string> bytes = {
             {"head", good.substr(0, 99)},
             {"most", good.substr(kFrame, kFrame - 14)},
+            {"most3", Example(3).substr(2 * kFrame, kFrame - 14)},
+            {"unpadded", Quarn({"simulate", "--count", "1"}).out.substr(0, 235)},
+            {"cuthex", test::ToHex(good).substr(0, 2 * kFrame + 101)},
             {"noise", "noise"},
             {"text", "nothing here"},
             {"hex", test::ToHex(good)},
@@ -135,9 +138,15 @@ TEST(Program, OnATerminal)
 
 TEST(Program, OutputThatFails)
 {
-    Program full({"decode", kExample}, "/dev/full");
-    EXPECT_EQ(full.Finish(), 2);
-    EXPECT_NE(full.err.find("standard output: cannot be written: No space"), std::string::npos);
+    const std::vector<std::string> rows[] = {{"decode", kExample}, {"--help"},
+                                             {"--version"},        {"decode", "--help"},
+                                             {"check", kExample},  {"simulate", "--count", "1"}};
+    for (const std::vector<std::string>& args : rows) {
+        Program full(args, "/dev/full");
+        EXPECT_EQ(full.Finish(), 2) << testing::PrintToString(args);
+        EXPECT_NE(full.err.find("standard output: cannot be written: No space"), std::string::npos)
+            << testing::PrintToString(args) << full.err;
+    }
 }
 
 // A frame is printed when it has ended, while the stream goes on; an interrupt ends it cleanly.

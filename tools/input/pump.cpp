@@ -80,6 +80,11 @@ int PumpInputs(const InputOptions& inputs, cConsumer& consumer, cOutput& out, cR
             report.Say(EXIT_FAILED, "cannot be opened: %s", error.c_str());
     }
     consumer.Finish();
+    return Finish(out, report);
+}
+
+int Finish(cOutput& out, cReport& report)
+{
     out.Drain();
     report.SetSubject("standard output");
     if (out.Error() == EPIPE) // whoever read it has seen enough

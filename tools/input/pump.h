@@ -37,7 +37,11 @@ public:
 // waited for.
 int PumpInputs(const InputOptions& inputs, cConsumer& consumer, cOutput& out, cReport& report);
 
-// The same for a consumer that is made of the options given, standard output and a report.
+// Writes what is left for standard output, and tells when that has failed. Returns the exit status.
+int Finish(cOutput& out, cReport& report);
+
+// The same as PumpInputs for a consumer that is made of the options given, standard output and a
+// report.
 template <class Consumer, class... Options>
 int PumpToStdout(const InputOptions& inputs, Options... options)
 {

@@ -3,7 +3,6 @@
 
 #include "tools/output/terminal.h"
 
-#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <unistd.h>
@@ -20,6 +19,7 @@ constexpr const char* kOverwrite = "\r\x1B[K";
 void cReport::Say(eEXIT severity, const char* format, ...)
 {
     eStatus = std::max(eStatus, severity);
+    bUnsettled = bUnsettled || severity == EXIT_UNSETTLED;
     char text[512];
     va_list args;
     va_start(args, format);
