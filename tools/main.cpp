@@ -1,6 +1,7 @@
 // quarn: a host of the library for people who have a meter, a capture or a byte stream in hand.
 // This file holds the command line alone; each subcommand stands in a file of its own.
 #include "tools/command.h"
+#include "tools/output/escape.h"
 #include "tools/road/report.h"
 
 #include <algorithm>
@@ -86,7 +87,7 @@ int main(int argc, char** argv)
                    "stderr tells, and all that was good has been printed; 2 usage, or an input or\n"
                    "output that cannot be opened or fails. 'quarn COMMAND --help' tells more.");
         app.failure_message([](const CLI::App*, const CLI::Error& error) {
-            return std::string("quarn: ") + error.what() +
+            return "quarn: " + tool::ForTerminal(error.what()) +
                    "\nRun with --help for more information.\n";
         });
         tool::AddTraceOption(app);

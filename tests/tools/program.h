@@ -85,7 +85,7 @@ public:
             ::usleep(20000);
         ::kill(pid, SIGINT);
     }
-    void Kill() const { ::kill(pid, SIGKILL); }
+    void Send(int signal) const { ::kill(pid, signal); }
 
     // Ends its input, waits for its end and returns its exit status (128 and more: a signal).
     int Finish()
