@@ -135,6 +135,7 @@ TEST(Formats, WhatIsEscapedWhere)
         const char* pcHtml;
         const char* pcJson;
         const char* pcCsv;
+        bool bPlain = false;
     } rows[] = {
         {"a\\b", "a\\b", "a\\b", "a\\\\b", "a\\b"},
         {"<\"&'>", "<\"&'>", "&#60;&#34;&#38;&#39;&#62;", "<\\\"&'>", "\"<\"\"&'>\""},
@@ -151,13 +152,15 @@ TEST(Formats, WhatIsEscapedWhere)
         {"-1-1", "-1-1", "-1-1", "-1-1", "'-1-1"},
         {"@A1", "@A1", "@A1", "@A1", "'@A1"},
         {"\t=1", "\\x09=1", "\\x09=1", "\\u0009=1", "\\x09=1"},
-        {"", "", "", "", ""},
+        {"", "", "", "", "", true},
+        {"1-0:1.8.0*255", "1-0:1.8.0*255", "1-0:1.8.0*255", "1-0:1.8.0*255", "1-0:1.8.0*255", true},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(tool::ForTerminal(row.pcText), row.pcTerminal);
         EXPECT_EQ(tool::ForHtml(row.pcText), row.pcHtml);
         EXPECT_EQ(tool::ForJson(row.pcText), row.pcJson);
         EXPECT_EQ(tool::ForCsv(row.pcText), row.pcCsv);
+        EXPECT_EQ(tool::IsPlain(row.pcText), row.bPlain) << row.pcText;
     }
 }
 

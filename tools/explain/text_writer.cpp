@@ -61,7 +61,7 @@ private:
     {
         const bool isPlain = !bColours || colour.empty() || text.empty();
         out.Append(isPlain ? std::string_view() : colour);
-        out.Append(ForTerminal(text));
+        AppendEscaped(out, text, ForTerminal);
         out.Append(isPlain ? std::string_view() : escape::kPlain);
     }
 

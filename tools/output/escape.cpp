@@ -2,6 +2,7 @@
 #include "tools/output/escape.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 
 namespace tool
@@ -79,6 +80,20 @@ Character First(std::string_view text) noexcept
         isSurrogate)
         return {text.substr(0, 1), Character::kInvalid};
     return {text.substr(0, size), code};
+}
+
+bool IsPlain(std::string_view text) noexcept
+{
+    static constexpr auto kPlain = [] {
+        std::array<bool, 256> plain{};
+        for (const char c : std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
+                                             "0123456789 .:;-*/?()"))
+            plain[static_cast<unsigned char>(c)] = true;
+        return plain;
+    }();
+    return (text.empty() || text[0] != '-') && std::all_of(text.begin(), text.end(), [](char c) {
+               return kPlain[static_cast<unsigned char>(c)];
+           });
 }
 
 std::string ForTerminal(std::string_view text)

@@ -27,6 +27,19 @@ std::string ForJson(std::string_view text);     // what stands between the quote
 // A cell of a table: quoted where needed; an apostrophe before what a spreadsheet would compute.
 std::string ForCsv(std::string_view text);
 
+// True: none of these would replace anything. False: that has to be tried.
+bool IsPlain(std::string_view text) noexcept;
+
+// Appends text as one of them makes it.
+template <class Output>
+void AppendEscaped(Output& out, std::string_view text, std::string (*escape)(std::string_view))
+{
+    if (IsPlain(text))
+        out.Append(text);
+    else
+        out.Append(escape(text));
+}
+
 } // namespace tool
 
 #endif

@@ -28,7 +28,7 @@ public:
     }
     void String(std::string_view text)
     {
-        Quoted([&] { out.Append(ForJson(text)); });
+        Quoted([&] { AppendEscaped(out, text, ForJson); });
     }
     void Uint(std::uint64_t v) { writer.Uint64(v); }
     void Int(std::int64_t v) { writer.Int64(v); }

@@ -94,7 +94,7 @@ public:
     void Text(std::string_view, std::string_view text)
     {
         Separate();
-        out.Append(ForCsv(text));
+        AppendEscaped(out, text, ForCsv);
     }
     void Name(std::string_view key, std::string_view text) { Text(key, text); }
     void Correction(std::string_view text)
