@@ -55,7 +55,7 @@ TEST(Live, ReaderOutlivesTheMeter)
     Program reader({"decode", address, "--reconnect"});
     EXPECT_TRUE(reader.Says(R"("frame":3,)")) << reader.err;
     const std::string server = reader.out.substr(reader.out.find("\"server\""), 40);
-    meter->Kill();
+    meter->Send(SIGKILL);
     meter = nullptr;
     EXPECT_TRUE(reader.Tells(address + ": lost: ")) << reader.err;
     const std::string port = address.substr(address.rfind(':') + 1);

@@ -85,7 +85,7 @@ public:
             ::usleep(20000);
         ::kill(pid, SIGINT);
     }
-    void Kill() const { ::kill(pid, SIGKILL); }
+    void Send(int signal) const { ::kill(pid, signal); }
     // How long the processor has worked for it, in seconds.
     double Seconds() const
     {

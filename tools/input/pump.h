@@ -30,6 +30,7 @@ public:
     }
     virtual void Idle() {}   // bytes have to be waited for; what is printed now is written
     virtual void End() = 0;  // and has ended
+    virtual void Failed() {} // an input could not be opened, or not read to its end
     virtual void Finish() {} // no input follows; what is printed now is written
 };
 

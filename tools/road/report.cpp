@@ -1,6 +1,7 @@
 // See report.h.
 #include "tools/road/report.h"
 
+#include "tools/output/escape.h"
 #include "tools/output/terminal.h"
 
 #include <cstdarg>
@@ -34,7 +35,7 @@ void cReport::Say(eEXIT severity, const char* format, ...)
     line += "quarn:";
     if (colour)
         line += escape::kPlain;
-    line += ' ' + subject + (subject.empty() ? "" : ": ") + text + '\n';
+    line += ' ' + ForTerminal(subject + (subject.empty() ? "" : ": ") + text) + '\n';
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 

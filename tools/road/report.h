@@ -23,8 +23,9 @@ public:
     void SetSubject(std::string name) { subject = std::move(name); }
     const std::string& Subject() const noexcept { return subject; }
 
-    // Writes one line, formatted as printf does: "quarn: SUBJECT: text" (coloured on a screen), and
-    // raises the status to severity (EXIT_GOOD: a note, which leaves it as it is).
+    // Writes one line, formatted as printf does: "quarn: SUBJECT: text" (coloured on a screen),
+    // with all that could disturb a terminal escaped, and raises the status to severity (EXIT_GOOD:
+    // a note, which leaves it as it is).
     void Say(eEXIT severity, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
     // Shows a line that is overwritten by the next one, or by what is said; an empty one takes it
