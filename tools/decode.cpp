@@ -116,7 +116,7 @@ private:
     void OnFrameEnd(const Frame& frame) override
     {
         const bool good = frame.bCrcOk || filter.bKeepBad;
-        TellChecksum(frame, good ? 0 : uiHeld);
+        TellEnd(frame, good ? 0 : uiHeld);
         TellInsideFile(frame);
         Settle(frame, good);
         format.FrameEnd(frame);
@@ -196,10 +196,15 @@ Filter MakeFilter(const DecodeOptions& options)
 
 int RunDecode(const DecodeOptions& options)
 {
+    cReport report;
+    if (options.bExplain && options.page == "-") {
+        report.Say(EXIT_FAILED, "--explain and --html - would both write to standard output; give "
+                                "--html a FILE");
+        return report.Status();
+    }
     if (options.bExplain || !options.page.empty())
         return Explain(options.inputs, options.eInput, options.page);
     cOutput out(STDOUT_FILENO);
-    cReport report;
     const auto* name =
         std::find_if(std::begin(kFormats), std::end(kFormats),
                      [&](const FormatName& row) { return options.format == row.pcName; });
@@ -245,7 +250,8 @@ void AddExplainOptions(CLI::App& decode, DecodeOptions& options)
     CLI::Option* const html =
         decode
             .add_option("--html", options.page,
-                        "Explain on a page written to FILE, bytes and meaning side by side")
+                        "Explain on a page, bytes and meaning side by side; it is written to FILE\n"
+                        "when all has been read, or to standard output (-)")
             ->type_name("FILE");
     for (const char* other :
          {"--format", "--obis", "--server", "--correct", "--watch", "--keep-bad"}) {
@@ -272,7 +278,7 @@ void AddDecode(CLI::App& app, int& status)
                 "--format", options->format,
                 "text for people (the default on a terminal); readings, one JSON object per\n"
                 "line (the default otherwise); csv; records, every message complete as JSON")
-            ->check(CLI::IsMember(names).description(""))
+            ->check(OneOf("format", names))
             ->type_name("text|readings|csv|records");
     decode
         ->add_option("--obis", options->obis,

@@ -4,8 +4,10 @@
 #include "quarn/quarn.h"
 #include "tools/command.h"
 
-#include <charconv>
-#include <map>
+#include <algorithm>
+#include <cctype>
+#include <iterator>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -17,26 +19,71 @@ namespace
 void SetLevel(const std::string& setting)
 {
     const std::size_t equals = setting.find('=');
-    int level = -1;
-    if (equals != std::string::npos) {
-        const char* end = setting.data() + setting.size();
-        const std::from_chars_result parsed =
-            std::from_chars(setting.data() + equals + 1, end, level);
-        if (parsed.ec != std::errc() || parsed.ptr != end)
-            level = -1;
-    }
-    if (level < 0)
-        throw CLI::ValidationError("--trace", "'" + setting + "' is not UNIT=LEVEL");
     const std::string name = setting.substr(0, equals);
     vorn::cUnit* unit = vorn::FindUnit(name.c_str());
-    if (unit == nullptr)
-        throw CLI::ValidationError("--trace", "no unit is called '" + name +
-                                                  "': there are LibSmle, LibSmlp, LibSmlt, "
-                                                  "LibQuarn");
+    if (equals != std::string::npos && unit == nullptr)
+        throw CLI::ValidationError(
+            "--trace", NoSuch("unit", name, {"LibSmle", "LibSmlp", "LibSmlt", "LibQuarn"}));
+    int level = 0;
+    if (equals == std::string::npos ||
+        !ParseNumber(std::string_view(setting).substr(equals + 1), 2, 16, level))
+        throw CLI::ValidationError("--trace",
+                                   "'" + setting + "' is not UNIT=LEVEL with a level from 2 to 16");
     unit->iLevel = level;
 }
 
+// How many letters must be added, taken away or exchanged to make b of a, whatever their case.
+std::size_t Distance(std::string_view a, std::string_view b)
+{
+    const auto same = [](char x, char y) {
+        return std::tolower(static_cast<unsigned char>(x)) ==
+               std::tolower(static_cast<unsigned char>(y));
+    };
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0]++;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t exchanged = diagonal + (same(a[i], b[j]) ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({exchanged, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back();
+}
+
 } // namespace
+
+std::string Nearest(std::string_view word, const std::vector<std::string>& names)
+{
+    std::string nearest;
+    std::size_t least = std::min<std::size_t>(3, word.size()); // more than a slip of the fingers
+    for (const std::string& name : names) {
+        const std::size_t distance = Distance(word, name);
+        if (distance < least) {
+            least = distance;
+            nearest = name;
+        }
+    }
+    return nearest;
+}
+
+std::string NoSuch(const std::string& what, const std::string& word,
+                   const std::vector<std::string>& names)
+{
+    const std::string nearest = Nearest(word, names);
+    return "no " + what + " is called '" + word + "': there are " + CLI::detail::join(names, ", ") +
+           (nearest.empty() ? "" : "; did you mean '" + nearest + "'?");
+}
+
+CLI::Validator OneOf(const std::string& what, const std::vector<std::string>& names)
+{
+    return {[=](const std::string& word) {
+                const bool known = std::find(names.begin(), names.end(), word) != names.end();
+                return known ? std::string() : NoSuch(what, word, names);
+            },
+            ""};
+}
 
 void AddTraceOption(CLI::App& app)
 {
@@ -74,23 +121,25 @@ void AddInputs(CLI::App& command, InputOptions& inputs, const std::string& what)
                      "Open a serial line or connection again when it is lost or not there yet");
     command.add_flag("--follow", inputs.bFollow,
                      "Do not stop at the end of a file but wait for what is added to it");
-    command
-        .add_option("--timeout", inputs.timeout,
-                    "Milliseconds of silence after which an unfinished SML file is given up (500\n"
-                    "on lines and connections; none, which is 0, in files and pipes)")
-        ->check(CLI::Range(0L, 3600000L).description(""))
-        ->type_name("MS");
+    AddNumber(command, "--timeout", inputs.timeout, 0L, 3600000L,
+              "Milliseconds of silence after which an unfinished SML file is given up (500\n"
+              "on lines and connections; none, which is 0, in files and pipes)",
+              "MS");
 }
 
 void AddInputOption(CLI::App& command, eINPUT& kind)
 {
-    static const std::map<std::string, eINPUT> kInputs = {
-        {"auto", INPUT_AUTO}, {"framed", INPUT_FRAMED}, {"raw", INPUT_RAW}, {"hex", INPUT_HEX}};
+    static const std::vector<std::string> kInputs = {"auto", "framed", "raw", "hex"}; // as eINPUT
     command
-        .add_option("--input", kind,
-                    "What an input holds: transport frames, one raw SML file, or hex text of\n"
-                    "either; auto tells by the first bytes")
-        ->transform(CLI::CheckedTransformer(kInputs).description(""))
+        .add_option_function<std::string>(
+            "--input",
+            [&kind](const std::string& name) {
+                const auto found = std::find(kInputs.begin(), kInputs.end(), name);
+                kind = static_cast<eINPUT>(std::distance(kInputs.begin(), found));
+            },
+            "What an input holds: transport frames, one raw SML file, or hex text of\n"
+            "either; auto tells by the first bytes")
+        ->check(OneOf("kind of input", kInputs))
         ->type_name("auto|framed|raw|hex");
 }
 

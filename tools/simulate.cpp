@@ -14,9 +14,11 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tool
@@ -33,6 +35,7 @@ struct SimulateOptions {
     ull ullSeed = 1;
     double dFaults = 0;
     std::string output = "-";
+    bool bForce = false;
     std::optional<std::uint16_t> port;
 };
 
@@ -107,6 +110,19 @@ bool Write(cStream& stream, const SimulateOptions& options, int fd)
     return errno == 0;
 }
 
+// Opens the file to write, which is none that holds something already. Devices and pipes are
+// written to as they are.
+int OpenOutput(const SimulateOptions& options)
+{
+    const char* const name = options.output.c_str();
+    constexpr int kWrite = O_WRONLY | O_CREAT | O_CLOEXEC;
+    const int fd = ::open(name, kWrite | (options.bForce ? O_TRUNC : O_EXCL), 0666);
+    struct stat status = {};
+    if (fd >= 0 || errno != EEXIST || ::stat(name, &status) != 0 || S_ISREG(status.st_mode))
+        return fd;
+    return ::open(name, kWrite, 0666);
+}
+
 int ToFile(cStream& stream, const SimulateOptions& options, cReport& report)
 {
     const bool standard = options.output == "-";
@@ -116,17 +132,19 @@ int ToFile(cStream& stream, const SimulateOptions& options, cReport& report)
         return report.Status();
     }
     report.SetSubject(standard ? "standard output" : options.output);
-    const int fd =
-        standard ? STDOUT_FILENO
-                 : ::open(options.output.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    const int fd = standard ? STDOUT_FILENO : OpenOutput(options);
+    int error = errno;
     if (fd < 0) {
-        report.Say(EXIT_FAILED, "cannot be opened: %s", std::strerror(errno));
+        report.Say(EXIT_FAILED, "cannot be opened: %s%s", std::strerror(error),
+                   error == EEXIST ? " (--force writes over it)" : "");
         return report.Status();
     }
-    const bool written = Write(stream, options, fd);
-    const int error = errno;
-    if (!standard)
-        ::close(fd);
+    bool written = Write(stream, options, fd);
+    error = errno;
+    if (!standard && ::close(fd) != 0 && written) {
+        written = false;
+        error = errno;
+    }
     if (!written && error == EPIPE) // whoever read it has seen enough
         return EXIT_FAILED;
     if (!written)
@@ -156,37 +174,36 @@ void AddSimulate(CLI::App& app, int& status)
 {
     const auto options = std::make_shared<SimulateOptions>();
     CLI::App* simulate = app.add_subcommand("simulate", "Be a meter: write frames of readings");
-    simulate->add_option("--entries", options->uiEntries, "Entries of a reading (6)")
-        ->check(CLI::Range(1U, cMeter::kMaxEntries).description(""))
-        ->type_name("N");
-    simulate
-        ->add_option("--interval", options->interval,
-                     "Seconds from one frame to the next, such as 0.5. Without it the\n"
-                     "meter's clock steps by 1 and files and pipes get their frames as fast\n"
-                     "as they take them, clients of --listen one a second (with 0, theirs\n"
-                     "come without a pause, too)")
-        ->check(CLI::Range(0.0, 1e6).description(""))
-        ->type_name("SEC");
-    simulate->add_option("--count", options->ullCount, "Frames to send; without it, no end")
-        ->check(CLI::Range(1ULL, ULLONG_MAX).description(""))
-        ->type_name("N");
-    simulate->add_option("--seed", options->ullSeed, "The same seed makes the same bytes (1)")
-        ->type_name("N");
-    simulate
-        ->add_option("--faults", options->dFaults,
-                     "Fraction of the frames to damage, from 0 to 1: flipped bits, a lost\n"
-                     "begin or end, noise between frames")
-        ->check(CLI::Range(0.0, 1.0).description(""))
-        ->type_name("P");
-    CLI::Option* output = simulate
-                              ->add_option("-o,--output", options->output,
-                                           "File to write; - is standard output (the default)")
-                              ->type_name("FILE");
-    simulate
-        ->add_option("--listen", options->port,
-                     "Serve TCP clients on this port of the loopback interface (0: any that\n"
-                     "is free); frames are sent while there is a client")
-        ->type_name("PORT")
+    AddNumber(*simulate, "--entries", options->uiEntries, 1U, cMeter::kMaxEntries,
+              "Entries of a reading (6)", "N");
+    AddNumber(*simulate, "--interval", options->interval, 0.0, 1e6,
+              "Seconds from one frame to the next, such as 0.5. Without it the\n"
+              "meter's clock steps by 1 and files and pipes get their frames as fast\n"
+              "as they take them, clients of --listen one a second (with 0, theirs\n"
+              "come without a pause, too)",
+              "SEC");
+    AddNumber(*simulate, "--count", options->ullCount, 1ULL, ULLONG_MAX,
+              "Frames to send; without it, no end", "N");
+    AddNumber(*simulate, "--seed", options->ullSeed, 0ULL, ULLONG_MAX,
+              "The same seed makes the same bytes (1)", "N");
+    AddNumber(*simulate, "--faults", options->dFaults, 0.0, 1.0,
+              "Fraction of the frames to damage, from 0 to 1: flipped bits, a lost\n"
+              "begin or end, noise between frames",
+              "P");
+    CLI::Option* output =
+        simulate
+            ->add_option("-o,--output", options->output,
+                         "File to write, which must not exist; - is standard output (the default)")
+            ->type_name("FILE");
+    simulate->add_flag("--force", options->bForce, "Write over the FILE of --output if it exists")
+        ->needs(output);
+    AddNumber(*simulate, "--listen", options->port, std::uint16_t{0},
+              std::numeric_limits<std::uint16_t>::max(),
+              "Serve TCP clients on this port of the loopback interface (0: any that\n"
+              "is free), at most " +
+                  std::to_string(kMaxClients) +
+                  " at a time; frames are sent while there is a client",
+              "PORT")
         ->excludes(output);
     simulate->footer("The counts at the end, on stderr, are those that 'quarn check' finds.\n"
                      "\n"

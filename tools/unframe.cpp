@@ -49,7 +49,7 @@ private:
     }
     void OnFrameEnd(const Frame& frame) override
     {
-        TellChecksum(frame);
+        TellEnd(frame);
         if (bTooLong)
             report.Say(EXIT_DAMAGED, "frame %llu: too long to be held until its end",
                        static_cast<unsigned long long>(frame.ullNumber));

@@ -95,11 +95,11 @@ static_assert(
 inline constexpr std::size_t kReadableName = 26;
 #ifdef VORN_PARAMETERS_IN_PLACE
 inline constexpr bool kShowsParameters = true;
-static_assert(kYields<const vorn::cRecordPar*, decltype(TheConstRecord().begin())> &&
-              kYields<const vorn::cRecordPar*, decltype(TheConstRecord().end())> &&
-              kYields<const vorn::cRecordPar*, decltype(ThePar().begin())> &&
-              kYields<const vorn::cRecordPar*, decltype(ThePar().end())> &&
-              kYields<const char*, decltype(ThePar().GetName())>);
+static_assert(kYields<const vorn::cRecordPar*, decltype(TheConstRecord().begin())>);
+static_assert(kYields<const vorn::cRecordPar*, decltype(TheConstRecord().end())>);
+static_assert(kYields<const vorn::cRecordPar*, decltype(ThePar().begin())>);
+static_assert(kYields<const vorn::cRecordPar*, decltype(ThePar().end())>);
+static_assert(kYields<const char*, decltype(ThePar().GetName())>);
 #else
 inline constexpr bool kShowsParameters = false;
 #endif

@@ -189,9 +189,10 @@ class Page:
 
 def main():
     parser = argparse.ArgumentParser()
-    for name in ("--build", "--prefix", "--compiler", "--machine"):
-        parser.add_argument(name)
-    parser.add_argument("--root", default=".")
+    parser.add_argument("--compiler")
+    parser.add_argument("--machine")
+    for name in ("--build", "--prefix", "--root"):
+        parser.add_argument(name, type=os.path.abspath, default=".")
     parser.add_argument("--update", action="store_true")
     parser.add_argument("pages", nargs="+")
     options = parser.parse_args()

@@ -55,17 +55,49 @@ for (const [key, n] of [['ArrowDown', 1], ['ArrowRight', 2], ['ArrowDown', 3], [
   check(document.activeElement === tree[n] && tree[n].classList.contains('on'), key);
 }
 press(document.activeElement, 'n');
-check(document.activeElement.textContent.includes('checksum is wrong'), 'next damaged place');
+const first = document.querySelector('nav a').hash;
+check(document.activeElement === document.querySelector(first), 'next damaged place');
 check([...document.querySelectorAll('nav a')].every(a => document.querySelector(a.hash)), 'links');
-check(document.querySelectorAll('[tabindex="0"]').length === sections.length, 'one tab stop each');
+check(sections.every(s => s.querySelectorAll('[tabindex="0"]').length === 1), 'one tab stop each');
 check(performance.getEntriesByType('resource').length === 0, 'nothing is loaded');
 check(!document.querySelector('main script, main b b, h1 *'), 'no byte becomes markup');
-document.body.dataset.result = JSON.stringify(result);
+top.postMessage(JSON.stringify(result), '*');
 }</script></body>"""
 
+# In a frame of a window's size: each damaged place is reached by n, by p and by its link, and there
+# its row and its bytes can be seen, covered by nothing.
+PLACES_TEST = """
+<script>addEventListener('load', async () => {
+const errors = [];
+const settled = () => new Promise(done => setTimeout(done, 50));
+const at = (x, y) => document.elementFromPoint(x, y);
+const links = [...document.querySelectorAll('nav a')];
+const check = async (link, how) => {
+  await settled();
+  const row = document.getElementById(link.hash.slice(1)), here = row.getBoundingClientRect();
+  const tree = [...row.parentNode.children], dump = row.closest('section').querySelector('.hex');
+  const bytes = dump.children[tree.indexOf(row)], there = bytes.getClientRects()[0];
+  const told = how + ' ' + link.textContent;
+  if (document.activeElement !== row) errors.push('not reached: ' + told);
+  else if (!row.contains(at(here.left + 30, here.top + 2))) errors.push('row hidden: ' + told);
+  else if (!bytes.contains(at(there.left + 3, there.top + 4))) errors.push('bytes hidden: ' + told);
+};
+const press = key => (document.activeElement || document.body).dispatchEvent(
+  new KeyboardEvent('keydown', { key, bubbles: true }));
+for (const link of links) { press('n'); await check(link, 'n'); }
+document.activeElement.blur();
+for (const link of [...links].reverse()) { press('p'); await check(link, 'p'); }
+for (const link of [...links, links[0], links[0]]) { link.click(); await check(link, 'click'); }
+for (const row of document.querySelectorAll('#s3 .tree > div')) {
+  go(row);
+  await settled();
+  const here = row.getBoundingClientRect();
+  if (!row.contains(at(here.left + 30, here.top + 2))) errors.push('row hidden: ' + row.textContent);
+}
+top.postMessage(JSON.stringify({ errors, places: links.length }), '*');
+});</script></body>"""
 
-# As in a window narrower than the browser makes one here.
-NARROW = "<style>body { width: 20em } .pair { display: block !important }</style>"
+WINDOWS = ((1440, 900), (1440, 500), (390, 844))
 
 
 def browse(page, *options):
@@ -77,14 +109,26 @@ def browse(page, *options):
         return subprocess.run(command, capture_output=True, text=True, timeout=100, check=True).stdout
 
 
-def self_test(text, folder):
-    page = pathlib.Path(folder) / "tested.html"
-    page.write_text(text.replace("</body>", SELF_TEST))
-    found = re.search(r'data-result="([^"]*)"', browse(page, "--dump-dom"))
+# The browser makes no window that small, but a frame in one.
+def self_test(text, folder, test=SELF_TEST, window=WINDOWS[0]):
+    page, outer = (pathlib.Path(folder) / name for name in ("tested.html", "outer.html"))
+    page.write_text(text.replace("</body>", test))
+    outer.write_text("<body><script>onmessage = e => document.body.dataset.result = e.data</script>"
+                     f"<iframe width={window[0]} height={window[1]} src=tested.html></iframe>")
+    found = re.search(r'data-result="([^"]*)"',
+                      browse(outer, "--dump-dom", "--virtual-time-budget=100000"))
     assert found, "the test did not run to its end"
     result = json.loads(found.group(1).replace("&quot;", '"'))
     assert not result["errors"], result["errors"]
     return result
+
+
+# Each way to be damaged: gaps, long and short, frames that are cut off, broken off and damaged.
+def places(examples):
+    good = (examples / "household.bin").read_bytes()
+    frames = [good[at:at + 252] for at in range(0, len(good), 252)]
+    return b"".join([frames[0], b"noise", *frames[1:4], b"x" * 2000, frames[0][:99], frames[4],
+                     frames[1][:200], frames[0], frames[1][:150]])
 
 
 def main():
@@ -107,10 +151,11 @@ def main():
         assert bytes.fromhex(result["bytes"]) == stream
         assert result["places"] >= 40 * 2 + 2, result["places"]
         print(f"{result['hover']:.1f} ms to find and mark both pairs of a frame")
-        small = pathlib.Path(folder) / "small.html"
-        subprocess.run([quarn, "decode", "--html", small, examples / "household.bin"],
-                       capture_output=True)
-        self_test(small.read_text().replace("</head>", NARROW + "</head>"), folder)
+        small = subprocess.run([quarn, "decode", "--html", "-"], input=places(examples),
+                               capture_output=True).stdout.decode()
+        self_test(small, folder, window=WINDOWS[-1])
+        for window in WINDOWS:
+            assert self_test(small, folder, PLACES_TEST, window)["places"] >= 5
         for name, scheme in (("light", 1), ("dark", 0)):
             picture = output / f"explain-{name}.png"
             browse(page, f"--blink-settings=preferredColorScheme={scheme}",

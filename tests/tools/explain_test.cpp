@@ -5,6 +5,7 @@
 #include "tests/support/message.h"
 #include "tests/support/rows.h"
 #include "tests/tools/program.h"
+#include "tests/tools/terminal.h"
 #include "tools/explain/explainer.h"
 #include "tools/explain/value.h"
 #include "tools/explain/writers.h"
@@ -12,6 +13,8 @@
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace
@@ -366,6 +369,62 @@ TEST(Explain, OnTheCommandLine)
         EXPECT_NE(quarn.err.find(row.pcErr), std::string::npos) << quarn.err;
         EXPECT_NE(test::ReadFile(page).find(row.pcPage), std::string::npos);
     }
+}
+
+// The page is written whole or not at all, and nothing is left beside it.
+TEST(Explain, PageIsWrittenWholeOrNotAtAll)
+{
+    namespace fs = std::filesystem;
+    const fs::path folder = test::TempPath("pages");
+    const std::string page = folder / "page.html";
+    const std::string link = folder / "link.html";
+    fs::create_directory(folder);
+    fs::create_symlink("page.html", link);
+    const std::string old = "<!DOCTYPE html>old";
+    const struct {
+        const char* pcName;
+        std::vector<std::string> args;
+        bool bFull; // as a disk is
+        bool bInterrupted;
+        int iStatus;
+        bool bWritten;
+    } rows[] = {
+        {"whole", {page, "-"}, false, false, 0, true},
+        {"through a link", {link, "-"}, false, false, 0, true},
+        {"interrupted", {page, "-"}, false, true, 0, true},
+        {"interrupted before another", {page, "-", kExample}, false, true, 2, false},
+        {"missing", {page, "/nonexistent"}, false, false, 2, false},
+        {"one missing", {page, "-", "/nonexistent"}, false, false, 2, false},
+        {"cannot be read", {page, "/"}, false, false, 2, false},
+        {"full disk", {page, "-"}, true, false, 2, false},
+        {"two to standard output", {"-", "--explain", "-"}, false, false, 2, false},
+    };
+    const mode_t mask = ::umask(027);
+    std::signal(SIGXFSZ, SIG_IGN);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.pcName);
+        fs::remove(page);
+        std::ofstream(page) << old;
+        rlimit limit = {};
+        ::getrlimit(RLIMIT_FSIZE, &limit);
+        const rlimit full = {row.bFull ? 4096 : limit.rlim_cur, limit.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &full);
+        std::vector<std::string> args = {"decode", "--html"};
+        args.insert(args.end(), row.args.begin(), row.args.end());
+        Program quarn(args);
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        quarn.Write(test::ReadFile(kExample).substr(0, 252));
+        if (row.bInterrupted)
+            quarn.Interrupt();
+        EXPECT_EQ(row.bInterrupted ? quarn.Ended() : quarn.Finish(), row.iStatus) << quarn.err;
+        EXPECT_EQ(quarn.err.empty(), row.bWritten);
+        EXPECT_EQ(test::ReadFile(page) != old, row.bWritten);
+        EXPECT_EQ(fs::status(page).permissions(), fs::perms{0640});
+        EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 2);
+        EXPECT_TRUE(fs::is_symlink(link));
+    }
+    ::umask(mask);
+    fs::remove_all(folder);
 }
 
 // Colours are escape sequences around the same text.

@@ -1,6 +1,8 @@
 // Hand-built records in every format.
 #include "tests/support/record_text.h"
+#include "tools/output/escape.h"
 #include "tools/output/format.h"
+#include "tools/output/terminal.h"
 #include "tools/reading/correction.h"
 
 #include <cstdio>
@@ -123,6 +125,62 @@ TEST(Formats, ReadingsAsCsv)
 7,2,0a01,80,1-0:1.8.0*255,Active energy import,90,,,90,
 7,2,0a01,80,1-0:1.8.0*255,Active energy import,,,,,
 )"));
+}
+
+TEST(Formats, WhatIsEscapedWhere)
+{
+    const struct {
+        const char* pcText;
+        const char* pcTerminal;
+        const char* pcHtml;
+        const char* pcJson;
+        const char* pcCsv;
+        bool bPlain = false;
+    } rows[] = {
+        {"a\\b", "a\\b", "a\\b", "a\\\\b", "a\\b"},
+        {"<\"&'>", "<\"&'>", "&#60;&#34;&#38;&#39;&#62;", "<\\\"&'>", "\"<\"\"&'>\""},
+        {"m\xC2\xB3 \xF0\x9F\x98\x80", "m\xC2\xB3 \xF0\x9F\x98\x80", "m\xC2\xB3 \xF0\x9F\x98\x80",
+         "m\xC2\xB3 \xF0\x9F\x98\x80", "m\xC2\xB3 \xF0\x9F\x98\x80"},
+        {"\xC2\x9B", "\\u009b", "\\u009b", "\\u009b", "\\u009b"},
+        {"\xE2\x80\xAE", "\\u202e", "\\u202e", "\\u202e", "\\u202e"},
+        {"\xE2\x80", "\\xe2\\x80", "\\xe2\\x80", "\\ufffd\\ufffd", "\\xe2\\x80"},
+        {"\xF4\x90\x80\x80", "\\xf4\\x90\\x80\\x80", "\\xf4\\x90\\x80\\x80",
+         "\\ufffd\\ufffd\\ufffd\\ufffd", "\\xf4\\x90\\x80\\x80"},
+        {"=1+1", "=1+1", "=1+1", "=1+1", "'=1+1"},
+        {"-2,A1", "-2,A1", "-2,A1", "-2,A1", "\"'-2,A1\""},
+        {"+49.5", "+49.5", "+49.5", "+49.5", "+49.5"},
+        {"-1-1", "-1-1", "-1-1", "-1-1", "'-1-1"},
+        {"@A1", "@A1", "@A1", "@A1", "'@A1"},
+        {"\t=1", "\\x09=1", "\\x09=1", "\\u0009=1", "\\x09=1"},
+        {"", "", "", "", "", true},
+        {"1-0:1.8.0*255", "1-0:1.8.0*255", "1-0:1.8.0*255", "1-0:1.8.0*255", "1-0:1.8.0*255", true},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(tool::ForTerminal(row.pcText), row.pcTerminal);
+        EXPECT_EQ(tool::ForHtml(row.pcText), row.pcHtml);
+        EXPECT_EQ(tool::ForJson(row.pcText), row.pcJson);
+        EXPECT_EQ(tool::ForCsv(row.pcText), row.pcCsv);
+        EXPECT_EQ(tool::IsPlain(row.pcText), row.bPlain) << row.pcText;
+    }
+}
+
+TEST(Formats, LinesCutToAWidth)
+{
+    const struct {
+        const char* pcLine;
+        unsigned uiColumns;
+        const char* pcCut;
+    } rows[] = {
+        {"abc", 3, "abc"},
+        {"abcd", 3, "abc"},
+        {"\x1B[1mabcd\x1B[0m", 3, "\x1B[1mabc\x1B[0m"},
+        {"m\xC2\xB3/h", 3, "m\xC2\xB3/"},
+        {"\xE6\xB0\xB4\xE6\xB0\xB4x", 4, "\xE6\xB0\xB4\xE6\xB0\xB4"},
+        {"a\xE6\xB0\xB4\xE6\xB0\xB4x", 4, "a\xE6\xB0\xB4"}, // half of one is none
+        {"ab\x1B", 1, "a\x1B"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(tool::CutToWidth(row.pcLine, row.uiColumns), row.pcCut);
 }
 
 // The number that came stays, and the correction is named.

@@ -4,6 +4,7 @@
 #include "tests/tools/program.h"
 #include "tests/tools/terminal.h"
 #include "tools/simulation/meter.h"
+#include "tools/simulation/server.h"
 
 #include <arpa/inet.h>
 #include <cstdlib>
@@ -12,6 +13,7 @@
 #include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <sstream>
+#include <sys/resource.h>
 #include <sys/socket.h>
 
 namespace
@@ -26,6 +28,14 @@ constexpr std::size_t kFrame = 252; // of the example
 std::string Frame(std::size_t index)
 {
     return test::ReadFile(QUARN_EXAMPLES "/household.bin").substr(index * kFrame, kFrame);
+}
+
+std::size_t Occurrences(const std::string& text, const std::string& part)
+{
+    std::size_t count = 0;
+    for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; ++at)
+        ++count;
+    return count;
 }
 
 // The address that a simulator says it listens on.
@@ -45,7 +55,7 @@ TEST(Live, ReaderOutlivesTheMeter)
     Program reader({"decode", address, "--reconnect"});
     EXPECT_TRUE(reader.Says(R"("frame":3,)")) << reader.err;
     const std::string server = reader.out.substr(reader.out.find("\"server\""), 40);
-    meter->Kill();
+    meter->Send(SIGKILL);
     meter = nullptr;
     EXPECT_TRUE(reader.Tells(address + ": lost: ")) << reader.err;
     const std::string port = address.substr(address.rfind(':') + 1);
@@ -68,6 +78,98 @@ TEST(Live, ClientsGetTheWholeStream)
     EXPECT_EQ(reader.Finish(), 0) << reader.err;
     EXPECT_NE(reader.out.find(R"("framesGood":2000,)"), std::string::npos) << reader.out;
     EXPECT_EQ(meter.Finish(), 0) << meter.err;
+}
+
+// A client of which one sees what a program hides: how much it reads, and how it is left.
+class Client
+{
+public:
+    explicit Client(const std::string& address)
+    {
+        sockaddr_in peer = {};
+        peer.sin_family = AF_INET;
+        peer.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        peer.sin_port =
+            htons(static_cast<std::uint16_t>(std::stoul(address.substr(address.rfind(':') + 1))));
+        EXPECT_EQ(::connect(iFd, reinterpret_cast<sockaddr*>(&peer), sizeof peer), 0);
+    }
+    ~Client() { ::close(iFd); }
+    Client(const Client&) = delete;
+    Client& operator=(const Client&) = delete;
+
+    // Waits for bytes, at most so many milliseconds: how many, 0 at the end, else -1 and errno.
+    ssize_t Read(int timeout) const
+    {
+        pollfd fds = {iFd, POLLIN, 0};
+        ::poll(&fds, 1, timeout);
+        char bytes[65536];
+        return ::recv(iFd, bytes, sizeof bytes, MSG_DONTWAIT);
+    }
+
+private:
+    int iFd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+};
+
+TEST(Live, ClientWhoReadsNothingHaltsNobody)
+{
+    Program meter({"simulate", "--listen", "0", "--interval", "0"});
+    const Client silent(AddressOf(meter));
+    Program reader({"unframe", AddressOf(meter)}, "/dev/null");
+    ASSERT_TRUE(meter.Tells("a client is 4 MiB behind and is dropped")) << meter.err;
+    ssize_t count = 1;
+    while (count > 0)
+        count = silent.Read(2000);
+    EXPECT_EQ(count, -1);
+    EXPECT_EQ(errno, ECONNRESET); // while the meter goes on
+    meter.Interrupt();
+    EXPECT_EQ(meter.Ended(), 0) << meter.err;
+}
+
+TEST(Live, ClientsAreLimited)
+{
+    Program meter({"simulate", "--listen", "0", "--interval", "0.02"});
+    const std::string address = AddressOf(meter);
+    std::vector<std::unique_ptr<Client>> clients;
+    for (std::size_t i = 0; i < tool::kMaxClients; ++i)
+        clients.push_back(std::make_unique<Client>(address));
+    EXPECT_GT(clients.back()->Read(10000), 0);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(Client(address).Read(10000), 0);
+    clients.pop_back();
+    ssize_t count = 0;
+    for (int i = 0; i < 100 && count <= 0; ++i) { // that one has left is seen by writing to it
+        ::usleep(50000);
+        count = Client(address).Read(1000);
+    }
+    EXPECT_GT(count, 0);
+    meter.Interrupt();
+    EXPECT_EQ(meter.Ended(), 0);
+    EXPECT_EQ(Occurrences(meter.err, "there are 64 clients"), 1U) << meter.err;
+}
+
+// Where there are no descriptors, it waits for some without work.
+TEST(Live, ClientsWaitForDescriptors)
+{
+    rlimit limit = {};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit low = {24, limit.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &low);
+    Program meter({"simulate", "--listen", "0", "--interval", "0.1"});
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    const std::string address = AddressOf(meter);
+    std::vector<std::unique_ptr<Client>> clients;
+    for (int i = 0; i < 30; ++i)
+        clients.push_back(std::make_unique<Client>(address));
+    ASSERT_TRUE(meter.Tells("no client can be accepted: Too many open files")) << meter.err;
+    const double before = meter.Seconds();
+    ::usleep(1000000);
+    EXPECT_LT(meter.Seconds() - before, 0.5);
+    EXPECT_EQ(clients.back()->Read(0), -1); // in the queue
+    clients.erase(clients.begin(), clients.end() - 1);
+    EXPECT_GT(clients.back()->Read(10000), 0);
+    meter.Interrupt();
+    EXPECT_EQ(meter.Ended(), 0);
+    EXPECT_EQ(Occurrences(meter.err, "Too many open files"), 1U) << meter.err;
 }
 
 TEST(Live, SerialLine)
@@ -253,7 +355,7 @@ TEST(Simulate, FaultsAreCountedAlike)
     };
     const std::string path = TempPath("simulated");
     for (const auto& row : rows) {
-        std::vector<std::string> args = {"simulate", "--output", path};
+        std::vector<std::string> args = {"simulate", "--force", "--output", path};
         args.insert(args.end(), row.args.begin(), row.args.end());
         Program meter(args);
         EXPECT_EQ(meter.Finish(), 0) << meter.err;
@@ -262,6 +364,30 @@ TEST(Simulate, FaultsAreCountedAlike)
         const std::string told = meter.err.substr(meter.err.find("\nbytes") + 1);
         EXPECT_EQ(reader.out.substr(0, told.size()), told) << testing::PrintToString(row.args);
         EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 6);
+    }
+}
+
+TEST(Simulate, FilesAreWrittenOverOnDemandOnly)
+{
+    const std::string path = TempPath("precious");
+    std::ofstream(path) << "precious";
+    const struct {
+        std::vector<std::string> args;
+        int iStatus;
+        std::size_t uiSize; // of the file, afterwards
+    } rows[] = {
+        {{"--output", path}, 2, 8},
+        {{"--force", "--output", path}, 0, 244},
+        {{"--output", TempPath("fresh")}, 0, 244},
+        {{"--output", "/dev/null"}, 0, 244},
+    };
+    for (const auto& row : rows) {
+        std::vector<std::string> args = {"simulate", "--count", "1"};
+        args.insert(args.end(), row.args.begin(), row.args.end());
+        const test::Ran ran = test::Quarn(args);
+        EXPECT_EQ(ran.iStatus, row.iStatus) << ran.err;
+        EXPECT_EQ(test::ReadFile(path).size(), row.uiSize) << ran.err;
+        EXPECT_EQ(ran.err.find("File exists (--force") != std::string::npos, row.iStatus != 0);
     }
 }
 
@@ -284,11 +410,7 @@ TEST(Simulate, MoreServersThanAreListed)
             reader.Write(frames);
             EXPECT_EQ(reader.Finish(), 0);
             EXPECT_EQ(reader.out.find(row.pcMore) != std::string::npos, more) << row.pcMore;
-            std::size_t listed = 0;
-            for (std::size_t at = 0; (at = reader.out.find("server ", at)) != std::string::npos;
-                 ++at)
-                ++listed;
-            EXPECT_LE(listed, 10000U);
+            EXPECT_LE(Occurrences(reader.out, "server "), 10000U);
         }
         tool::cMeter(10000, 1).AppendFrame(1, frames);
     }

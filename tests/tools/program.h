@@ -85,7 +85,17 @@ public:
             ::usleep(20000);
         ::kill(pid, SIGINT);
     }
-    void Kill() const { ::kill(pid, SIGKILL); }
+    void Send(int signal) const { ::kill(pid, signal); }
+    // How long the processor has worked for it, in seconds.
+    double Seconds() const
+    {
+        std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+        std::string word;
+        double ticks = 0;
+        for (int i = 1; i <= 15 && stat >> word; ++i)
+            ticks += i >= 14 ? std::stod(word) : 0; // utime, stime
+        return ticks / static_cast<double>(::sysconf(_SC_CLK_TCK));
+    }
 
     // Ends its input, waits for its end and returns its exit status (128 and more: a signal).
     int Finish()

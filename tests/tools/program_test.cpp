@@ -6,6 +6,7 @@
 #include "tests/tools/terminal.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -44,6 +45,9 @@ std::string Bytes(const std::string& sum)
         std::map<std::string, std::string> bytes = {
             {"head", good.substr(0, 99)},
             {"most", good.substr(kFrame, kFrame - 14)},
+            {"most3", Example(3).substr(2 * kFrame, kFrame - 14)},
+            {"unpadded", Quarn({"simulate", "--count", "1"}).out.substr(0, 235)},
+            {"cuthex", test::ToHex(good).substr(0, 2 * kFrame + 101)},
             {"noise", "noise"},
             {"text", "nothing here"},
             {"hex", test::ToHex(good)},
@@ -114,7 +118,12 @@ TEST(Program, OnATerminal)
         {"error", {"check", kExample}, "", true, "\x1B[33mquarn:\x1B[0m ", "\x1B[K"},
         {"plain error", {"check", kExample}, "1", true, "\nquarn: ", "\x1B["},
         {"bar", {"decode", large}, "", true, " %  ", "frame 1\r"},
-        {"table", {"decode", "--watch", kExample}, "", false, "\x1B[H\x1B[1mserver 0a", "frame 3"},
+        {"table",
+         {"decode", "--watch", kExample},
+         "",
+         false,
+         "\x1B[H\x1B[K\x1B[1mserver 0a",
+         "frame 3"},
         {"latest", {"decode", "--watch", kExample}, "", false, "2012439.5 Wh", "{"},
     };
     for (const auto& row : rows) {
@@ -133,11 +142,104 @@ TEST(Program, OnATerminal)
     std::filesystem::remove(large);
 }
 
+// The longest line of the table that was drawn last, escape sequences left out.
+std::size_t WidthOfTable(const std::string& shown)
+{
+    std::istringstream lines(shown.substr(shown.rfind("\x1B[H")));
+    std::size_t width = 0;
+    for (std::string line; std::getline(lines, line);) {
+        for (std::size_t at = 0; (at = line.find('\x1B')) != std::string::npos;)
+            line.erase(at, line.find_first_of("mKHJ", at) + 1 - at);
+        width = std::max(width, line.find_last_not_of('\r') + 1);
+    }
+    return width;
+}
+
+TEST(Program, TableIsCutToTheScreen)
+{
+    const std::string path = TempPath("screen");
+    Terminal screen(path);
+    screen.Resize(50, 40);
+    Program quarn({"decode", "--watch"}, path.c_str());
+    quarn.Write(Example(1));
+    EXPECT_TRUE(screen.Shows("\x1B[J"));
+    EXPECT_EQ(WidthOfTable(screen.shown), 40U) << screen.shown;
+    for (const auto columns : std::array<unsigned short, 2>{30, 70}) {
+        screen.shown.clear();
+        screen.Resize(50, columns);
+        for (int i = 0; i < 100 && screen.shown.find("\x1B[J") == std::string::npos; ++i) {
+            quarn.Send(SIGWINCH); // it may be busy with the former one
+            screen.Look(100);
+        }
+        EXPECT_LE(WidthOfTable(screen.shown), columns) << screen.shown;
+    }
+    EXPECT_NE(screen.shown.find("14798112.9 Wh"), std::string::npos) << screen.shown;
+}
+
+// What a file, a host, an option or a field is called reaches no terminal as it is.
+TEST(Program, HostileTextIsEscaped)
+{
+    const std::pair<const char*, const char*> pieces[] = {{"\x1B[31m", "\\x1b[31m"},
+                                                          {"A\nB", "A\\x0aB"},
+                                                          {"\x7F", "\\x7f"},
+                                                          {"\xC2\x9B", "\\u009b"},
+                                                          {"\xD8\x9C", "\\u061c"},
+                                                          {"\xE2\x80\x8F", "\\u200f"},
+                                                          {"\xE2\x80\xA8", "\\u2028"},
+                                                          {"\xE2\x80\xAE", "\\u202e"},
+                                                          {"\xE2\x81\xA6", "\\u2066"},
+                                                          {"\xC0\x8A", "\\xc0\\x8a"},
+                                                          {"\xED\xA0\x80", "\\xed\\xa0\\x80"},
+                                                          {"\xFF", "\\xff"}};
+    std::string name;
+    std::string visible;
+    for (const auto& [raw, shown] : pieces) {
+        name += raw;
+        visible += shown;
+    }
+    const std::string file = TempPath(name.c_str());
+    std::ofstream(file, std::ios::binary) << Example(1);
+    std::string key = name; // JSON forbids some of it as it is
+    key.replace(key.find('\x1B'), 1, "\\u001b").replace(key.find('\n'), 1, "\\n");
+    const std::vector<std::string> rows[] = {
+        {name},
+        {"--trace", name + "=2", "check"},
+        {"check", "--" + name},
+        {"check", name},
+        {"unframe", "/dev/" + name},
+        {"frame", "tcp:" + name + ":?"},
+        {"decode", "--obis", name},
+        {"decode", "--server", name},
+        {"decode", "--format", name},
+        {"decode", "--serial", name},
+        {"decode", "--explain", file},
+        {"decode", "--html", "-", file},
+        {"decode", "--html", "/nonexistent/" + name},
+        {"simulate", "--output", "/nonexistent/" + name},
+        {"simulate", "--seed", name},
+        {"encode"},
+    };
+    for (const auto& args : rows) {
+        SCOPED_TRACE(testing::PrintToString(args));
+        const Ran ran = Quarn(args, "{\"" + key + "\":1}\n");
+        EXPECT_NE((ran.out + ran.err).find(visible), std::string::npos) << ran.out << ran.err;
+        for (const auto& [raw, shown] : pieces)
+            EXPECT_EQ((ran.out + ran.err).find(raw), std::string::npos) << shown;
+    }
+    std::filesystem::remove(file);
+}
+
 TEST(Program, OutputThatFails)
 {
-    Program full({"decode", kExample}, "/dev/full");
-    EXPECT_EQ(full.Finish(), 2);
-    EXPECT_NE(full.err.find("standard output: cannot be written: No space"), std::string::npos);
+    const std::vector<std::string> rows[] = {{"decode", kExample}, {"--help"},
+                                             {"--version"},        {"decode", "--help"},
+                                             {"check", kExample},  {"simulate", "--count", "1"}};
+    for (const std::vector<std::string>& args : rows) {
+        Program full(args, "/dev/full");
+        EXPECT_EQ(full.Finish(), 2) << testing::PrintToString(args);
+        EXPECT_NE(full.err.find("standard output: cannot be written: No space"), std::string::npos)
+            << testing::PrintToString(args) << full.err;
+    }
 }
 
 // A frame is printed when it has ended, while the stream goes on; an interrupt ends it cleanly.

@@ -6,7 +6,10 @@
 #include "tests/support/rows.h"
 #include "tools/reading/reading.h"
 #include "tools/road/receiver.h"
+#include "tools/road/teller.h"
+#include "tools/simulation/meter.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <map>
 #include <sstream>
@@ -152,6 +155,66 @@ TEST(Receiver, TellsTheSameInAnyPieces)
                 EXPECT_EQ(test::Trimmed(Tell(false, bytes, piece)), row[4])
                     << row[0] << " by " << piece;
             }
+        }
+    }
+}
+
+// What a person is told of a stream, and the words of the messages and frames in it.
+struct Told : public tool::cTeller {
+    explicit Told(const std::string& bytes) : cTeller(report)
+    {
+        testing::internal::CaptureStderr();
+        tool::cReceiver receiver(false, *this);
+        Feed(receiver, bytes);
+        receiver.End();
+        err = testing::internal::GetCapturedStderr();
+    }
+    void OnMessage(const tool::Frame& frame, const vorn::cRecord& record) override
+    {
+        cTeller::OnMessage(frame, record);
+        transcript.OnMessage(frame, record);
+    }
+    void OnFrameEnd(const tool::Frame& frame) override
+    {
+        cTeller::OnFrameEnd(frame);
+        transcript.OnFrameEnd(frame);
+    }
+
+    tool::cReport report;
+    Transcript transcript;
+    std::string err;
+};
+
+// Whatever the place of the cut, what came before it is told as it would be of the whole stream,
+// and nothing counts as damage.
+TEST(Receiver, CutsAreNoDamage)
+{
+    std::map<std::string, std::string> streams;
+    for (unsigned seed = 1; seed <= 8; ++seed) { // the paddings differ
+        std::string& frames = streams["simulated " + std::to_string(seed)];
+        tool::cMeter meter(seed, seed);
+        for (int i = 0; i < 2; ++i)
+            meter.AppendFrame(1, frames);
+    }
+    for (const auto& path : test::Captures()) {
+        const std::string bytes = test::ReadFile(path);
+        const std::string stream = bytes.substr(bytes.find(test::Hex("1B1B1B1B 01010101")), 700);
+        if (Told(stream).err.find("message") == std::string::npos)
+            streams[path] = stream;
+    }
+    for (const auto& [name, stream] : streams) {
+        const std::string whole = Told(stream).transcript.text.str();
+        std::string before;
+        for (std::size_t cut = 1; cut <= stream.size(); ++cut) {
+            const Told told(stream.substr(0, cut));
+            const std::string text = told.transcript.text.str();
+            const bool ended = text.find("end", before.size()) != std::string::npos;
+            ASSERT_EQ(told.report.Status(), tool::EXIT_GOOD) << name << " cut at " << cut;
+            ASSERT_EQ(whole.substr(0, text.size()), text) << name << " cut at " << cut;
+            ASSERT_EQ(std::count(told.err.begin(), told.err.end(), '\n'), ended ? 0 : 1)
+                << name << " cut at " << cut << told.err;
+            ASSERT_NE(ended, told.err.find("cut off by the end of the input\n") < told.err.size());
+            before = text;
         }
     }
 }

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <string>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -39,6 +40,11 @@ public:
     void Write(const std::string& bytes) const
     {
         EXPECT_EQ(::write(iFd, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    }
+    void Resize(unsigned short lines, unsigned short columns) const
+    {
+        const winsize size = {lines, columns, 0, 0};
+        EXPECT_EQ(::ioctl(iFd, TIOCSWINSZ, &size), 0);
     }
     // Waits until the other side has set the line so, which it does one setting after the other.
     bool IsSet(speed_t speed, tcflag_t flags = CS8) const

@@ -17,6 +17,8 @@ namespace tool
 namespace
 {
 
+constexpr rapidjson::SizeType kMaxTold = 60; // bytes of a key that is told
+
 enum class eKIND { UINT, UINT64, SINT, BOOL, DATA, RECORD, LIST, VALUE, TEXT };
 
 struct FieldRow {
@@ -152,7 +154,7 @@ public:
     {
         const FieldRow* field = FindField({text, size});
         if (field == nullptr)
-            return Fail("no field is called '" + Printable({text, size}) + "'");
+            return Fail("no field is called '" + std::string(text, std::min(size, kMaxTold)) + "'");
         levels.back().pField = field;
         return true;
     }
@@ -259,13 +261,6 @@ private:
     {
         error = std::move(text);
         return false;
-    }
-    static std::string Printable(std::string_view text)
-    {
-        std::string out(text.substr(0, 60));
-        std::replace_if(
-            out.begin(), out.end(), [](char c) { return c < 0x20 || c == 0x7F; }, '?');
-        return out;
     }
 
     std::vector<Level> levels;

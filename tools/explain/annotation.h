@@ -55,7 +55,7 @@ public:
 
     virtual void Begin(const std::string& input) = 0; // the name of the next input
     virtual void Write(const Section& section) = 0;
-    virtual void Finish() = 0; // no input follows
+    virtual void Finish() = 0; // no input follows; not called when one is missing
 
     // How many bytes of input it can take; there is no such number by default.
     virtual std::uint64_t Limit() const noexcept { return UINT64_MAX; }

@@ -4,10 +4,9 @@
 #include "tools/explain/explainer.h"
 #include "tools/explain/writers.h"
 #include "tools/output/terminal.h"
+#include "tools/output/whole_file.h"
 
-#include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <unistd.h>
@@ -38,21 +37,20 @@ int ExplainOnPage(const InputOptions& inputs, eINPUT kind, const std::string& pa
         report.Say(EXIT_FAILED, "is no page, and is not written over; name another FILE");
         return report.Status();
     }
-    const int fd = ::open(page.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    if (fd < 0) {
-        report.Say(EXIT_FAILED, "cannot be written: %s", std::strerror(errno));
+    if (const int error = WhyNotWritable(page)) {
+        report.Say(EXIT_FAILED, "cannot be written: %s", std::strerror(error));
         return report.Status();
     }
-    cOutput file(fd);
-    cOutput out(STDOUT_FILENO); // nothing goes there
-    const std::unique_ptr<cExplanationWriter> writer = MakePageWriter(file);
+    cOutput text(STDOUT_FILENO); // which is never written there
+    cOutput out(STDOUT_FILENO);  // nothing goes there
+    const std::unique_ptr<cExplanationWriter> writer = MakePageWriter(text);
     cExplainer explainer(kind, *writer, report);
     PumpInputs(inputs, explainer, out, report);
-    file.Drain();
     report.SetSubject(page);
-    if (file.Error() != 0)
-        report.Say(EXIT_FAILED, "cannot be written: %s", std::strerror(file.Error()));
-    ::close(fd);
+    if (text.Text().empty())
+        report.Say(EXIT_FAILED, "not written, since not all inputs could be read to their end");
+    else if (const int error = WriteWhole(page, text.Text()))
+        report.Say(EXIT_FAILED, "cannot be written: %s", std::strerror(error));
     return report.Status();
 }
 
@@ -60,12 +58,12 @@ int ExplainOnPage(const InputOptions& inputs, eINPUT kind, const std::string& pa
 
 int Explain(const InputOptions& inputs, eINPUT kind, const std::string& page)
 {
-    if (!page.empty())
+    if (!page.empty() && page != "-")
         return ExplainOnPage(inputs, kind, page);
     cReport report;
     cOutput out(STDOUT_FILENO);
     const std::unique_ptr<cExplanationWriter> writer =
-        MakeTextWriter(out, WantsColour(STDOUT_FILENO));
+        page.empty() ? MakeTextWriter(out, WantsColour(STDOUT_FILENO)) : MakePageWriter(out);
     cExplainer explainer(kind, *writer, report);
     return PumpInputs(inputs, explainer, out, report);
 }

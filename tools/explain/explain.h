@@ -11,7 +11,8 @@ namespace tool
 {
 
 // Explains the inputs, as text on standard output or, unless page is empty, as an HTML page in the
-// file of that name. Returns the exit status.
+// file of that name ("-": on standard output). The file is written whole, or stays as it was when
+// an input cannot be read to its end. Returns the exit status.
 int Explain(const InputOptions& inputs, eINPUT kind, const std::string& page);
 
 } // namespace tool

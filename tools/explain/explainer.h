@@ -33,7 +33,12 @@ public:
     void Feed(const unsigned char* data, std::size_t size) override;
     void Timeout() override { pIntake->Timeout(); }
     void End() override;
-    void Finish() override { writer.Finish(); }
+    void Failed() override { bFailed = true; }
+    void Finish() override
+    {
+        if (!bFailed)
+            writer.Finish();
+    }
 
 protected:
     void OnInput(std::string_view piece) override;
@@ -57,6 +62,7 @@ private:
     std::unique_ptr<cIntake> pIntake;
     std::uint64_t ullTaken = 0; // bytes of all inputs
     bool bFull = false;         // the writer takes no more
+    bool bFailed = false;       // an input is missing
 
     eSTATE eState = OUTSIDE;
     std::string bytes;                   // of the input, not explained yet

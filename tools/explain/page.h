@@ -62,7 +62,7 @@ footer { position: fixed; inset: auto 0 0 0; padding: .35em 1.5em; background: v
   text-overflow: ellipsis; min-height: 2.2em; }
 footer:empty { display: none; }
 @media (max-width: 62em) { .pair { grid-template-columns: minmax(0, 1fr); gap: 1em; }
-  .dump { max-height: 35vh; z-index: 1; } }
+  .dump { max-height: 35vh; z-index: 1; } .tree > div { scroll-margin-top: calc(35vh - .5em); } }
 @media (max-width: 32em) { body { padding: .7em .7em 4em; } pre { font-size: 11px; }
   .dump { padding: .5em; gap: .6em; } }
 )css";
@@ -91,15 +91,16 @@ function light(node) {
   for (let k = n, above = 99; k >= 0; k--)
     if (level(tree[k]) < above) { above = level(tree[k]); names.unshift(words(tree[k])); }
   place.textContent = [section.dataset.name, ...names].join(' › ');
-  const dump = hex[n].closest('.dump'), top = hex[n].offsetTop - dump.offsetTop;
-  if (top < dump.scrollTop || top > dump.scrollTop + dump.clientHeight - 40)
-    dump.scrollTop = top - dump.clientHeight / 2;
+  if (hex[n] === node) return; // what is pointed at must not move away
+  const dump = hex[n].closest('.dump'), { offsetTop: top, offsetHeight: height } = hex[n];
+  const room = dump.clientHeight - height;
+  if (top < dump.scrollTop || top > dump.scrollTop + room)
+    dump.scrollTop = top - Math.max(room, 8) / 2;
 }
-let stop = document.querySelector('.tree > div');
 function go(row) {
   if (!row) return;
-  if (stop) stop.tabIndex = -1;
-  (stop = row).tabIndex = 0;
+  row.parentNode.querySelector('[tabindex="0"]').tabIndex = -1; // a tree is one stop of Tab
+  row.tabIndex = 0;
   row.scrollIntoView({ block: 'nearest' });
   row.focus({ preventScroll: true });
 }
@@ -107,14 +108,15 @@ const linked = event => event.target.closest?.('.hex > i, .tree > div');
 for (const type of ['pointerover', 'focusin'])
   document.addEventListener(type, event => { const node = linked(event); if (node) { panes(node); light(node); } });
 document.addEventListener('click', event => {
-  const node = linked(event);
+  const node = linked(event), link = event.target.closest?.('nav a');
   if (node) { const { tree } = panes(node); go(tree[node.n]); }
+  if (link) jump(link.hash);
 });
-addEventListener('hashchange', () => {
-  const row = document.getElementById(location.hash.slice(1));
-  if (row?.matches('.tree > div')) { go(row); row.scrollIntoView({ block: 'center' }); }
-});
-const damaged = [...document.querySelectorAll('.tree > .x')];
+const target = hash => document.getElementById(hash.slice(1));
+const damaged = [...document.querySelectorAll('nav a')].map(a => target(a.hash));
+const jump = hash => { const row = target(hash); if (damaged.includes(row)) go(row); };
+addEventListener('hashchange', () => jump(location.hash));
+jump(location.hash);
 document.addEventListener('keydown', event => {
   if (event.ctrlKey || event.metaKey || event.altKey) return;
   const row = linked(event), key = event.key;

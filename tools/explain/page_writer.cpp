@@ -2,10 +2,10 @@
 // an input is escaped, names of files as well.
 #include "tools/explain/page.h"
 #include "tools/explain/writers.h"
+#include "tools/output/escape.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -19,18 +19,6 @@ constexpr std::size_t kRow = 16; // bytes in a line of the dump; the style's wid
 // Classes of kinds of bytes, in the order of eWHAT.
 constexpr char kClasses[] = {'t', 'p', 'c', 's', 'v', 'a', 'u'};
 
-std::string Escaped(std::string_view text)
-{
-    std::string escaped;
-    for (const char c : text) {
-        if (std::strchr("&<>\"'", c) != nullptr)
-            escaped += "&#" + std::to_string(static_cast<unsigned char>(c)) + ';';
-        else
-            escaped += c;
-    }
-    return escaped;
-}
-
 std::string HexNumber(std::uint64_t number)
 {
     char text[24];
@@ -42,7 +30,7 @@ std::string HexNumber(std::uint64_t number)
 std::string Within(const char* tag, std::string_view text)
 {
     return text.empty() ? std::string()
-                        : '<' + std::string(tag) + '>' + Escaped(text) + "</" + tag + '>';
+                        : '<' + std::string(tag) + '>' + ForHtml(text) + "</" + tag + '>';
 }
 
 class cPageWriter : public cExplanationWriter
@@ -55,7 +43,7 @@ public:
     void Begin(const std::string& input) override
     {
         if (!names.empty())
-            body += "<h2 class=file>" + Escaped(input) + "</h2>\n";
+            body += "<h2 class=file>" + ForHtml(input) + "</h2>\n";
         names += (names.empty() ? "" : ", ") + input;
     }
 
@@ -63,27 +51,21 @@ public:
     {
         const std::string name = section.title.substr(0, section.title.find(':'));
         const std::string id = "s" + std::to_string(++uiSections);
-        body += "<section id=" + id + " data-name=\"" + Escaped(name) + "\"><h2>" +
-                Escaped(section.title) + ' ' + Within("strong", section.damage) + "</h2>\n";
-        const bool isTold =
-            std::any_of(section.items.begin(), section.items.end(),
-                        [](const Annotation& item) { return !item.damage.empty(); });
-        if (!section.damage.empty() && !isTold)
-            Damage(id, section.ullOffset, name + ": " + section.damage);
+        body += "<section id=" + id + " data-name=\"" + ForHtml(name) + "\"><h2>" +
+                ForHtml(section.title) + ' ' + Within("strong", section.damage) + "</h2>\n";
         body += "<div class=pair><div class=dump aria-hidden=true><pre class=at>";
         Offsets(section);
         body += "</pre><pre class=hex>";
         for (const Annotation& item : section.items)
             Hex(item);
-        body += "</pre></div>\n<div class=tree role=tree aria-label=\"" + Escaped(name) + "\">\n";
-        for (const Annotation& item : section.items)
-            Row(item, name, &item == &section.items.front());
+        body += "</pre></div>\n<div class=tree role=tree aria-label=\"" + ForHtml(name) + "\">\n";
+        Rows(section, name);
         body += "</div></div></section>\n";
     }
 
     void Finish() override
     {
-        const std::string title = Escaped(names);
+        const std::string title = ForHtml(names);
         out.Append("<!DOCTYPE html>\n<html lang=en><head><meta charset=utf-8>\n"
                    "<meta name=viewport content=\"width=device-width, initial-scale=1\">\n<title>");
         out.Append(title + " explained</title>\n<style>" + kPageStyle + "</style></head>\n<body>");
@@ -137,30 +119,47 @@ private:
         return item.damage.empty() ? what : '"' + what + " x\"";
     }
 
-    void Row(const Annotation& item, const std::string& section, bool first)
+    // Each damaged place has a row to go to: the first one where no row tells the damage.
+    void Rows(const Section& section, const std::string& name)
+    {
+        const bool isTold =
+            std::any_of(section.items.begin(), section.items.end(),
+                        [](const Annotation& item) { return !item.damage.empty(); });
+        bool first = true;
+        for (const Annotation& item : section.items) {
+            std::string id;
+            if (!item.damage.empty())
+                id = Damage(item.ullOffset, name + ", " +
+                                                (item.name.empty() ? "unnamed" : item.name) + ": " +
+                                                item.damage);
+            else if (first && !isTold && !section.damage.empty())
+                id = Damage(item.ullOffset, name + ": " + section.damage);
+            Row(item, id, first);
+            first = false;
+        }
+    }
+
+    void Row(const Annotation& item, const std::string& id, bool first)
     {
         const std::string depth = std::to_string(item.uiDepth + 1);
         body += "<div role=treeitem class=" + Classes(item) + " aria-level=" + depth +
                 " style=--l:" + std::to_string(item.uiDepth);
         if (first)
             body += " tabindex=0";
-        if (!item.damage.empty()) {
-            const std::string id = "d" + std::to_string(uiDamages + 1);
-            Damage(id, item.ullOffset,
-                   section + ", " + (item.name.empty() ? "unnamed" : item.name) + ": " +
-                       item.damage);
+        if (!id.empty())
             body += " id=" + id;
-        }
         body += '>' + Within("span", item.name) + Within("b", item.value) +
                 Within("small", item.type) + Within("em", item.note) +
                 Within("strong", item.damage) + "</div>\n";
     }
 
-    void Damage(const std::string& id, std::uint64_t offset, const std::string& text)
+    // Lists a damaged place; returns its id.
+    std::string Damage(std::uint64_t offset, const std::string& text)
     {
-        ++uiDamages;
+        std::string id = "d" + std::to_string(++uiDamages);
         damages += "<li><a href=\"#" + id + "\"><code>" + HexNumber(offset) + "</code>" +
-                   Escaped(text) + "</a></li>\n";
+                   ForHtml(text) + "</a></li>\n";
+        return id;
     }
 
     cOutput& out;

@@ -7,6 +7,7 @@
 // Offsets count from 0, in hexadecimal. Damaged places begin with "!", and their reason stands
 // below them.
 #include "tools/explain/writers.h"
+#include "tools/output/escape.h"
 #include "tools/output/terminal.h"
 
 #include <algorithm>
@@ -40,7 +41,8 @@ public:
             out.Put('\n');
         bAny = true;
         if (!name.empty())
-            Put(escape::kDim, name + '\n');
+            Put(escape::kDim, name);
+        out.Append(name.empty() ? "" : "\n");
         name.clear();
         Put(escape::kBold, section.title);
         if (!section.damage.empty())
@@ -59,7 +61,7 @@ private:
     {
         const bool isPlain = !bColours || colour.empty() || text.empty();
         out.Append(isPlain ? std::string_view() : colour);
-        out.Append(text);
+        AppendEscaped(out, text, ForTerminal);
         out.Append(isPlain ? std::string_view() : escape::kPlain);
     }
 

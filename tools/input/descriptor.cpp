@@ -16,7 +16,7 @@ namespace
 
 enum class eWAIT { READY, SILENT, DISTURBED };
 
-// Disturbed: by an interrupt, or by a signal that concerns us not.
+// Disturbed: by an interrupt, or by another signal.
 eWAIT Wait(int fd, long timeout) noexcept
 {
     pollfd fds[2] = {{fd, POLLIN, 0}, {InterruptFd(), POLLIN, 0}};
@@ -48,7 +48,7 @@ long cDescriptorSource::Read(unsigned char* data, std::size_t size, long timeout
         if (wait == eWAIT::SILENT)
             return TIMEOUT;
         if (wait == eWAIT::DISTURBED)
-            continue;
+            return Interrupted() ? END : DISTURBED;
         const ssize_t count = ::read(iFd, data, size);
         if (count >= 0)
             return count;

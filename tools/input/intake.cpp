@@ -69,6 +69,7 @@ void cIntake::Restart()
         pInner->Restart();
     if (pReceiver != nullptr)
         pReceiver->Restart();
+    report.Settle(true);
 }
 
 void cIntake::End()
@@ -78,6 +79,7 @@ void cIntake::End()
         pInner->End();
     if (pReceiver != nullptr)
         pReceiver->End();
+    report.Settle(true);
 }
 
 void cIntake::EndText()
@@ -85,7 +87,7 @@ void cIntake::EndText()
     if (eKind == INPUT_AUTO && !head.empty())
         Decide(true);
     if (pInner != nullptr && !bBroken && hex.HasHalfByte())
-        report.Say(EXIT_DAMAGED, "the hex text ends with half a byte");
+        report.Say(EXIT_UNSETTLED, "the hex text ends with half a byte");
 }
 
 } // namespace tool

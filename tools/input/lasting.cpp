@@ -38,7 +38,7 @@ public:
             const long count = pSource->Read(data, size, timeout);
             if (count > 0)
                 lPause = kFirstPause;
-            if (count > 0 || count == TIMEOUT)
+            if (count > 0 || count == TIMEOUT || count == DISTURBED)
                 return count;
             if (Interrupted())
                 break;

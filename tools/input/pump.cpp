@@ -27,7 +27,9 @@ void Feed(cConsumer& consumer, cProgress& progress, const unsigned char* data, s
     progress.Add(size);
 }
 
-void PumpInput(cSource& source, const InputOptions& options, cConsumer& consumer, cOutput& out,
+// Returns false when the input has not been read to its end. A live one has its end where it is
+// lost, or where the user ends it.
+bool PumpInput(cSource& source, const InputOptions& options, cConsumer& consumer, cOutput& out,
                cReport& report)
 {
     const long timeout = options.timeout.value_or(source.IsLive() ? kLiveTimeout : 0);
@@ -48,15 +50,18 @@ void PumpInput(cSource& source, const InputOptions& options, cConsumer& consumer
             consumer.Timeout();
         else if (count == cSource::RESTARTED)
             consumer.Restart();
-        running = count > 0 && timeout > 0;
+        if (count != cSource::DISTURBED)
+            running = count > 0 && timeout > 0;
         out.DrainIfLarge();
     } while (count != cSource::END && count != cSource::FAILED && out.Error() == 0);
     if (count == cSource::FAILED)
         report.Say(EXIT_FAILED, "cannot be read: %s", source.Error().c_str());
     if (out.Error() != 0)
-        return; // what the rest holds is of no concern to anybody
+        return true; // what the rest holds is of no concern to anybody
     consumer.End();
     out.Drain();
+    const bool isCut = Interrupted() && source.Size() != 0;
+    return source.IsLive() || (count == cSource::END && !isCut);
 }
 
 } // namespace
@@ -66,20 +71,27 @@ int PumpInputs(const InputOptions& inputs, cConsumer& consumer, cOutput& out, cR
     CatchInterrupts();
     std::signal(SIGPIPE, SIG_IGN); // a write that fails tells it as well
     for (const std::string& input : inputs.names) {
-        if (Interrupted() || out.Error() != 0)
+        if (Interrupted() || out.Error() != 0) {
+            consumer.Failed();
             break;
+        }
         std::string error;
         const std::unique_ptr<cSource> source = OpenSource(input, inputs, report, error);
         report.SetSubject(source != nullptr ? source->Name() : input);
         if (input == "-" && ::isatty(STDIN_FILENO) != 0)
             report.Say(EXIT_GOOD,
                        "is a terminal; name a file or a line to read, or end with Ctrl-D");
-        if (source != nullptr)
-            PumpInput(*source, inputs, consumer, out, report);
-        else if (!Interrupted())
+        if (source == nullptr && !Interrupted())
             report.Say(EXIT_FAILED, "cannot be opened: %s", error.c_str());
+        if (source == nullptr || !PumpInput(*source, inputs, consumer, out, report))
+            consumer.Failed();
     }
     consumer.Finish();
+    return Finish(out, report);
+}
+
+int Finish(cOutput& out, cReport& report)
+{
     out.Drain();
     report.SetSubject("standard output");
     if (out.Error() == EPIPE) // whoever read it has seen enough

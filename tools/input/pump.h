@@ -30,6 +30,7 @@ public:
     }
     virtual void Idle() {}   // bytes have to be waited for; what is printed now is written
     virtual void End() = 0;  // and has ended
+    virtual void Failed() {} // an input could not be opened, or not read to its end
     virtual void Finish() {} // no input follows; what is printed now is written
 };
 
@@ -37,7 +38,11 @@ public:
 // waited for.
 int PumpInputs(const InputOptions& inputs, cConsumer& consumer, cOutput& out, cReport& report);
 
-// The same for a consumer that is made of the options given, standard output and a report.
+// Writes what is left for standard output, and tells when that has failed. Returns the exit status.
+int Finish(cOutput& out, cReport& report);
+
+// The same as PumpInputs for a consumer that is made of the options given, standard output and a
+// report.
 template <class Consumer, class... Options>
 int PumpToStdout(const InputOptions& inputs, Options... options)
 {

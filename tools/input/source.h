@@ -22,8 +22,9 @@ public:
     enum eREAD : int {
         END = 0,
         FAILED = -1,
-        TIMEOUT = -2,  // no byte in the given time
-        RESTARTED = -3 // what follows does not continue what was read before
+        TIMEOUT = -2,   // no byte in the given time
+        RESTARTED = -3, // what follows does not continue what was read before
+        DISTURBED = -4  // by a signal that does not end the reading
     };
 
     virtual ~cSource() = default;

@@ -3,6 +3,7 @@
 #ifndef TOOLS_OUTPUT_JSON_H
 #define TOOLS_OUTPUT_JSON_H
 
+#include "tools/output/escape.h"
 #include "tools/output/output.h"
 
 #include <rapidjson/writer.h>
@@ -27,7 +28,7 @@ public:
     }
     void String(std::string_view text)
     {
-        writer.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+        Quoted([&] { AppendEscaped(out, text, ForJson); });
     }
     void Uint(std::uint64_t v) { writer.Uint64(v); }
     void Int(std::int64_t v) { writer.Int64(v); }

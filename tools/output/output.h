@@ -76,6 +76,9 @@ public:
 
     // ---- Writing
 
+    // What has been added and not been written.
+    std::string_view Text() const noexcept { return {buffer.data(), uiSize}; }
+
     // Writes all that is not held back. Once a write has failed, text is dropped.
     void Drain();
     void DrainIfLarge()

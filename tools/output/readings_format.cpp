@@ -1,6 +1,7 @@
 // --format readings and --format csv: one line per reading, as a JSON object or as a row of a
 // table. Both are written by one function that names the fields; what a field looks like is the
 // business of the two writers.
+#include "tools/output/escape.h"
 #include "tools/output/format.h"
 #include "tools/output/json.h"
 #include "tools/reading/obis.h"
@@ -93,17 +94,7 @@ public:
     void Text(std::string_view, std::string_view text)
     {
         Separate();
-        if (text.find_first_of("\",") == std::string_view::npos) {
-            out.Append(text);
-            return;
-        }
-        out.Put('"');
-        for (const char c : text) {
-            if (c == '"')
-                out.Put('"');
-            out.Put(c);
-        }
-        out.Put('"');
+        AppendEscaped(out, text, ForCsv);
     }
     void Name(std::string_view key, std::string_view text) { Text(key, text); }
     void Correction(std::string_view text)

@@ -2,6 +2,7 @@
 #ifndef TOOLS_OUTPUT_TERMINAL_H
 #define TOOLS_OUTPUT_TERMINAL_H
 
+#include <string>
 #include <string_view>
 
 namespace tool
@@ -13,8 +14,24 @@ bool IsScreen(int fd) noexcept;
 // The same, and the user has not set NO_COLOR.
 bool WantsColour(int fd) noexcept;
 
-// Lines of the screen; 24 when that is not known.
-unsigned ScreenLines(int fd) noexcept;
+// Of the screen; 24 lines of 80 columns when that is not known.
+struct ScreenSize {
+    unsigned uiLines;
+    unsigned uiColumns;
+
+    bool operator!=(const ScreenSize& other) const noexcept
+    {
+        return uiLines != other.uiLines || uiColumns != other.uiColumns;
+    }
+};
+ScreenSize SizeOf(int fd) noexcept;
+
+// Has waits come back when the size changes; to be called once.
+void CatchResizes() noexcept;
+
+// As much of a line as fits into so many columns, wide characters counted as two. Escape sequences
+// need no column and all stay.
+std::string CutToWidth(std::string_view line, unsigned columns);
 
 namespace escape
 {

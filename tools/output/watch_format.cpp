@@ -25,6 +25,8 @@ public:
     cWatchFormat(cOutput& output, const FormatOptions& formatOptions)
         : cFormat(output), options(formatOptions)
     {
+        if (options.bScreen)
+            CatchResizes();
     }
 
     bool IsComplete() const noexcept override { return false; }
@@ -121,21 +123,24 @@ private:
 
     void Draw()
     {
-        if (!options.bScreen || !bChanged)
+        const ScreenSize screen = SizeOf(STDOUT_FILENO);
+        const bool resized = bDrawn && screen != drawnOn;
+        if (!options.bScreen || !(bChanged || resized))
             return;
-        out.Append(bDrawn ? "" : escape::kClearScreen);
+        out.Append(bDrawn && !resized ? "" : escape::kClearScreen);
         out.Append(escape::kHome);
         const std::string table = Table();
         std::string_view rest = table;
-        for (unsigned lines = ScreenLines(STDOUT_FILENO) - 1; !rest.empty() && lines > 0; --lines) {
+        for (unsigned lines = screen.uiLines - 1; !rest.empty() && lines > 0; --lines) {
             const std::size_t end = rest.find('\n');
-            out.Append(rest.substr(0, end));
-            out.Append(escape::kClearLine);
+            out.Append(escape::kClearLine); // first: a full line leaves the cursor on its end
+            out.Append(CutToWidth(rest.substr(0, end), screen.uiColumns));
             out.Put('\n');
             rest.remove_prefix(end + 1);
         }
         out.Append(escape::kClearBelow);
         drawn = Clock::now();
+        drawnOn = screen;
         bDrawn = true;
         bChanged = false;
     }
@@ -146,6 +151,7 @@ private:
     std::size_t uiRows = 0;
     bool bCut = false; // there was no room for a reading
     Clock::time_point drawn;
+    ScreenSize drawnOn{};
     bool bDrawn = false;
     bool bChanged = false; // since it was drawn
 };

@@ -134,7 +134,9 @@ void cReceiver::CloseFrame(bool crcOk)
 
 void cReceiver::LoseFrame(eLOSS loss)
 {
+    bCutOff = loss == eLOSS::CUT_OFF;
     LeaveFile();
+    bCutOff = false;
     events.OnFrameLost(frame, loss);
     bFrameOpen = false;
     ullGapStart = ullPosition;
@@ -146,6 +148,10 @@ void cReceiver::Parse(vorn::cRecord& piece)
     int count = 0;
     const int result = parser.SmlParser(piece, records, count);
     bool explained = false;
+    if (bCutOff) {
+        records.clear(); // they say no more than that something is missing
+        return;
+    }
     for (const auto& entry : records) {
         ++frame.ullMessages;
         events.OnMessage(frame, entry.second);
@@ -213,7 +219,9 @@ void cReceiver::End()
     } else {
         // What may be the beginning of a start sequence is a frame that was cut off.
         const auto start = std::min<std::uint64_t>(uiStartSeen, ullPosition - ullGapStart);
-        Gap(ullPosition - start, bAnyFrame ? eGAP::AFTER_LAST : eGAP::NO_FRAME);
+        Gap(ullPosition - start, bAnyFrame    ? eGAP::AFTER_LAST
+                                 : start != 0 ? eGAP::BEFORE_FIRST
+                                              : eGAP::NO_FRAME);
         if (start != 0) {
             OpenFrame(ullPosition - start);
             LoseFrame(eLOSS::CUT_OFF);

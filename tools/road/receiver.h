@@ -15,7 +15,8 @@
 //   3. What a frame held is told message by message, as it is parsed, under the number the frame
 //      has or would have had. A frame given up for a new start, or cut off by the end of the input,
 //      is told as lost; the next one takes its number. Whoever prints and wants to know first
-//      whether the frame is good holds its output back until then.
+//      whether the frame is good holds its output back until then. The message that a cut through
+//      the input leaves unfinished is not told.
 //
 // At the end of a frame, however it ends, a parser that still waits inside a file is reset, so that
 // no frame harms the next. The same is done when a live line falls silent: what the events tell
@@ -124,6 +125,7 @@ private:
     bool bAnyFrame = false; // a start sequence has been found
     bool bWaiting = false;  // the parser is inside a file
     bool bRefused = false;  // the rest of the frame is not parsed
+    bool bCutOff = false;   // the file is left because the input has ended inside its frame
 };
 
 } // namespace tool

@@ -1,9 +1,9 @@
 // See report.h.
 #include "tools/road/report.h"
 
+#include "tools/output/escape.h"
 #include "tools/output/terminal.h"
 
-#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <unistd.h>
@@ -20,6 +20,7 @@ constexpr const char* kOverwrite = "\r\x1B[K";
 void cReport::Say(eEXIT severity, const char* format, ...)
 {
     eStatus = std::max(eStatus, severity);
+    bUnsettled = bUnsettled || severity == EXIT_UNSETTLED;
     char text[512];
     va_list args;
     va_start(args, format);
@@ -34,7 +35,7 @@ void cReport::Say(eEXIT severity, const char* format, ...)
     line += "quarn:";
     if (colour)
         line += escape::kPlain;
-    line += ' ' + subject + (subject.empty() ? "" : ": ") + text + '\n';
+    line += ' ' + ForTerminal(subject + (subject.empty() ? "" : ": ") + text) + '\n';
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 

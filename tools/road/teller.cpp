@@ -22,14 +22,14 @@ void cTeller::OnRefused(const Frame& frame, int result)
     if (result == SMLP_OUT_OF_MEMORY)
         report.Say(EXIT_FAILED, "frame %llu: out of memory", ull{frame.ullNumber});
     else
-        report.Say(EXIT_DAMAGED, "frame %llu, message 1 of a file: %s (status %d)",
+        report.Say(EXIT_UNSETTLED, "frame %llu, message 1 of a file: %s (status %d)",
                    ull{frame.ullNumber}, StatusMeaning(SML_STATUS_IGNORE_FILE),
                    SML_STATUS_IGNORE_FILE);
 }
 
 void cTeller::OnFrameEnd(const Frame& frame)
 {
-    TellChecksum(frame);
+    TellEnd(frame);
     TellInsideFile(frame);
 }
 
@@ -41,6 +41,7 @@ void cTeller::TellInsideFile(const Frame& frame)
 
 void cTeller::OnFrameLost(const Frame& frame, eLOSS loss)
 {
+    report.Settle(loss != eLOSS::CUT_OFF);
     if (loss == eLOSS::CUT_OFF)
         report.Say(EXIT_GOOD, "frame %llu: cut off by the end of the input", ull{frame.ullNumber});
     else
@@ -68,13 +69,14 @@ void cTeller::OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap)
 void cTeller::TellMessage(const Frame& frame, const MessageInfo& info, std::size_t withheld)
 {
     if (info.iError != SML_STATUS_OK)
-        report.Say(EXIT_DAMAGED, "frame %llu, message %u: %s (status %d)%s", ull{frame.ullNumber},
+        report.Say(EXIT_UNSETTLED, "frame %llu, message %u: %s (status %d)%s", ull{frame.ullNumber},
                    info.uiNumber, StatusMeaning(info.iError), info.iError,
                    Withheld(withheld).c_str());
 }
 
-void cTeller::TellChecksum(const Frame& frame, std::size_t withheld)
+void cTeller::TellEnd(const Frame& frame, std::size_t withheld)
 {
+    report.Settle(true);
     if (!frame.bCrcOk)
         report.Say(EXIT_DAMAGED, "frame %llu: the checksum is wrong%s", ull{frame.ullNumber},
                    Withheld(withheld).c_str());

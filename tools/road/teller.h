@@ -26,9 +26,11 @@ public:
     void OnGap(std::uint64_t offset, std::uint64_t count, eGAP gap) override;
 
 protected:
-    // A message that was refused, a damaged frame, and how many readings of it are not printed.
+    // A message that was refused, a frame that has ended and may be damaged, and how many readings
+    // of it are not printed. What is wrong in a frame counts when it has ended: one that is cut off
+    // by the end of the input is no damage.
     void TellMessage(const Frame& frame, const MessageInfo& info, std::size_t withheld = 0);
-    void TellChecksum(const Frame& frame, std::size_t withheld = 0);
+    void TellEnd(const Frame& frame, std::size_t withheld = 0);
     void TellInsideFile(const Frame& frame);
     static std::string Withheld(std::size_t count);
 

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <asio.hpp>
 #include <chrono>
+#include <cstring>
 #include <memory>
 #include <unistd.h>
 #include <vector>
@@ -20,23 +21,35 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kEnough = std::size_t{256} * 1024; // waits for a client: at full speed
 constexpr std::size_t kTooMuch = std::size_t{4} * 1024 * 1024;
+constexpr std::chrono::seconds kPatience(1); // with a client that reads nothing, or with accepting
 
 struct Client {
     explicit Client(tcp::socket connected) : socket(std::move(connected)) {}
 
     tcp::socket socket;
-    std::string sending; // by the write that is under way
-    std::string pending; // behind it
+    std::string sending;                    // by the write that is under way
+    std::size_t uiSent = 0;                 // of it
+    std::string pending;                    // behind it
+    Clock::time_point moved = Clock::now(); // when it has last read something
     bool bGone = false;
 
-    std::size_t Behind() const noexcept { return sending.size() + pending.size(); }
+    std::size_t Behind() const noexcept { return sending.size() - uiSent + pending.size(); }
+    bool HasEnough() const noexcept { return Behind() > kEnough; }
+
+    // Closes the connection without what is still to be sent.
+    void Reset()
+    {
+        asio::error_code ignored;
+        socket.set_option(asio::socket_base::linger(true, 0), ignored);
+        socket.close(ignored);
+    }
 };
 
 class cServer
 {
 public:
     cServer(double interval, const Producer& producer, cReport& reporter)
-        : acceptor(context), timer(context), interrupt(context), produce(producer),
+        : acceptor(context), timer(context), pause(context), interrupt(context), produce(producer),
           report(reporter),
           step(std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(interval)))
     {
@@ -72,13 +85,36 @@ private:
     void Accept()
     {
         acceptor.async_accept([this](const asio::error_code& failed, tcp::socket socket) {
-            if (!failed) {
-                clients.push_back(std::make_shared<Client>(std::move(socket)));
-                if (!bTicking)
-                    Start();
+            if (bEnded)
+                return;
+            if (failed) {
+                TellOnce(std::string("no client can be accepted: ") +
+                         std::strerror(failed.value()) + "; new ones wait until one leaves");
+                pause.expires_after(kPatience);
+                pause.async_wait([this](const asio::error_code&) { Accept(); });
+                return;
             }
+            if (clients.size() < kMaxClients)
+                Join(std::move(socket));
+            else
+                TellOnce("there are " + std::to_string(kMaxClients) +
+                         " clients; new ones are turned away until one leaves");
             Accept();
         });
+    }
+    void Join(tcp::socket socket)
+    {
+        clients.push_back(std::make_shared<Client>(std::move(socket)));
+        if (!bTicking)
+            Start();
+        else if (bHeld)
+            Tick();
+    }
+    void TellOnce(const std::string& text)
+    {
+        if (!bTold)
+            report.Say(EXIT_GOOD, "%s", text.c_str());
+        bTold = true;
     }
 
     // ---- The clock
@@ -95,71 +131,100 @@ private:
             bTicking = false;
             return;
         }
-        if (step == Clock::duration::zero() && MostBehind() > kEnough)
-            return; // a write that is done goes on
+        bHeld = step == Clock::duration::zero() && MustWait();
+        if (bHeld) { // until a client has read something, or has not for too long
+            TickAt(Clock::now() + kPatience);
+            return;
+        }
         piece.clear();
         bEnded = !produce(piece);
         for (const auto& client : clients) {
             client->pending += piece;
-            client->bGone = client->bGone || client->Behind() > kTooMuch;
+            if (client->Behind() > kTooMuch) {
+                report.Say(EXIT_GOOD, "a client is 4 MiB behind and is dropped");
+                client->bGone = true;
+            }
             Write(client);
         }
         Drop();
-        if (bEnded) {
-            StopWhenWritten();
-            return;
-        }
         due += step;
-        timer.expires_at(due);
-        timer.async_wait([this](const asio::error_code&) { Tick(); });
+        if (!bEnded)
+            TickAt(due);
+    }
+    void TickAt(Clock::time_point time)
+    {
+        timer.expires_at(time);
+        timer.async_wait([this](const asio::error_code& failed) {
+            if (!failed)
+                Tick();
+        });
+    }
+    // A client that reads has enough, or all have.
+    bool MustWait() const
+    {
+        const Clock::time_point now = Clock::now();
+        return std::any_of(clients.begin(), clients.end(),
+                           [now](const auto& client) {
+                               return client->HasEnough() && now - client->moved < kPatience;
+                           }) ||
+               std::all_of(clients.begin(), clients.end(),
+                           [](const auto& client) { return client->HasEnough(); });
     }
 
     // ---- The clients
 
-    std::size_t MostBehind() const noexcept
-    {
-        std::size_t most = 0;
-        for (const auto& client : clients)
-            most = std::max(most, client->Behind());
-        return most;
-    }
     void Write(const std::shared_ptr<Client>& client)
     {
         if (!client->sending.empty() || client->pending.empty() || client->bGone)
             return;
         std::swap(client->sending, client->pending);
-        asio::async_write(client->socket, asio::buffer(client->sending),
-                          [this, client](const asio::error_code& failed, std::size_t) {
-                              Written(client, bool{failed});
-                          });
+        Send(client);
     }
-    void Written(const std::shared_ptr<Client>& client, bool failed)
+    void Send(const std::shared_ptr<Client>& client)
     {
-        const bool held = step == Clock::duration::zero() && MostBehind() > kEnough;
-        client->sending.clear();
-        client->bGone = client->bGone || failed;
-        Write(client);
+        client->socket.async_write_some(
+            asio::buffer(client->sending) + client->uiSent,
+            [this, client](const asio::error_code& failed, std::size_t count) {
+                Sent(client, bool{failed}, count);
+            });
+    }
+    void Sent(const std::shared_ptr<Client>& client, bool failed, std::size_t count)
+    {
+        if (client->bGone)
+            return;
+        client->bGone = failed;
+        client->uiSent += count;
+        client->moved = Clock::now();
+        if (!failed && client->uiSent < client->sending.size()) {
+            Send(client);
+        } else {
+            client->sending.clear();
+            client->uiSent = 0;
+            Write(client);
+        }
         Drop();
-        if (bEnded)
-            StopWhenWritten();
-        else if (held && MostBehind() <= kEnough)
+        if (bHeld && !MustWait())
             Tick();
     }
+    // Closes the connections of those who are gone and, when the stream has ended, have it all.
     void Drop()
     {
+        for (const auto& client : clients) {
+            if (client->bGone)
+                client->Reset();
+            client->bGone = client->bGone || (bEnded && client->Behind() == 0);
+        }
         clients.erase(std::remove_if(clients.begin(), clients.end(),
                                      [](const auto& client) { return client->bGone; }),
                       clients.end());
-    }
-    void StopWhenWritten()
-    {
-        if (MostBehind() == 0)
+        if (bEnded && clients.empty())
             context.stop();
     }
 
     asio::io_context context;
     tcp::acceptor acceptor;
     asio::steady_timer timer;
+    asio::steady_timer pause; // of accepting
     asio::posix::stream_descriptor interrupt;
     const Producer& produce;
     cReport& report;
@@ -168,7 +233,9 @@ private:
     std::vector<std::shared_ptr<Client>> clients;
     std::string piece;
     bool bTicking = false;
+    bool bHeld = false; // until the clients have read what they were given
     bool bEnded = false;
+    bool bTold = false; // why not all clients are served
 };
 
 } // namespace
