@@ -20,6 +20,7 @@
 #include "quarn/foundation/limits.h"
 #include "quarn/foundation/lists.h"
 #include "quarn/foundation/schema.h"
+#include "quarn/foundation/tl.h"
 #include "quarn/foundation/units.h"
 #include "quarn/parser/parser.h"
 #include "quarn/parser/tree_path.h"

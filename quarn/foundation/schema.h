@@ -2,15 +2,15 @@
 // else: parser, encoder, record classes and hosts that print, read or make messages take it from
 // here and add what is theirs.
 //
-// A structure is a sequence of fields, a list of elements that are all alike, or a choice:
+// A structure is a sequence of elements, a list of elements that are all alike, or a choice:
 //
-//   sequence   7n  field field ...         n fields
+//   sequence   7n  element element ...     n elements, each with a meaning of its own
 //   list       7n  element element ...     n elements
-//   choice     72  62 tag  field           the tag says which field follows
+//   choice     72  62 tag  element         the tag says which element follows
 //
-// A field that is not set is written as 01. In a record a sequence is a record with one parameter
-// for each field that is set, in this order, under the field's label; a list is a record whose
-// parameters are all called as its element.
+// An element that is not set is written as 01. In a record a sequence is a record with one
+// parameter for each element that is set, in this order, under the element's label; a list is a
+// record whose parameters are all called as its element.
 #ifndef QUARN_FOUNDATION_SCHEMA_H
 #define QUARN_FOUNDATION_SCHEMA_H
 
@@ -76,6 +76,7 @@ enum class eTYPE : std::uint8_t {
     UNSIGNED,
     VALUE,     // a boolean, an integer, octets, or the choice of a list type
     STRUCTURE, // a sequence, list or choice
+    ANY,       // as many bytes as its length says, whatever its type; passed over
     CRC,       // of the message: one or two bytes
     END        // of the message: the byte 00, without a type-length field
 };
@@ -91,7 +92,8 @@ enum class eMEANING : std::uint8_t {
     SECONDS,   // since the meter's start
     TIMESTAMP, // seconds since 1970, UTC
     OFFSET,    // to UTC, in minutes
-    SIGNATURE
+    SIGNATURE,
+    TAG // of a choice
 };
 
 enum class eFORM : std::uint8_t { SEQUENCE, LIST, CHOICE };
@@ -134,6 +136,7 @@ constexpr eKIND KindOf(const Element& element)
     case eTYPE::INTEGER:
         return KIND_SINT;
     case eTYPE::UNSIGNED:
+    case eTYPE::ANY:
     case eTYPE::CRC:
     case eTYPE::END:
         return element.uiMost > 4 ? KIND_UINT64 : KIND_UINT;
@@ -144,12 +147,12 @@ constexpr eKIND KindOf(const Element& element)
 
 struct Structure {
     eFORM eForm;
-    const Element* pFields; // of a list: the one that its elements have
+    const Element* pElements; // of a list: the one that its elements have
     std::size_t uiCount;
 
-    constexpr const Element* begin() const { return pFields; }
-    constexpr const Element* end() const { return pFields + uiCount; }
-    constexpr const Element& operator[](std::size_t i) const { return pFields[i]; }
+    constexpr const Element* begin() const { return pElements; }
+    constexpr const Element* end() const { return pElements + uiCount; }
+    constexpr const Element& operator[](std::size_t i) const { return pElements[i]; }
     constexpr bool IsList() const { return eForm == eFORM::LIST; }
 };
 
@@ -188,6 +191,8 @@ constexpr Element Of(const Structure& structure, std::string_view label)
 {
     return {label, eTYPE::STRUCTURE, eMEANING::PLAIN, false, 0, &structure};
 }
+// The tag of a choice, as it stands in a record.
+constexpr Element Tag() { return Unsigned(label::type, 1, eMEANING::TAG); }
 constexpr Element Optional(Element field)
 {
     field.bOptional = true;
@@ -200,14 +205,14 @@ constexpr Element Tagged(unsigned tag, Element field)
 }
 
 template <std::size_t N>
-constexpr Structure Sequence(const Element (&fields)[N])
+constexpr Structure Sequence(const Element (&elements)[N])
 {
-    return {eFORM::SEQUENCE, fields, N};
+    return {eFORM::SEQUENCE, elements, N};
 }
 template <std::size_t N>
-constexpr Structure Choice(const Element (&fields)[N])
+constexpr Structure Choice(const Element (&elements)[N])
 {
-    return {eFORM::CHOICE, fields, N};
+    return {eFORM::CHOICE, elements, N};
 }
 constexpr Structure ListOf(const Element& element) { return {eFORM::LIST, &element, 1}; }
 
@@ -280,7 +285,7 @@ inline constexpr Structure kValueList = ListOf(kValueElement);
 
 inline constexpr Element aPackPeriod[] = {
     Of(kTime, label::valTime),
-    Optional(Status(label::status)),
+    {label::status, eTYPE::ANY, eMEANING::STATUS, true, 8},
     Of(kValueList, label::value_List),
     Signature(label::periodSignature, kNoLimit),
 };
@@ -523,8 +528,11 @@ inline constexpr Structure kRecord = Sequence(aRecord);
 // What a record has beside the elements of a choice, of a tree whose value came in packets, and of
 // a body in packets.
 inline constexpr Element aBeside[] = {
-    Unsigned(label::type, 1),   Of(kListType, label::smlList),  Boolean(label::extFlag),
-    Unsigned(label::extLen, 4), Unsigned(label::extMsgPart, 4),
+    Tag(),
+    Of(kListType, label::smlList),
+    Boolean(label::extFlag),
+    Unsigned(label::extLen, 4),
+    Unsigned(label::extMsgPart, 4),
 };
 inline constexpr Structure kBeside = Sequence(aBeside);
 

@@ -14,7 +14,7 @@
 #ifndef QUARN_FOUNDATION_TL_H
 #define QUARN_FOUNDATION_TL_H
 
-namespace quarn::detail
+namespace quarn
 {
 
 constexpr unsigned kTlMore = 0x80;
@@ -32,6 +32,14 @@ constexpr unsigned kTlList = 0x70;
 constexpr unsigned char kEndOfSmlMsg = 0x00;
 constexpr unsigned char kOptionAbsent = 0x01; // an optional field that is not set
 
-} // namespace quarn::detail
+namespace detail
+{
+using quarn::kEndOfSmlMsg, quarn::kOptionAbsent;
+using quarn::kTlMore, quarn::kTlTypeMask, quarn::kTlLengthMask;
+using quarn::kTlOctetString, quarn::kTlBoolean, quarn::kTlInteger, quarn::kTlUnsigned,
+    quarn::kTlList;
+} // namespace detail
+
+} // namespace quarn
 
 #endif

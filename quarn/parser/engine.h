@@ -199,7 +199,7 @@ struct cSMLP::Tables {
     // The tag of a choice.
     static constexpr Field Tag()
     {
-        return Field::Number().Over(quarn::schema::Unsigned(quarn::label::type, 1));
+        return Field::Number().Over(quarn::schema::Tag());
     }
 
     static const Layout kTime;

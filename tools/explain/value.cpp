@@ -3,7 +3,6 @@
 
 #include "tools/output/reading_rows.h"
 #include "tools/reading/decimal.h"
-#include "tools/reading/kind.h"
 #include "tools/reading/obis.h"
 #include "tools/reading/reading.h"
 #include "tools/reading/status.h"
@@ -57,8 +56,9 @@ std::string AttentionText(std::string_view bytes)
 std::string TagText(std::string_view bytes)
 {
     const auto tag = static_cast<unsigned>(UnsignedOf(bytes));
-    const MessageKind* const kind = FindKind(tag);
-    return kind != nullptr ? WithMeaning("0x" + HexText(bytes), kind->pcName) : std::to_string(tag);
+    const quarn::schema::Message* const message = quarn::schema::FindMessage(tag);
+    return message != nullptr ? WithMeaning("0x" + HexText(bytes), message->pcName)
+                              : std::to_string(tag);
 }
 
 std::string ScaledText(bool isSigned, std::string_view bytes, const Scale& scale)
@@ -70,29 +70,32 @@ std::string ScaledText(bool isSigned, std::string_view bytes, const Scale& scale
     return WithMeaning({text, size}, UnitSymbol(scale.uiUnit));
 }
 
-std::string NumberText(eFIELD kind, unsigned type, std::string_view bytes, const Scale& scale)
+std::string NumberText(const Element* element, unsigned type, std::string_view bytes,
+                       const Scale& scale)
 {
-    std::string number = ScaledText(type == TYPE_SIGNED, bytes, Scale());
-    switch (kind) {
-    case eFIELD::VALUE:
-        return ScaledText(type == TYPE_SIGNED, bytes, scale);
-    case eFIELD::SECONDS:
-    case eFIELD::TIMESTAMP:
-        number.clear();
-        AppendTime(number, {kind == eFIELD::SECONDS ? 1U : 2U, UnsignedOf(bytes)});
+    using quarn::schema::eTYPE;
+    std::string number = ScaledText(type == kTlInteger, bytes, Scale());
+    if (element == nullptr)
         return number;
-    case eFIELD::UNIT:
-        return number + " " + std::string(UnitSymbol(static_cast<unsigned>(UnsignedOf(bytes))));
-    case eFIELD::STATUS:
-    case eFIELD::ANY_STATUS:
-        return "0x" + HexText(bytes) + " (" + number + ")";
-    case eFIELD::TAG:
-        return TagText(bytes);
-    case eFIELD::CRC:
+    if (element->eType == eTYPE::VALUE)
+        return ScaledText(type == kTlInteger, bytes, scale);
+    if (element->eType == eTYPE::CRC)
         return "0x" + HexText(bytes);
-    case eFIELD::OFFSET:
+    switch (element->eMeaning) {
+    case eMEANING::SECONDS:
+    case eMEANING::TIMESTAMP:
+        number.clear();
+        AppendTime(number, {element->eMeaning == eMEANING::SECONDS ? 1U : 2U, UnsignedOf(bytes)});
+        return number;
+    case eMEANING::UNIT:
+        return number + " " + std::string(UnitSymbol(static_cast<unsigned>(UnsignedOf(bytes))));
+    case eMEANING::STATUS:
+        return "0x" + HexText(bytes) + " (" + number + ")";
+    case eMEANING::TAG:
+        return TagText(bytes);
+    case eMEANING::OFFSET:
         return number + " min";
-    case eFIELD::SCALER:
+    case eMEANING::SCALER:
         return "10^" + number;
     default:
         return number;
@@ -103,40 +106,42 @@ std::string NumberText(eFIELD kind, unsigned type, std::string_view bytes, const
 
 const char* TypeName(unsigned type) noexcept
 {
-    return type == TYPE_OCTETS     ? "an octet string"
-           : type == TYPE_BOOLEAN  ? "a boolean"
-           : type == TYPE_SIGNED   ? "signed"
-           : type == TYPE_UNSIGNED ? "unsigned"
-                                   : "a list";
+    return type == kTlOctetString ? "an octet string"
+           : type == kTlBoolean   ? "a boolean"
+           : type == kTlInteger   ? "signed"
+           : type == kTlUnsigned  ? "unsigned"
+                                  : "a list";
 }
 
 std::string TypeText(unsigned type, std::uint64_t count)
 {
     const std::string number = std::to_string(count);
-    if (type == TYPE_SEQUENCE)
+    if (type == kTlList)
         return "list of " + number;
     const std::string_view name = TypeName(type);
-    const std::size_t article = type == TYPE_OCTETS ? 3 : type == TYPE_BOOLEAN ? 2 : 0;
+    const std::size_t article = type == kTlOctetString ? 3 : type == kTlBoolean ? 2 : 0;
     return std::string(name.substr(article)) + ", " + number + (count == 1 ? " byte" : " bytes");
 }
 
-std::string ValueText(eFIELD kind, unsigned type, std::string_view bytes, const Scale& scale)
+std::string ValueText(const Element* element, unsigned type, std::string_view bytes,
+                      const Scale& scale)
 {
-    if (kind == eFIELD::NAME)
+    const eMEANING meaning = element != nullptr ? element->eMeaning : eMEANING::PLAIN;
+    if (meaning == eMEANING::NAME)
         return NameText(bytes);
-    if (kind == eFIELD::ATTENTION)
+    if (meaning == eMEANING::ATTENTION)
         return AttentionText(bytes);
-    if (type == TYPE_OCTETS || type == TYPE_SEQUENCE)
+    if (type == kTlOctetString || type == kTlList)
         return OctetText(bytes);
-    if (type == TYPE_BOOLEAN)
+    if (type == kTlBoolean)
         return UnsignedOf(bytes) != 0 ? "true" : "false";
-    return NumberText(kind, type, bytes, scale);
+    return NumberText(element, type, bytes, scale);
 }
 
 std::string SignNote(unsigned type, std::string_view bytes, const Scale& scale)
 {
-    const bool isSigned = type == TYPE_SIGNED;
-    if (bytes.empty() || (!isSigned && type != TYPE_UNSIGNED))
+    const bool isSigned = type == kTlInteger;
+    if (bytes.empty() || (!isSigned && type != kTlUnsigned))
         return {};
     const auto hasSign = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
     if (hasSign(bytes.front()))

@@ -2,7 +2,7 @@
 #ifndef TOOLS_EXPLAIN_VALUE_H
 #define TOOLS_EXPLAIN_VALUE_H
 
-#include "tools/explain/grammar.h"
+#include "quarn/quarn.h"
 
 #include <cstdint>
 #include <string>
@@ -11,14 +11,10 @@
 namespace tool
 {
 
-// Types of the type-length field, by its type bits.
-enum eTYPE : unsigned {
-    TYPE_OCTETS = 0x00,
-    TYPE_BOOLEAN = 0x40,
-    TYPE_SIGNED = 0x50,
-    TYPE_UNSIGNED = 0x60,
-    TYPE_SEQUENCE = 0x70
-};
+using quarn::kTlBoolean, quarn::kTlInteger, quarn::kTlList, quarn::kTlOctetString,
+    quarn::kTlUnsigned;
+using quarn::schema::Element;
+using quarn::schema::eMEANING;
 
 // What the fields read so far say about the value that follows them.
 struct Scale {
@@ -32,8 +28,9 @@ const char* TypeName(unsigned type) noexcept;
 // As "signed, 8 bytes"; count is that of elements for a list, of bytes for all others.
 std::string TypeText(unsigned type, std::uint64_t count);
 
-// The value of a field. kind VALUE: as its type says, scaled.
-std::string ValueText(eFIELD kind, unsigned type, std::string_view bytes, const Scale& scale);
+// The value of an element; null where the schema does not tell. A VALUE: as its type says, scaled.
+std::string ValueText(const Element* element, unsigned type, std::string_view bytes,
+                      const Scale& scale);
 
 // What else the bytes of a value could mean if the meter has sent it with the wrong sign; empty
 // when there is no doubt.

@@ -4,9 +4,7 @@
 #include "tools/explain/walker.h"
 
 #include "quarn/quarn.h"
-#include "tools/explain/grammar.h"
 #include "tools/explain/value.h"
-#include "tools/reading/kind.h"
 
 #include <algorithm>
 #include <string_view>
@@ -16,10 +14,15 @@ namespace tool
 namespace
 {
 
+namespace schema = quarn::schema;
+using schema::eFORM;
+using schema::eTYPE;
+using schema::Structure;
+
 constexpr unsigned kMaxDepth = 64;
 
 struct TypeLength {
-    unsigned uiType = 0;           // one of eTYPE
+    unsigned uiType = 0;           // type bits
     std::size_t uiSize = 1;        // of the field itself
     std::uint64_t ullCount = 0;    // elements of a list, bytes of all others
     bool bAbsent = false;          // it says that a field is not set
@@ -29,17 +32,16 @@ struct TypeLength {
 
 const char* ErrorIn(const TypeLength& tl, bool ends)
 {
-    const bool isString = tl.uiType == TYPE_OCTETS;
+    const bool isString = tl.uiType == kTlOctetString;
     if (!ends)
         return tl.bCut ? "the length is cut off" : "the length has no end";
-    if (!isString && tl.uiType < TYPE_BOOLEAN)
+    if (!isString && tl.uiType < kTlBoolean)
         return "there is no such type";
-    if (tl.uiSize > 1 && !isString && tl.uiType != TYPE_SEQUENCE)
+    if (tl.uiSize > 1 && !isString && tl.uiType != kTlList)
         return "a number has a length of one byte";
     if (tl.uiSize > 1 && tl.ullCount == 0)
         return "the length leaves nothing behind itself";
-    if (!isString && tl.uiType != TYPE_SEQUENCE &&
-        tl.ullCount > (tl.uiType == TYPE_BOOLEAN ? 4 : 8))
+    if (!isString && tl.uiType != kTlList && tl.ullCount > (tl.uiType == kTlBoolean ? 4 : 8))
         return "a number has eight bytes at most, a boolean four";
     return nullptr;
 }
@@ -54,8 +56,8 @@ TypeLength ReadTypeLength(std::string_view rest)
     tl.ullCount = byte(0) & 0x0FU;
     while ((byte(tl.uiSize - 1) & kMore) != 0 && tl.uiSize < std::min(kMaxSize, rest.size()))
         tl.ullCount = tl.ullCount << 4U | (byte(tl.uiSize++) & 0x0FU);
-    tl.bAbsent = tl.uiSize == 1 && tl.uiType == TYPE_OCTETS && tl.ullCount <= 1;
-    if (tl.uiType != TYPE_SEQUENCE)
+    tl.bAbsent = tl.uiSize == 1 && tl.uiType == kTlOctetString && tl.ullCount <= 1;
+    if (tl.uiType != kTlList)
         tl.ullCount -= std::min<std::uint64_t>(tl.ullCount, tl.uiSize);
     const bool ends = (byte(tl.uiSize - 1) & kMore) == 0;
     tl.bCut = !ends && tl.uiSize < kMaxSize;
@@ -63,15 +65,36 @@ TypeLength ReadTypeLength(std::string_view rest)
     return tl;
 }
 
-// The type that a field must have; found where any will do.
-unsigned TypeOf(eFIELD kind, unsigned found)
+// The type that an element must have; found where any will do.
+unsigned TypeOf(const Element* element, unsigned found)
 {
-    return kind <= eFIELD::ATTENTION ? TYPE_OCTETS
-           : kind <= eFIELD::CRC     ? TYPE_UNSIGNED
-           : kind <= eFIELD::SCALER  ? TYPE_SIGNED
-           : kind == eFIELD::BOOLEAN ? TYPE_BOOLEAN
-           : kind == eFIELD::SHAPE   ? TYPE_SEQUENCE
-                                     : found;
+    switch (element != nullptr ? element->eType : eTYPE::ANY) {
+    case eTYPE::OCTETS:
+        return kTlOctetString;
+    case eTYPE::BOOLEAN:
+        return kTlBoolean;
+    case eTYPE::INTEGER:
+        return kTlInteger;
+    case eTYPE::UNSIGNED:
+    case eTYPE::CRC:
+        return kTlUnsigned;
+    case eTYPE::STRUCTURE:
+        return kTlList;
+    default:
+        return found;
+    }
+}
+
+// As people know it, where that is not as records call it.
+std::string NameOf(const Element* element)
+{
+    if (element == nullptr)
+        return {};
+    if (element->eMeaning == eMEANING::SECONDS)
+        return "seconds_index";
+    if (element->eMeaning == eMEANING::TIMESTAMP)
+        return "timestamp";
+    return element->pStructure == &schema::kLocalTime ? "local" : std::string(element->label);
 }
 
 class cWalker
@@ -142,20 +165,16 @@ private:
     {
         const TypeLength tl = ReadTypeLength(payload.substr(uiAt));
         bCut = tl.bCut;
-        return tl.pcError == nullptr && tl.uiType == TYPE_SEQUENCE && tl.ullCount == 6;
+        return tl.pcError == nullptr && tl.uiType == kTlList && tl.ullCount == 6;
     }
 
     bool Message()
     {
-        Field message;
-        message.name = "message";
-        message.eKind = eFIELD::SHAPE;
-        message.pRule = &kMessageRule;
+        static constexpr Element kWhole = schema::Of(schema::kMessage, "message");
         uiTag = 0;
         PeekTag(uiAt, uiTag);
-        const bool isWhole = Element(message, 0, walked.uiMessage);
-        const bool closes = uiTag == SML_CLOSE_REQ || uiTag == SML_CLOSE_RES;
-        walked.uiMessage = closes && isWhole ? 1 : walked.uiMessage + 1;
+        const bool isWhole = Next(&kWhole, 0, walked.uiMessage);
+        walked.uiMessage = schema::IsClose(uiTag) && isWhole ? 1 : walked.uiMessage + 1;
         return isWhole;
     }
 
@@ -177,14 +196,14 @@ private:
     // The tag of the message that begins at start, if one does.
     bool PeekTag(std::size_t start, unsigned& tag) const
     {
-        constexpr unsigned kTypes[] = {TYPE_SEQUENCE, TYPE_OCTETS,   TYPE_UNSIGNED,
-                                       TYPE_UNSIGNED, TYPE_SEQUENCE, TYPE_UNSIGNED};
+        constexpr unsigned kTypes[] = {kTlList,     kTlOctetString, kTlUnsigned,
+                                       kTlUnsigned, kTlList,        kTlUnsigned};
         std::size_t at = start;
         for (const unsigned type : kTypes) {
             if (at >= payload.size())
                 return false;
             const TypeLength tl = ReadTypeLength(payload.substr(at));
-            const bool isList = type == TYPE_SEQUENCE;
+            const bool isList = type == kTlList;
             if (tl.pcError != nullptr || tl.bAbsent || tl.uiType != type ||
                 (isList ? tl.ullCount != (at == start ? 6 : 2)
                         : tl.ullCount > payload.size() - at - tl.uiSize))
@@ -197,23 +216,24 @@ private:
         return true;
     }
 
-    // ---- Fields. Each returns false when the message cannot be followed any further.
+    // ---- Elements; null where the schema does not tell. Each returns false when the message
+    // cannot be followed any further.
 
-    bool Element(const Field& field, unsigned depth, std::uint64_t index = 0)
+    bool Next(const Element* element, unsigned depth, std::uint64_t index = 0)
     {
-        std::string name(field.name);
+        std::string name = NameOf(element);
         if (index != 0)
             name += " " + std::to_string(index);
         if (IsOver(name, depth))
             return false;
         const std::size_t start = uiAt;
-        if (field.eKind == eFIELD::END || static_cast<unsigned char>(payload[uiAt]) <= 1) {
+        if (Is(element, eTYPE::END) || static_cast<unsigned char>(payload[uiAt]) <= 1) {
             ++uiAt;
-            return Single(field, name, depth, start);
+            return Single(element, name, depth, start);
         }
         const TypeLength tl = ReadTypeLength(payload.substr(uiAt));
         const std::size_t left = payload.size() - uiAt - tl.uiSize;
-        const bool isList = tl.uiType == TYPE_SEQUENCE && field.eKind != eFIELD::ANY_STATUS;
+        const bool isList = tl.uiType == kTlList && !Is(element, eTYPE::ANY);
         Annotation item = Make(name, depth, eWHAT::UNKNOWN, tl.uiSize);
         uiAt += tl.uiSize;
         if (tl.pcError != nullptr || (!isList && tl.ullCount > left)) {
@@ -226,24 +246,36 @@ private:
             return false;
         }
         item.type = TypeText(tl.uiType, tl.ullCount);
-        const unsigned expected = TypeOf(field.eKind, tl.uiType);
+        const unsigned expected = TypeOf(element, tl.uiType);
         if (tl.uiType != expected)
             item.damage =
                 std::string("it must be ") + TypeName(expected) + " and is " + TypeName(tl.uiType);
+        if (!item.damage.empty())
+            element = nullptr;
         if (isList)
-            return List(item, item.damage.empty() ? field.pRule : nullptr, tl.ullCount, start);
-        Leaf(item, item.damage.empty() ? field.eKind : eFIELD::ANY, tl, start);
+            return List(item, element != nullptr ? element->pStructure : nullptr, tl.ullCount,
+                        start);
+        Leaf(item, element, tl, start);
         return true;
     }
 
-    // One byte: the end of a message, or what says that a field is not set.
-    bool Single(const Field& field, const std::string& name, unsigned depth, std::size_t start)
+    static bool Is(const Element* element, eTYPE type)
     {
-        const bool isEnd = field.eKind == eFIELD::END;
+        return element != nullptr && element->eType == type;
+    }
+    static bool Means(const Element* element, eMEANING meaning)
+    {
+        return element != nullptr && element->eMeaning == meaning;
+    }
+
+    // One byte: the end of a message, or what says that a field is not set.
+    bool Single(const Element* element, const std::string& name, unsigned depth, std::size_t start)
+    {
+        const bool isEnd = Is(element, eTYPE::END);
         Annotation item = Make(name, depth, isEnd ? eWHAT::VALUE : eWHAT::ABSENT, isEnd ? 0 : 1);
         if (!isEnd)
             item.value = "not set";
-        if (!isEnd && !field.bOptional)
+        if (!isEnd && element != nullptr && !element->bOptional)
             item.damage = "it must be set";
         if (isEnd && payload[start] != '\0')
             item.damage = "it must be 00";
@@ -251,21 +283,21 @@ private:
         return !isEnd || payload[start] == '\0';
     }
 
-    void Leaf(Annotation& item, eFIELD kind, const TypeLength& tl, std::size_t start)
+    void Leaf(Annotation& item, const Element* element, const TypeLength& tl, std::size_t start)
     {
         const std::string_view bytes = payload.substr(uiAt, static_cast<std::size_t>(tl.ullCount));
         uiAt += bytes.size();
         item.eWhat = eWHAT::VALUE;
-        item.value = ValueText(kind, tl.uiType, bytes, scale);
-        if (kind == eFIELD::UNIT)
+        item.value = ValueText(element, tl.uiType, bytes, scale);
+        if (Means(element, eMEANING::UNIT))
             scale.uiUnit = static_cast<unsigned>(UnsignedOf(bytes));
-        else if (kind == eFIELD::SCALER)
+        else if (Means(element, eMEANING::SCALER))
             scale.iScaler = static_cast<int>(SignedOf(bytes));
-        else if (kind == eFIELD::TAG)
+        else if (Means(element, eMEANING::TAG))
             uiChosen = static_cast<unsigned>(UnsignedOf(bytes));
-        else if (kind == eFIELD::VALUE)
+        else if (Is(element, eTYPE::VALUE))
             item.note = SignNote(tl.uiType, bytes, scale);
-        else if (kind == eFIELD::CRC)
+        else if (Is(element, eTYPE::CRC))
             Checksum(item);
         Emit(item, start);
     }
@@ -284,78 +316,68 @@ private:
             item.damage = "the checksum is wrong: some byte of the message is damaged";
     }
 
-    // Without a rule, or against it, the elements have no names.
-    bool List(Annotation& item, const Rule* rule, std::uint64_t count, std::size_t start)
+    // Without a structure, or against it, the elements have no names.
+    bool List(Annotation& item, const Structure* structure, std::uint64_t count, std::size_t start)
     {
         item.eWhat = eWHAT::STRUCTURE;
-        if (rule != nullptr && rule->eShape != eSHAPE::LIST) {
-            const std::uint64_t expected = CountOf(*rule);
+        if (structure != nullptr && !structure->IsList()) {
+            const bool isChoice = structure->eForm == eFORM::CHOICE;
+            const std::uint64_t expected = isChoice ? 2 : structure->uiCount;
             if (count != expected) {
                 item.damage = "it must be a list of " + std::to_string(expected);
-                rule = nullptr;
+                structure = nullptr;
             } else {
-                item.value = Heading(*rule, start);
+                item.value = Heading(*structure, start);
             }
         }
         const unsigned depth = item.uiDepth + 1;
         Emit(item, start);
-        if (rule != nullptr && rule->eShape == eSHAPE::CHOICE)
-            return Choice(*rule, depth);
-        if (rule == nullptr || rule->eShape == eSHAPE::SEQUENCE)
+        if (structure != nullptr && structure->eForm == eFORM::CHOICE)
+            return Choice(*structure, depth);
+        const bool isMany = structure != nullptr && structure->IsList();
+        if (!isMany)
             scale = Scale();
-        std::string_view fields = rule != nullptr ? rule->fields : std::string_view();
-        Field field;
-        const bool isMany = rule != nullptr && rule->eShape == eSHAPE::LIST;
-        for (std::uint64_t i = 1; i <= count; ++i) {
-            TakeField(fields, field);
-            if (!Element(field, depth, isMany ? i : 0))
+        for (std::uint64_t i = 0; i < count; ++i) {
+            const Element* const element = structure == nullptr ? nullptr
+                                           : isMany             ? structure->pElements
+                                                                : structure->pElements + i;
+            if (!Next(element, depth, isMany ? i + 1 : 0))
                 return false;
         }
         return true;
     }
 
-    static std::uint64_t CountOf(const Rule& rule)
-    {
-        std::string_view fields = rule.fields;
-        Field field;
-        std::uint64_t count = 0;
-        while (TakeField(fields, field))
-            ++count;
-        return rule.eShape == eSHAPE::CHOICE ? 2 : count;
-    }
-
     // What a list is, told by what stands in it.
-    std::string Heading(const Rule& rule, std::size_t start) const
+    std::string Heading(const Structure& structure, std::size_t start) const
     {
-        if (&rule == &kMessageRule) {
-            const MessageKind* kind = FindKind(uiTag);
+        if (&structure == &schema::kMessage) {
+            const schema::Message* message = schema::FindMessage(uiTag);
             const bool isSkipped =
                 std::any_of(verdicts.begin(), verdicts.end(), [this, start](const Verdict& v) {
                     return v.IsRefusal() && v.ullEnd <= options.ullBase + start;
                 });
-            return std::string(kind != nullptr ? kind->pcName : "") +
+            return std::string(message != nullptr ? message->pcName : "") +
                    (isSkipped ? ", not parsed" : "");
         }
-        const bool isNamed = rule.fields.find(":name ") < rule.fields.find(' ');
-        if (!isNamed || payload.size() - uiAt < 7 || payload[uiAt] != '\x07')
+        const Element& first = structure[0];
+        if (first.eMeaning != eMEANING::NAME || payload.size() - uiAt < 1 + SML_NAME_SIZE ||
+            payload[uiAt] != char{1 + SML_NAME_SIZE})
             return {};
-        return ValueText(eFIELD::NAME, TYPE_OCTETS, payload.substr(uiAt + 1, 6), scale);
+        return ValueText(&first, kTlOctetString, payload.substr(uiAt + 1, SML_NAME_SIZE), scale);
     }
 
-    bool Choice(const Rule& rule, unsigned depth)
+    bool Choice(const Structure& structure, unsigned depth)
     {
-        static constexpr Field kTag = {"type", eFIELD::TAG, false};
+        static constexpr Element kTag = schema::Tag();
         uiChosen = 0;
-        if (!Element(kTag, depth))
+        if (!Next(&kTag, depth))
             return false;
-        std::string_view fields = rule.fields;
-        Field field;
-        while (TakeField(fields, field)) {
-            if (field.uiTag == uiChosen)
-                return Element(field, depth);
+        for (const Element& element : structure) {
+            if (element.uiTag == uiChosen)
+                return Next(&element, depth);
         }
         AddDamage(walked.items.back().damage, "there is no such choice here");
-        return Element(Field(), depth);
+        return Next(nullptr, depth);
     }
 
     // There is nothing more of the message: the data is at its end, or another message begins,
