@@ -7,7 +7,7 @@ include(CheckPIESupported)
 check_pie_supported()
 
 set(quarn_hardening -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
-foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection)
+foreach(flag -fstack-protector-strong -fstack-clash-protection)
   string(MAKE_C_IDENTIFIER QUARN_HAS${flag} has)
   check_cxx_compiler_flag(${flag} ${has})
   if(${has})
