@@ -18,7 +18,6 @@
 #include "quarn/foundation/frame_flags.h"
 #include "quarn/foundation/framework.h"
 #include "quarn/foundation/limits.h"
-#include "quarn/foundation/lists.h"
 #include "quarn/foundation/schema.h"
 #include "quarn/foundation/tl.h"
 #include "quarn/foundation/units.h"

@@ -3,7 +3,6 @@
 #include "tools/input/intake.h"
 #include "tools/input/pump.h"
 #include "tools/output/json.h"
-#include "tools/reading/kind.h"
 #include "tools/reading/status.h"
 #include "tools/road/counts.h"
 #include "tools/road/teller.h"
@@ -65,7 +64,7 @@ private:
             ++sum.errors[info.iError];
             return;
         }
-        const MessageKind* kind = FindKind(info.uiIdentifier);
+        const quarn::schema::Message* kind = quarn::schema::FindMessage(info.uiIdentifier);
         ++sum.messages[kind != nullptr ? kind->pcName : "unknown"];
         if (!info.server.empty())
             Remember(info.server);

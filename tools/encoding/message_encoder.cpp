@@ -3,7 +3,7 @@
 #include "tools/encoding/message_encoder.h"
 
 #include "tools/encoding/record_reader.h"
-#include "tools/reading/kind.h"
+#include "tools/reading/keys.h"
 #include "tools/reading/reading.h"
 #include "tools/reading/status.h"
 
@@ -87,7 +87,7 @@ bool SameValue(const vorn::cRecordPar& meant, const vorn::cRecordPar& read)
         return meant == read;
     const vorn::cRecord a = Nested(meant);
     const vorn::cRecord b = Nested(read);
-    if (SmlElementLabel(meant.GetName()) != nullptr)
+    if (IsList(meant.GetName()))
         return std::equal(a.begin(), a.end(), b.begin(), b.end(), SameValue);
     return Difference(a, b) == nullptr && CountFields(a) == CountFields(b);
 }
@@ -171,7 +171,7 @@ bool cMessageEncoder::Encode(const vorn::cRecord& record, EncodedMessage& messag
         return false;
     }
     const unsigned identifier = id->GetUInt();
-    const MessageKind* kind = FindKind(identifier);
+    const quarn::schema::Message* kind = quarn::schema::FindMessage(identifier);
     const EncoderRow* encoder = FindEncoder(identifier);
     if (encoder == nullptr) {
         error = kind != nullptr ? std::string("a ") + kind->pcName + " cannot be encoded"
@@ -180,9 +180,9 @@ bool cMessageEncoder::Encode(const vorn::cRecord& record, EncodedMessage& messag
     }
     if (!IsWhole(record, identifier, error))
         return false;
-    par = FindIn(record, kind->pcBody);
+    par = FindIn(record, kind->label.data());
     if (par == nullptr) {
-        error = std::string("'") + kind->pcBody + "' is missing";
+        error = std::string("'").append(kind->label) + "' is missing";
         return false;
     }
     const vorn::cRecord meant = Nested(*par);

@@ -3,13 +3,13 @@
 #include "tools/encoding/record_reader.h"
 
 #include "tools/input/hex_reader.h"
+#include "tools/reading/keys.h"
 
 #include <algorithm>
 #include <limits>
 #include <rapidjson/error/en.h>
 #include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
-#include <unordered_map>
 #include <vector>
 
 namespace tool
@@ -19,143 +19,82 @@ namespace
 
 constexpr rapidjson::SizeType kMaxTold = 60; // bytes of a key that is told
 
-enum class eKIND { UINT, UINT64, SINT, BOOL, DATA, RECORD, LIST, VALUE, TEXT };
+enum class eJSON { UINT, UINT64, SINT, BOOL, DATA, RECORD, LIST, VALUE, TEXT };
 
-struct FieldRow {
-    const char* pcLabel;
-    eKIND kind;
-    const char* pcElement = nullptr; // of a list
+struct KeyRow {
+    const char* pcLabel = nullptr;
+    eJSON kind = eJSON::RECORD;
+    const quarn::schema::Structure* pStructure = nullptr; // of a record or list
 };
 
-// Lists are known to the library.
-constexpr FieldRow kFields[] = {
-    // Lines of events
-    {"event", eKIND::TEXT},
-    {"frame", eKIND::UINT64},
-    {"record", eKIND::RECORD},
-    {"crc", eKIND::TEXT},
-    {"bytes", eKIND::UINT64},
-    {"messages", eKIND::UINT64},
-    // What is around a body
-    {"SmlMsgHeader", eKIND::RECORD},
-    {"transactionId", eKIND::DATA},
-    {"groupNo", eKIND::UINT},
-    {"abortOnError", eKIND::UINT},
-    {"smlMsgIdentifier", eKIND::UINT},
-    {"openCid", eKIND::DATA},
-    {"openRfid", eKIND::DATA},
-    {"openSid", eKIND::DATA},
-    {"openTid", eKIND::DATA},
-    {"openGNo", eKIND::UINT},
-    {"openAOE", eKIND::UINT},
-    {"SmlCrc", eKIND::UINT},
-    {"SmlStatus", eKIND::RECORD},
-    {"Error", eKIND::SINT},
-    {"Type", eKIND::SINT},
-    {"Cast", eKIND::SINT},
-    {"MsgNoInFile", eKIND::UINT},
-    {"SmltFlags", eKIND::UINT},
-    {"SmlMsgRawData", eKIND::DATA},
-    // Bodies
-    {"SmlOpenReq", eKIND::RECORD},
-    {"SmlOpenRes", eKIND::RECORD},
-    {"SmlCloseReq", eKIND::RECORD},
-    {"SmlCloseRes", eKIND::RECORD},
-    {"SmlGetProfileReq", eKIND::RECORD},
-    {"SmlGetProfPackRes", eKIND::RECORD},
-    {"SmlGetProfListRes", eKIND::RECORD},
-    {"SmlGetProcParReq", eKIND::RECORD},
-    {"SmlGetProcParRes", eKIND::RECORD},
-    {"SmlSetProcParReq", eKIND::RECORD},
-    {"SmlGetListReq", eKIND::RECORD},
-    {"SmlGetListRes", eKIND::RECORD},
-    {"SmlAttentionRes", eKIND::RECORD},
-    // Their fields
-    {"codepage", eKIND::DATA},
-    {"clientId", eKIND::DATA},
-    {"reqFileId", eKIND::DATA},
-    {"serverId", eKIND::DATA},
-    {"username", eKIND::DATA},
-    {"password", eKIND::DATA},
-    {"smlVersion", eKIND::UINT},
-    {"refTime", eKIND::RECORD},
-    {"globalSignature", eKIND::DATA},
-    {"withRawdata", eKIND::BOOL},
-    {"beginTime", eKIND::RECORD},
-    {"endTime", eKIND::RECORD},
-    {"actTime", eKIND::RECORD},
-    {"regPeriod", eKIND::UINT},
-    {"valTime", eKIND::RECORD},
-    {"status", eKIND::UINT64},
-    {"rawdata", eKIND::DATA},
-    {"periodSignature", eKIND::DATA},
-    {"profileSignature", eKIND::DATA},
-    {"attribute", eKIND::DATA},
-    {"extMsgPart", eKIND::UINT},
-    {"attentionNo", eKIND::UINT64},
-    {"attentionMsg", eKIND::DATA},
-    {"listName", eKIND::UINT64},
-    {"actSensorTime", eKIND::RECORD},
-    {"listSignature", eKIND::DATA},
-    {"actGatewayTime", eKIND::RECORD},
-    // Elements of lists
-    {"path_Entry", eKIND::UINT64},
-    {"object_List_Entry", eKIND::UINT64},
-    {"valListEntry", eKIND::RECORD},
-    {"parTree", eKIND::RECORD},
-    {"SmlPeriodEntry", eKIND::RECORD},
-    {"pObjHdEntry", eKIND::RECORD},
-    {"value_List_Entry", eKIND::RECORD},
-    // Entries, times, values and trees
-    {"objName", eKIND::UINT64},
-    {"unit", eKIND::UINT},
-    {"scaler", eKIND::SINT},
-    {"value", eKIND::VALUE},
-    {"valueSignature", eKIND::DATA},
-    {"type", eKIND::UINT},
-    {"locOffset", eKIND::SINT},
-    {"seaOffset", eKIND::SINT},
-    {"SmlTime", eKIND::RECORD},
-    {"smlList", eKIND::RECORD},
-    {"parName", eKIND::UINT64},
-    {"procParVal", eKIND::RECORD},
-    {"extFlag", eKIND::BOOL},
-    {"extLen", eKIND::UINT},
+// Of the lines of events, around a record.
+constexpr KeyRow kEventKeys[] = {
+    {"event", eJSON::TEXT}, {"frame", eJSON::UINT64}, {"record", eJSON::RECORD},
+    {"crc", eJSON::TEXT},   {"bytes", eJSON::UINT64}, {"messages", eJSON::UINT64},
 };
 
-const FieldRow* FindField(std::string_view label)
+KeyRow KeyOf(const quarn::schema::Element& element)
 {
-    static const auto kIndex = [] {
-        std::unordered_map<std::string_view, FieldRow> index;
-        for (const FieldRow& row : kFields)
-            index.emplace(row.pcLabel, row);
-        for (const SmlListLabels& list : SML_LISTS)
-            index.emplace(list.pcList, FieldRow{list.pcList, eKIND::LIST, list.pcElement});
-        return index;
-    }();
-    const auto found = kIndex.find(label);
-    return found != kIndex.end() ? &found->second : nullptr;
+    const auto* const structure = element.pStructure;
+    const auto kind = [&] {
+        if (element.eType == quarn::schema::eTYPE::VALUE)
+            return eJSON::VALUE;
+        if (structure != nullptr)
+            return structure->IsList() ? eJSON::LIST : eJSON::RECORD;
+        switch (quarn::schema::KindOf(element)) {
+        case quarn::KIND_UINT:
+            return eJSON::UINT;
+        case quarn::KIND_UINT64:
+            return eJSON::UINT64;
+        case quarn::KIND_SINT:
+            return eJSON::SINT;
+        case quarn::KIND_BOOL:
+            return eJSON::BOOL;
+        default:
+            return eJSON::DATA;
+        }
+    };
+    return {element.label.data(), kind(), structure};
+}
+
+// False when there is no such key; structure: the one that has it.
+bool FindKey(const quarn::schema::Structure* structure, std::string_view label, KeyRow& key)
+{
+    for (const KeyRow& known : kEventKeys) {
+        if (label == known.pcLabel) {
+            key = known;
+            return true;
+        }
+    }
+    const quarn::schema::Element* const element = FindElement(structure, label);
+    if (element != nullptr)
+        key = KeyOf(*element);
+    return element != nullptr;
 }
 
 class cBuilder : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, cBuilder>
 {
 public:
-    bool StartObject() { return Open(nullptr); }
+    bool StartObject()
+    {
+        if (!levels.empty() && Current().kind != eJSON::RECORD && Current().kind != eJSON::VALUE)
+            return Wrong("an object");
+        return Open({}, levels.empty() ? nullptr : Current().pStructure);
+    }
     bool EndObject(rapidjson::SizeType) { return Close(); }
     bool StartArray()
     {
-        if (levels.empty() || Field().kind != eKIND::LIST)
+        if (levels.empty() || Current().kind != eJSON::LIST)
             return Wrong("an array");
-        return Open(FindField(Field().pcElement));
+        return Open(KeyOf(*Current().pStructure->begin()), Current().pStructure);
     }
     bool EndArray(rapidjson::SizeType) { return Close(); }
 
     bool Key(const char* text, rapidjson::SizeType size, bool)
     {
-        const FieldRow* field = FindField({text, size});
-        if (field == nullptr)
+        Level& level = levels.back();
+        if (!FindKey(level.pStructure, {text, size}, level.key))
             return Fail("no field is called '" + std::string(text, std::min(size, kMaxTold)) + "'");
-        levels.back().pField = field;
         return true;
     }
 
@@ -165,19 +104,20 @@ public:
     bool Uint(unsigned v) { return Uint64(v); }
     bool Bool(bool v)
     {
-        if (levels.empty() || (Field().kind != eKIND::BOOL && Field().kind != eKIND::VALUE))
+        if (levels.empty() || (Current().kind != eJSON::BOOL && Current().kind != eJSON::VALUE))
             return Wrong("a boolean");
-        levels.back().rec.AppendBoolPar(Field().pcLabel, v, 0);
+        levels.back().rec.AppendBoolPar(Current().pcLabel, v, 0);
         return true;
     }
     bool Int64(std::int64_t v) // the negative ones
     {
         vorn::cRecord* rec = levels.empty() ? nullptr : &levels.back().rec;
         const bool fits = v >= std::numeric_limits<int>::min();
-        if (rec != nullptr && fits && (Field().kind == eKIND::SINT || Field().kind == eKIND::VALUE))
-            rec->AppendSIntPar(Field().pcLabel, static_cast<int>(v), 0);
-        else if (rec != nullptr && Field().kind == eKIND::VALUE)
-            rec->AppendSInt64Par(Field().pcLabel, v, 0);
+        if (rec != nullptr && fits &&
+            (Current().kind == eJSON::SINT || Current().kind == eJSON::VALUE))
+            rec->AppendSIntPar(Current().pcLabel, static_cast<int>(v), 0);
+        else if (rec != nullptr && Current().kind == eJSON::VALUE)
+            rec->AppendSInt64Par(Current().pcLabel, v, 0);
         else
             return Wrong("this negative number");
         return true;
@@ -187,16 +127,16 @@ public:
         if (levels.empty())
             return Wrong("a number");
         vorn::cRecord& rec = levels.back().rec;
-        const eKIND kind = Field().kind;
+        const eJSON kind = Current().kind;
         const bool fits = v <= std::numeric_limits<unsigned>::max();
-        if (fits && (kind == eKIND::UINT || kind == eKIND::VALUE))
-            rec.AppendUIntPar(Field().pcLabel, static_cast<unsigned>(v), 0);
-        else if (kind == eKIND::UINT64 || kind == eKIND::VALUE)
-            rec.AppendUInt64Par(Field().pcLabel, v, 0);
-        else if (kind == eKIND::SINT && v <= std::numeric_limits<int>::max())
-            rec.AppendSIntPar(Field().pcLabel, static_cast<int>(v), 0);
+        if (fits && (kind == eJSON::UINT || kind == eJSON::VALUE))
+            rec.AppendUIntPar(Current().pcLabel, static_cast<unsigned>(v), 0);
+        else if (kind == eJSON::UINT64 || kind == eJSON::VALUE)
+            rec.AppendUInt64Par(Current().pcLabel, v, 0);
+        else if (kind == eJSON::SINT && v <= std::numeric_limits<int>::max())
+            rec.AppendSIntPar(Current().pcLabel, static_cast<int>(v), 0);
         else
-            return Wrong(kind == eKIND::UINT || kind == eKIND::SINT ? "so large a number"
+            return Wrong(kind == eJSON::UINT || kind == eJSON::SINT ? "so large a number"
                                                                     : "a number");
         return true;
     }
@@ -204,16 +144,16 @@ public:
     {
         if (levels.empty())
             return Wrong("a string");
-        const eKIND kind = Field().kind;
-        if (kind != eKIND::TEXT && kind != eKIND::DATA && kind != eKIND::VALUE)
+        const eJSON kind = Current().kind;
+        if (kind != eJSON::TEXT && kind != eJSON::DATA && kind != eJSON::VALUE)
             return Wrong("a string");
         std::string bytes;
         cHexReader hex;
-        if (kind == eKIND::TEXT)
+        if (kind == eJSON::TEXT)
             bytes.assign(text, size);
         else if (!hex.Read({text, size}, bytes) || hex.HasHalfByte())
             return Wrong("a string that is not hex");
-        levels.back().rec.AppendDataPar(Field().pcLabel, bytes.data(),
+        levels.back().rec.AppendDataPar(Current().pcLabel, bytes.data(),
                                         static_cast<int>(bytes.size()), 0);
         return true;
     }
@@ -224,20 +164,17 @@ public:
 private:
     struct Level {
         vorn::cRecord rec;
-        const FieldRow* pField = nullptr; // of the next value; in an array, of its elements
+        KeyRow key; // of the next value; in an array, of its elements
+        const quarn::schema::Structure* pStructure; // null where it is not known
     };
 
-    const FieldRow& Field() const { return *levels.back().pField; }
+    const KeyRow& Current() const { return levels.back().key; }
 
-    // element: of an array; null for an object.
-    bool Open(const FieldRow* element)
+    bool Open(const KeyRow& key, const quarn::schema::Structure* structure)
     {
-        if (element == nullptr && !levels.empty() && Field().kind != eKIND::RECORD &&
-            Field().kind != eKIND::VALUE)
-            return Wrong("an object");
         if (levels.size() == kMaxJsonDepth)
             return Fail("nested deeper than " + std::to_string(kMaxJsonDepth) + " levels");
-        levels.push_back({{}, element});
+        levels.push_back({{}, key, structure});
         return true;
     }
     bool Close()
@@ -247,7 +184,7 @@ private:
         if (levels.empty())
             record = std::move(rec);
         else
-            levels.back().rec.AppendRecordPar(Field().pcLabel, rec, 0);
+            levels.back().rec.AppendRecordPar(Current().pcLabel, rec, 0);
         return true;
     }
 
@@ -255,7 +192,7 @@ private:
     {
         if (levels.empty())
             return Fail("is no JSON object");
-        return Fail(std::string("'") + Field().pcLabel + "' cannot be " + what);
+        return Fail(std::string("'") + Current().pcLabel + "' cannot be " + what);
     }
     bool Fail(std::string text)
     {

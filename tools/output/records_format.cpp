@@ -2,6 +2,7 @@
 // object whose keys are its labels in order; a list record becomes the array of its elements.
 #include "tools/output/format.h"
 #include "tools/output/json.h"
+#include "tools/reading/keys.h"
 
 #include <string_view>
 
@@ -37,7 +38,7 @@ void WriteValue(cJson& json, const vorn::cRecordPar& par)
         json.Hex(BytesOf(par));
         break;
     case vorn::TYPE_RECORD:
-        if (SmlElementLabel(par.GetName()) == nullptr) {
+        if (!IsList(par.GetName())) {
             WriteRecord(json, par);
             break;
         }
