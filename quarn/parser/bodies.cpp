@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <initializer_list>
 #include <string_view>
 
 using namespace quarn::detail;
@@ -41,113 +42,141 @@ struct cSMLP::BodyFields {
                     {RC_LIST_NAME_LENGTH, "listName:Len!, smlp[%d]"});
     }
     static constexpr Field Time(Keep keep) { return Field::Structure(Tables::kTime).Kept(keep); }
-    static constexpr Field TreePath()
+
+    static constexpr Field OctetsOf(const schema::Element& element)
     {
-        return Field::Structure(Tables::kTreePath).Kept(Keep::IfSet);
+        if (element.label == label::clientId)
+            return ClientId();
+        if (element.label == label::serverId)
+            return element.bOptional ? RequestServerId() : ServerId();
+        if (element.label == label::username)
+            return Username();
+        if (element.label == label::password)
+            return Password();
+        return element.label == label::listName ? ListName() : PlainData();
     }
-    static constexpr Field Tree() { return Field::Structure(Tables::kTree).Then(&cSMLP::KeepTree); }
+    static constexpr Field StructureOf(const schema::Structure* structure)
+    {
+        if (structure == &schema::kTime)
+            return Time(Keep::IfSet);
+        if (structure == &schema::kTreePath)
+            return Field::Structure(Tables::kTreePath).Kept(Keep::IfSet);
+        if (structure == &schema::Tree::kNode)
+            return Field::Structure(Tables::kTree).Then(&cSMLP::KeepTree);
+        if (structure == &schema::kObjectList)
+            return Field::Structure(Tables::kObjReqList).Kept(Keep::IfSet);
+        if (structure == &schema::kList)
+            return Field::Structure(Tables::kList).Kept(Keep::Always);
+        if (structure == &schema::kPeriodList)
+            return Field::Structure(Tables::kPeriodList).Kept(Keep::Always);
+        if (structure == &schema::kHeaderList)
+            return Field::Structure(Tables::kHeaderList);
+        if (structure == &schema::kPackPeriodList)
+            return Field::Structure(Tables::kPeriodObjectList);
+        throw "a structure that the parser does not know";
+    }
+    // What is added to an element unless its body says otherwise.
+    static constexpr Field Usual(const schema::Element& element)
+    {
+        if (element.eType == schema::eTYPE::OCTETS)
+            return OctetsOf(element);
+        if (element.eType == schema::eTYPE::UNSIGNED)
+            return Field::Number()
+                .Refused({RC_FIELD_TYPE, nullptr}, {RC_FIELD_TYPE, nullptr})
+                .Kept(Keep::Always);
+        return StructureOf(element.pStructure);
+    }
+
+    // What a body adds to the element of that label.
+    struct Row {
+        std::string_view label;
+        Field field;
+    };
+
+    template <std::size_t N>
+    static constexpr std::array<Field, N> Fields(const schema::Element (&elements)[N],
+                                                 std::initializer_list<Row> rows = {})
+    {
+        std::array<Field, N> fields{};
+        std::size_t used = 0;
+        for (std::size_t i = 0; i < N; ++i) {
+            bool usual = true;
+            for (const Row& row : rows) {
+                if (row.label != elements[i].label)
+                    continue;
+                fields[i] = row.field.Over(elements[i]);
+                usual = false;
+                ++used;
+            }
+            if (usual)
+                fields[i] = Usual(elements[i]).Over(elements[i]);
+        }
+        if (used != rows.size())
+            throw "a row for no element";
+        return fields;
+    }
 };
 
 struct cSMLP::Bodies : BodyFields {
-    static constexpr auto aOpenReq = Tables::Fields(
-        schema::aOpenReq,
-        {
-            Data({RC_CODEPAGE_TYPE, "codepage:Type!, smlp[%d]"},
-                 {RC_CODEPAGE_LENGTH, "codepage:Len!, smlp[%d]"})
-                .Then(&cSMLP::CheckCodepage),
-            ClientId().Then(&cSMLP::KeepClientId),
-            Data({RC_REQ_FILE_ID_TYPE, "reqFileId:Type!, smlp[%d]"},
-                 {RC_REQ_FILE_ID_LENGTH, "reqFileId:Len!, smlp[%d]"})
-                .Then(&cSMLP::KeepReqFileId),
-            RequestServerId().Then(&cSMLP::KeepOpenServerId),
-            Username(),
-            Password(),
-            Field::Number()
-                .Refused({RC_SML_VERSION_TYPE, nullptr}, {RC_SML_VERSION_TYPE, nullptr})
-                .Kept(Keep::Always)
-                .Then(&cSMLP::CheckSmlVersion),
-        });
-    static constexpr auto aOpenRes = Tables::Fields(
-        schema::aOpenRes, {
-                              PlainData(Keep::Always),
-                              ClientId().Then(&cSMLP::KeepClientId),
-                              PlainData().Then(&cSMLP::KeepReqFileId),
-                              ServerId().Then(&cSMLP::KeepOpenServerId),
-                              Time(Keep::Always),
-                              Field::Number()
-                                  .Refused({RC_FIELD_TYPE, nullptr}, {RC_FIELD_TYPE, nullptr})
-                                  .Kept(Keep::Always),
-                          });
-    static constexpr auto aClose = Tables::Fields(schema::aClose, {PlainData()});
-    static constexpr auto aGetProfileReq = Tables::Fields(
+    static constexpr auto aOpenReq =
+        Fields(schema::aOpenReq,
+               {
+                   {label::codepage, Data({RC_CODEPAGE_TYPE, "codepage:Type!, smlp[%d]"},
+                                          {RC_CODEPAGE_LENGTH, "codepage:Len!, smlp[%d]"})
+                                         .Then(&cSMLP::CheckCodepage)},
+                   {label::clientId, ClientId().Then(&cSMLP::KeepClientId)},
+                   {label::reqFileId, Data({RC_REQ_FILE_ID_TYPE, "reqFileId:Type!, smlp[%d]"},
+                                           {RC_REQ_FILE_ID_LENGTH, "reqFileId:Len!, smlp[%d]"})
+                                          .Then(&cSMLP::KeepReqFileId)},
+                   {label::serverId, RequestServerId().Then(&cSMLP::KeepOpenServerId)},
+                   {label::smlVersion,
+                    Field::Number()
+                        .Refused({RC_SML_VERSION_TYPE, nullptr}, {RC_SML_VERSION_TYPE, nullptr})
+                        .Kept(Keep::Always)
+                        .Then(&cSMLP::CheckSmlVersion)},
+               });
+    static constexpr auto aOpenRes =
+        Fields(schema::aOpenRes, {
+                                     {label::codepage, PlainData(Keep::Always)},
+                                     {label::clientId, ClientId().Then(&cSMLP::KeepClientId)},
+                                     {label::reqFileId, PlainData().Then(&cSMLP::KeepReqFileId)},
+                                     {label::serverId, ServerId().Then(&cSMLP::KeepOpenServerId)},
+                                     {label::refTime, Time(Keep::Always)},
+                                 });
+    static constexpr auto aClose = Fields(schema::aClose);
+    static constexpr auto aGetProfileReq = Fields(
         schema::aGetProfileReq,
         {
-            RequestServerId(),
-            Username(),
-            Password(),
-            Field::Of(&cSMLP::ReadWithRawdata).Refused({RC_WITH_RAWDATA_TYPE, nullptr}, {}),
-            Time(Keep::Always),
-            Time(Keep::Always),
-            TreePath(),
-            Field::Structure(Tables::kObjReqList).Kept(Keep::IfSet),
-            Tree(),
+            {label::withRawdata,
+             Field::Of(&cSMLP::ReadWithRawdata).Refused({RC_WITH_RAWDATA_TYPE, nullptr}, {})},
+            {label::beginTime, Time(Keep::Always)},
+            {label::endTime, Time(Keep::Always)},
         });
-    static constexpr auto aGetProfPackRes = Tables::Fields(
+    // Of a profile pack only the server and the path are kept.
+    static constexpr auto aGetProfPackRes = Fields(
         schema::aGetProfPackRes,
         {
-            ServerId(),
-            Field::Structure(Tables::kTime),
-            Field::Number().UpTo(8).Refused({RC_FIELD_TYPE, nullptr}, {}), // passed over
-            TreePath(),
-            Field::Structure(Tables::kHeaderList),
-            Field::Structure(Tables::kPeriodObjectList),
-            Field::String(),
-            Field::Octets().Refused({RC_SIGNATURE_TYPE, "Signature:Seq-Type, smlp[%d]"}, {}),
+            {label::actTime, Field::Structure(Tables::kTime)},
+            {label::regPeriod, Field::Number().UpTo(8).Refused({RC_FIELD_TYPE, nullptr}, {})},
+            {label::rawdata, Field::String()},
+            {label::profileSignature,
+             Field::Octets().Refused({RC_SIGNATURE_TYPE, "Signature:Seq-Type, smlp[%d]"}, {})},
         });
-    static constexpr auto aGetProfListRes =
-        Tables::Fields(schema::aGetProfListRes,
-                       {
-                           ServerId(),
-                           Time(Keep::IfSet),
-                           Field::Number()
-                               .Refused({RC_FIELD_TYPE, nullptr}, {RC_FIELD_TYPE, nullptr})
-                               .Kept(Keep::Always),
-                           TreePath(),
-                           Time(Keep::IfSet),
-                           Field::Number().Refused({RC_FIELD_TYPE, nullptr}, {}).Kept(Keep::Always),
-                           Field::Structure(Tables::kPeriodList).Kept(Keep::Always),
-                           PlainData(),
-                           PlainData(),
-                       });
+    static constexpr auto aGetProfListRes = Fields(schema::aGetProfListRes);
     static constexpr auto aGetProcParReq =
-        Tables::Fields(schema::aGetProcParReq,
-                       {
-                           RequestServerId(),
-                           Username(),
-                           Password(),
-                           TreePath(),
-                           Field::String()
-                               .Refused({RC_ATTRIBUTE_TYPE, nullptr}, {RC_STRING_LENGTH, nullptr})
-                               .Then(&cSMLP::CheckAttribute),
-                       });
-    static constexpr auto aGetProcParRes =
-        Tables::Fields(schema::aGetProcParRes, {ServerId(), TreePath(), Tree()});
-    static constexpr auto aSetProcParReq = Tables::Fields(
-        schema::aSetProcParReq, {RequestServerId(), Username(), Password(), TreePath(), Tree()});
-    static constexpr auto aGetListReq = Tables::Fields(
-        schema::aGetListReq, {ClientId(), RequestServerId(), Username(), Password(), ListName()});
+        Fields(schema::aGetProcParReq,
+               {
+                   {label::attribute,
+                    Field::String()
+                        .Refused({RC_ATTRIBUTE_TYPE, nullptr}, {RC_STRING_LENGTH, nullptr})
+                        .Then(&cSMLP::CheckAttribute)},
+               });
+    static constexpr auto aGetProcParRes = Fields(schema::aGetProcParRes);
+    static constexpr auto aSetProcParReq = Fields(schema::aSetProcParReq);
+    static constexpr auto aGetListReq = Fields(schema::aGetListReq);
     static constexpr auto aGetListRes =
-        Tables::Fields(schema::aGetListRes, {
-                                                ClientId(),
-                                                ServerId().Then(&cSMLP::CompareServerId),
-                                                ListName(),
-                                                Time(Keep::IfSet),
-                                                Field::Structure(Tables::kList).Kept(Keep::Always),
-                                                PlainData(),
-                                                Time(Keep::IfSet),
-                                            });
-    static constexpr auto aAttentionRes =
-        Tables::Fields(schema::aAttentionRes, {ServerId(), PlainData(), PlainData(), Tree()});
+        Fields(schema::aGetListRes, {{label::serverId, ServerId().Then(&cSMLP::CompareServerId)}});
+    static constexpr auto aAttentionRes = Fields(schema::aAttentionRes);
 
     static constexpr char kType[] = "%s:Seq-Type!, smlp[%d]";
     static constexpr char kCount[] = "%s:Seq-Cnt!, smlp[%d]";
