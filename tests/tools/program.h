@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -78,10 +79,11 @@ public:
     // Waits at most ten seconds for text on its standard output, or on its standard error.
     bool Says(std::string_view text) { return Waits(out, text); }
     bool Tells(std::string_view text) { return Waits(err, text); }
-    // Once it is up: waits at most ten seconds until it catches the signal.
+    // Once it is up: waits at most ten seconds until it catches the signal and has read its input
+    // (an emulator catches signals before the program does).
     void Interrupt() const
     {
-        for (int i = 0; i < 500 && !Catches(SIGINT); ++i)
+        for (int i = 0; i < 500 && (!Catches(SIGINT) || HasUnread()); ++i)
             ::usleep(20000);
         ::kill(pid, SIGINT);
     }
@@ -127,6 +129,11 @@ private:
             if (line.compare(0, 7, "SigCgt:") == 0)
                 return (std::stoull(line.substr(7), nullptr, 16) >> (signal - 1) & 1U) != 0;
         return false;
+    }
+    bool HasUnread() const
+    {
+        int bytes = 0;
+        return ::ioctl(aiFds[0], FIONREAD, &bytes) == 0 && bytes != 0;
     }
     bool Waits(const std::string& said, std::string_view text)
     {
