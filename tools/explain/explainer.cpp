@@ -200,15 +200,15 @@ void cExplainer::Relieve()
     if (eState == RAW && bytes.size() > kMaxFrame) {
         ExplainRaw(true);
     } else if (eState == OUTSIDE && bytes.size() > kMaxGap) {
-        ShowBytes(bytes.size() - (kStartSize - 1), "outside of frames",
+        ShowBytes(bytes.size() - (quarn::kFrameStartSize - 1), "outside of frames",
                   bAnyFrame ? "no frame begins here" : "");
     } else if (eState == INSIDE && bytes.size() > kMaxFrame) {
-        ExplainFrame(current, bytes.size() - (kStartSize - 1), eFRAME::UNENDED,
+        ExplainFrame(current, bytes.size() - (quarn::kFrameStartSize - 1), eFRAME::UNENDED,
                      "too long: only its beginning is taken apart");
         eState = REST;
     } else if (eState == REST && bytes.size() > kMaxFrame) {
-        ShowBytes(bytes.size() - (kStartSize - 1), "frame " + std::to_string(current.ullNumber),
-                  "");
+        ShowBytes(bytes.size() - (quarn::kFrameStartSize - 1),
+                  "frame " + std::to_string(current.ullNumber), "");
     }
 }
 

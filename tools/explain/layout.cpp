@@ -2,7 +2,7 @@
 // a row are content: four of it.
 #include "tools/explain/layout.h"
 
-#include "tools/road/receiver.h"
+#include "quarn/quarn.h"
 
 #include <algorithm>
 
@@ -11,8 +11,7 @@ namespace tool
 namespace
 {
 
-constexpr std::size_t kEscape = 4; // 1B 1B 1B 1B
-constexpr std::size_t kEnd = 8;    // 1B 1B 1B 1B 1A, padding count, CRC
+constexpr std::size_t kEscape = quarn::kFrameEscapeSize;
 
 Annotation& Note(Layout& layout, std::size_t at, std::size_t size, eWHAT what, const char* name)
 {
@@ -34,7 +33,7 @@ void Take(Layout& layout, std::size_t at, std::size_t count)
 std::size_t TakeContent(Layout& layout, std::size_t at, std::size_t end)
 {
     const std::string_view rest = layout.input.substr(at, end - at);
-    const std::size_t run = std::min(rest.find_first_not_of('\x1B'), rest.size());
+    const std::size_t run = std::min(rest.find_first_not_of(quarn::kFrameEscape), rest.size());
     if (run >= 2 * kEscape) {
         Note(layout, at, kEscape, eWHAT::TRANSPORT, "escape of the four bytes behind it");
         Take(layout, at + kEscape, kEscape);
@@ -77,20 +76,21 @@ Layout LayOutFrame(std::uint64_t offset, std::string_view input, std::uint64_t s
     layout.ullOffset = offset;
     layout.input = input;
     const bool ends = frame != eFRAME::UNENDED;
-    const std::size_t end = ends ? input.size() - kEnd : input.size();
-    Note(layout, 0, kStartSize, eWHAT::TRANSPORT, "start of a frame");
-    for (std::size_t at = kStartSize; at < end;)
+    const std::size_t end = ends ? input.size() - quarn::kFrameEndSize : input.size();
+    Note(layout, 0, quarn::kFrameStartSize, eWHAT::TRANSPORT, "start of a frame");
+    for (std::size_t at = quarn::kFrameStartSize; at < end;)
         at = TakeContent(layout, at, end);
     Settle(layout, size, ends ? "padding" : "not delivered: it may have been padding");
     std::sort(layout.transport.begin(), layout.transport.end(),
               [](const Annotation& a, const Annotation& b) { return a.ullOffset < b.ullOffset; });
     if (!ends)
         return layout;
-    Note(layout, end, kEscape + 1, eWHAT::TRANSPORT, "end of a frame");
-    Annotation& padding =
-        Note(layout, end + kEscape + 1, 1, eWHAT::TRANSPORT, "number of padding bytes");
+    const std::size_t count = end + quarn::kFrameEndSequence.size();
+    Note(layout, end, count - end, eWHAT::TRANSPORT, "end of a frame");
+    Annotation& padding = Note(layout, count, 1, eWHAT::TRANSPORT, "number of padding bytes");
     padding.value = std::to_string(static_cast<unsigned char>(padding.bytes[0]));
-    Annotation& crc = Note(layout, end + kEscape + 2, 2, eWHAT::CHECKSUM, "checksum of the frame");
+    Annotation& crc =
+        Note(layout, count + 1, quarn::kFrameCrcSize, eWHAT::CHECKSUM, "checksum of the frame");
     crc.value = frame == eFRAME::WHOLE ? "right" : "wrong";
     if (frame == eFRAME::DAMAGED)
         crc.damage = "the checksum is wrong: some byte of the frame is damaged";
