@@ -48,18 +48,18 @@ const char* ErrorIn(const TypeLength& tl, bool ends)
 
 TypeLength ReadTypeLength(std::string_view rest)
 {
-    constexpr std::size_t kMaxSize = 8;
-    constexpr unsigned kMore = 0x80;
+    using quarn::kTlLengthMask, quarn::kTlMore;
+    constexpr std::size_t kMaxSize = quarn::kTlMaxSize;
     TypeLength tl;
     const auto byte = [rest](std::size_t i) { return static_cast<unsigned char>(rest[i]); };
-    tl.uiType = byte(0) & 0x70U;
-    tl.ullCount = byte(0) & 0x0FU;
-    while ((byte(tl.uiSize - 1) & kMore) != 0 && tl.uiSize < std::min(kMaxSize, rest.size()))
-        tl.ullCount = tl.ullCount << 4U | (byte(tl.uiSize++) & 0x0FU);
+    tl.uiType = byte(0) & quarn::kTlTypeMask;
+    tl.ullCount = byte(0) & kTlLengthMask;
+    while ((byte(tl.uiSize - 1) & kTlMore) != 0 && tl.uiSize < std::min(kMaxSize, rest.size()))
+        tl.ullCount = tl.ullCount << 4U | (byte(tl.uiSize++) & kTlLengthMask);
     tl.bAbsent = tl.uiSize == 1 && tl.uiType == kTlOctetString && tl.ullCount <= 1;
     if (tl.uiType != kTlList)
         tl.ullCount -= std::min<std::uint64_t>(tl.ullCount, tl.uiSize);
-    const bool ends = (byte(tl.uiSize - 1) & kMore) == 0;
+    const bool ends = (byte(tl.uiSize - 1) & kTlMore) == 0;
     tl.bCut = !ends && tl.uiSize < kMaxSize;
     tl.pcError = ErrorIn(tl, ends);
     return tl;
@@ -165,7 +165,8 @@ private:
     {
         const TypeLength tl = ReadTypeLength(payload.substr(uiAt));
         bCut = tl.bCut;
-        return tl.pcError == nullptr && tl.uiType == kTlList && tl.ullCount == 6;
+        return tl.pcError == nullptr && tl.uiType == kTlList &&
+               tl.ullCount == schema::kMessage.uiCount;
     }
 
     bool Message()
@@ -205,7 +206,7 @@ private:
             const TypeLength tl = ReadTypeLength(payload.substr(at));
             const bool isList = type == kTlList;
             if (tl.pcError != nullptr || tl.bAbsent || tl.uiType != type ||
-                (isList ? tl.ullCount != (at == start ? 6 : 2)
+                (isList ? tl.ullCount != (at == start ? schema::kMessage.uiCount : 2)
                         : tl.ullCount > payload.size() - at - tl.uiSize))
                 return false;
             at += tl.uiSize;
@@ -227,7 +228,8 @@ private:
         if (IsOver(name, depth))
             return false;
         const std::size_t start = uiAt;
-        if (Is(element, eTYPE::END) || static_cast<unsigned char>(payload[uiAt]) <= 1) {
+        if (Is(element, eTYPE::END) ||
+            static_cast<unsigned char>(payload[uiAt]) <= quarn::kOptionAbsent) {
             ++uiAt;
             return Single(element, name, depth, start);
         }

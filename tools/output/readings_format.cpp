@@ -171,7 +171,7 @@ private:
     void OtherFields(const Reading& reading)
     {
         const vorn::cRecordPar& value = *reading.pValue;
-        if (value.GetType(1) == vorn::TYPE_BOOL)
+        if (value.GetType(1) == quarn::KIND_BOOL)
             line.Number("value", value.GetBool() ? "true" : "false");
         else if (IsPrintable(BytesOf(value)))
             line.Text("value", BytesOf(value));

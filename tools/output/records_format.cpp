@@ -26,17 +26,17 @@ void WriteRecord(cJson& json, const Record& record)
 void WriteValue(cJson& json, const vorn::cRecordPar& par)
 {
     switch (par.GetType(1)) {
-    case vorn::TYPE_SINT:
-    case vorn::TYPE_SINT64:
+    case quarn::KIND_SINT:
+    case quarn::KIND_SINT64:
         json.Int(par.GetSInt64());
         break;
-    case vorn::TYPE_BOOL:
+    case quarn::KIND_BOOL:
         json.Bool(par.GetBool());
         break;
-    case vorn::TYPE_DATA:
+    case quarn::KIND_DATA:
         json.Hex(BytesOf(par));
         break;
-    case vorn::TYPE_RECORD:
+    case quarn::KIND_RECORD:
         if (SmlElementLabel(par.GetName()) == nullptr) {
             WriteRecord(json, par);
             break;
