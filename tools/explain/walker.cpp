@@ -100,8 +100,8 @@ std::string NameOf(const Element* element)
 class cWalker
 {
 public:
-    cWalker(Layout& frame, const std::vector<Verdict>& judged, const WalkOptions& walkOptions)
-        : layout(frame), whole(frame.payload), verdicts(judged), options(walkOptions),
+    cWalker(PayloadMap& frame, const std::vector<Verdict>& judged, const WalkOptions& walkOptions)
+        : map(frame), whole(frame.payload), verdicts(judged), options(walkOptions),
           uiAt(walkOptions.uiStart)
     {
         walked.uiMessage = options.uiMessage;
@@ -118,7 +118,7 @@ public:
             more = more && !(options.bOneFile && walked.uiMessage == 1);
         }
         if (!options.bMore)
-            CatchUp(layout.ullOffset + layout.input.size(), 0);
+            CatchUp(map.ullOffset + map.input.size(), 0);
         walked.uiEnd = uiAt;
         return std::move(walked);
     }
@@ -423,9 +423,9 @@ private:
         const std::size_t value = begin + item.uiTl; // where it begins
         for (std::size_t at = begin; at < uiAt;) {
             std::size_t next = at + 1;
-            while (next < uiAt && layout.positions[next] == layout.positions[next - 1] + 1)
+            while (next < uiAt && map.positions[next] == map.positions[next - 1] + 1)
                 ++next;
-            item.ullOffset = layout.ullOffset + layout.positions[at];
+            item.ullOffset = map.ullOffset + map.positions[at];
             CatchUp(item.ullOffset, item.uiDepth);
             item.bytes = payload.substr(at, next - at);
             item.uiTl = static_cast<unsigned>(std::clamp(value, at, next) - at);
@@ -440,7 +440,7 @@ private:
 
     void CatchUp(std::uint64_t offset, unsigned depth)
     {
-        std::vector<Annotation>& transport = layout.transport;
+        std::vector<Annotation>& transport = map.transport;
         for (; uiTransport < transport.size() && transport[uiTransport].ullOffset < offset;
              ++uiTransport) {
             walked.items.push_back(std::move(transport[uiTransport]));
@@ -448,14 +448,14 @@ private:
         }
     }
 
-    Layout& layout;
+    PayloadMap& map;
     std::string_view whole;   // payload
     std::string_view payload; // of it, what was there before the line fell silent
     const std::vector<Verdict>& verdicts;
     const WalkOptions& options;
     Walked walked;
     std::size_t uiAt;            // in the payload
-    std::size_t uiTransport = 0; // of the layout's other bytes that have been added
+    std::size_t uiTransport = 0; // of the map's other bytes that have been added
     bool bCut = false;           // the walk ended where the data did
     bool bSilent = false;        // the line fell silent where the payload ends
     unsigned uiTag = 0;          // of the message
@@ -465,9 +465,9 @@ private:
 
 } // namespace
 
-Walked Walk(Layout& layout, const std::vector<Verdict>& verdicts, const WalkOptions& options)
+Walked Walk(PayloadMap& map, const std::vector<Verdict>& verdicts, const WalkOptions& options)
 {
-    return cWalker(layout, verdicts, options).Run();
+    return cWalker(map, verdicts, options).Run();
 }
 
 } // namespace tool

@@ -2,8 +2,8 @@
 // table. Both are written by one function that names the fields; what a field looks like is the
 // business of the two writers.
 #include "tools/output/escape.h"
-#include "tools/output/format.h"
 #include "tools/output/json.h"
+#include "tools/output/output_format.h"
 #include "tools/reading/obis.h"
 #include "tools/reading/unit.h"
 

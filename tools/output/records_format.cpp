@@ -1,7 +1,7 @@
 // --format records: one JSON object per line and event, complete and lossless. A record becomes an
 // object whose keys are its labels in order; a list record becomes the array of its elements.
-#include "tools/output/format.h"
 #include "tools/output/json.h"
+#include "tools/output/output_format.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
 // --format text: for people. Per SML file a heading, then an aligned line per reading; messages
 // without readings (parameters, attention responses, requests) as an indented outline.
-#include "tools/output/format.h"
+#include "tools/output/output_format.h"
 #include "tools/output/reading_rows.h"
 #include "tools/output/terminal.h"
 #include "tools/reading/status.h"
