@@ -81,9 +81,7 @@ TEST(RoundTrip, TheWholeRoadAndDamagedFrames)
     for (unsigned i = 0; i < 300; ++i) {
         File file = MakeFile(gen, encoder, 1000 + 10 * i);
         if (i % 10 == 7) { // one bit, anywhere behind the start sequence and before the end's
-            const unsigned place =
-                quarn::kFrameStartSize + gen.Below(static_cast<unsigned>(file.frame.size()) -
-                                                   quarn::kFrameStartSize - quarn::kFrameEndSize);
+            const unsigned place = 8 + gen.Below(static_cast<unsigned>(file.frame.size()) - 16);
             file.frame[place] = static_cast<char>(file.frame[place] ^ (1 << gen.Below(8)));
             file.damaged = true;
         }
