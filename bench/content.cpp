@@ -87,15 +87,15 @@ nlohmann::ordered_json Transcoded(const vorn::cRecord& rec);
 nlohmann::ordered_json Transcoded(const vorn::cRecordPar& par)
 {
     switch (par.GetType(1)) {
-    case vorn::TYPE_UINT:
-    case vorn::TYPE_UINT64:
+    case quarn::KIND_UINT:
+    case quarn::KIND_UINT64:
         return par.GetUInt64();
-    case vorn::TYPE_SINT:
-    case vorn::TYPE_SINT64:
+    case quarn::KIND_SINT:
+    case quarn::KIND_SINT64:
         return par.GetSInt64();
-    case vorn::TYPE_BOOL:
+    case quarn::KIND_BOOL:
         return par.GetBool();
-    case vorn::TYPE_DATA:
+    case quarn::KIND_DATA:
         return nlohmann::ordered_json::binary(
             {par.GetData(), par.GetData() + static_cast<std::size_t>(par.GetSize())});
     default:

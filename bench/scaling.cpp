@@ -16,10 +16,11 @@ std::string ListTl(std::int64_t count)
 {
     std::string tl;
     for (int shift = 20; shift >= 0; shift -= 4) {
-        const std::int64_t nibble = count >> shift & 0x0F;
+        const std::int64_t nibble = count >> shift & quarn::kTlLengthMask;
         if (tl.empty() && count >> shift == 0)
             continue;
-        tl += static_cast<char>((tl.empty() ? 0x70 : 0x00) | (shift != 0 ? 0x80 : 0) | nibble);
+        tl += static_cast<char>((tl.empty() ? quarn::kTlList : quarn::kTlOctetString) |
+                                (shift != 0 ? quarn::kTlMore : 0) | nibble);
     }
     return tl;
 }

@@ -27,7 +27,7 @@ struct Sample {
         while (bytes.size() < payload)
             bytes += file;
         SmlTpTx tx(SMLT_MODE_TP);
-        std::string room(2 * bytes.size() + 19, 0);
+        std::string room(quarn::MaxFrameSize(bytes.size()), 0);
         while (strFrames.size() < kTotal) {
             const auto size = static_cast<long>(bytes.size());
             cBuffer in(bytes.data(), size, BUF_FLAG_FIRST | BUF_FLAG_LAST, 0);
@@ -95,7 +95,7 @@ BENCHMARK(Unframe)->Arg(0)->Arg(1);
 void Frame(benchmark::State& state)
 {
     Sample& sample = SampleOf(state.range(0));
-    std::string room(2 * sample.payloads[0].size() + 19, 0);
+    std::string room(quarn::MaxFrameSize(sample.payloads[0].size()), 0);
     SmlTpTx tx(SMLT_MODE_TP);
     for (auto _ : state) {
         for (std::string& payload : sample.payloads) {

@@ -57,7 +57,7 @@ private:
         case 2:
             return Keep(out, par, kNames[choices.Below(std::size(kNames))]);
         case 3:
-            return AppendBytes(out, name, std::string(choices.Below(20000), '\x1B'));
+            return AppendBytes(out, name, std::string(choices.Below(20000), quarn::kFrameEscape));
         case 4:
             return out.AppendUInt64Par(name, choices.Number(), 0);
         case 5:

@@ -11,6 +11,10 @@
 namespace test
 {
 
+using quarn::kFrameAlignment, quarn::kFrameCrcAfterStart, quarn::kFrameCrcGood, quarn::kFrameEnd,
+    quarn::kFrameEndSequence, quarn::kFrameEscape, quarn::kFrameEscapedRun, quarn::kFrameEscapeSize,
+    quarn::kFrameStart, quarn::kFrameStartSequence, quarn::kFrameStartSize;
+
 class ReferenceTx
 {
 public:
@@ -39,7 +43,7 @@ private:
             in.Clear();
         crc = vorn::initCRC16();
         length = 0;
-        Add(state == START ? "\x1B\x1B\x1B\x1B\x01\x01\x01\x01" : "");
+        Add(std::string(state == START ? kFrameStartSequence : ""));
         return state == IDLE ? 9 : 0;
     }
     int Read(cBuffer& in, cBuffer& out)
@@ -47,15 +51,15 @@ private:
         if (in.Left() == 0)
             return Exhausted(in.TestFlagsAnd(0x02));
         const char c = static_cast<char>(in.GetQuick());
-        if (c == 0x1B && state != RAW) {
+        if (c == kFrameEscape && state != RAW) {
             state = ++escapes < 4 ? ESC_COUNT : DATA;
             if (escapes == 4)
-                Add(std::string(8, c));
+                Add(std::string(kFrameEscapedRun));
         } else if (state == ESC_COUNT || out.Free() == 0) {
             in.UnGet();
             if (state != ESC_COUNT)
                 return 2;
-            Add(std::string(static_cast<std::size_t>(escapes), 0x1B));
+            Add(std::string(static_cast<std::size_t>(escapes), kFrameEscape));
         } else {
             Add(std::string(1, c));
         }
@@ -69,10 +73,11 @@ private:
         if (raw)
             state = mode == 1 ? RAW : IDLE;
         else if (state == ESC_COUNT)
-            Add(std::string(static_cast<std::size_t>(escapes), 0x1B));
+            Add(std::string(static_cast<std::size_t>(escapes), kFrameEscape));
         else {
-            const auto padding = (4 - length % 4) % 4;
-            Add(std::string(padding, 0) + "\x1B\x1B\x1B\x1B\x1A" + static_cast<char>(padding));
+            const auto padding = (kFrameAlignment - length % kFrameAlignment) % kFrameAlignment;
+            Add(std::string(padding, 0) + std::string(kFrameEndSequence) +
+                static_cast<char>(padding));
             todo += {static_cast<char>(~crc), static_cast<char>(~crc >> 8)};
             state = END;
         }
@@ -82,7 +87,7 @@ private:
     {
         if (out.Free() == 0)
             return 2;
-        out.SetFlags(state == START && todo.size() == 8 ? 0x01 : 0);
+        out.SetFlags(state == START && todo.size() == kFrameStartSize ? 0x01 : 0);
         out.PutQuick(todo[0]);
         todo.erase(0, 1);
         if (!todo.empty() || state == RAW)
@@ -130,14 +135,14 @@ private:
     {
         const int former = state;
         if (former == START) {
-            crc = 0x91DC;
+            crc = kFrameCrcAfterStart;
             window.clear();
             out.Clear();
             out.SetFlags(0x01);
             state = DATA;
         } else if (count == 0) {
             state = former == FLUSH ? next : CRC_CHECK;
-        } else if (former == FLUSH ? !ThroughWindow(0x1B, out) : !FromWindow(out)) {
+        } else if (former == FLUSH ? !ThroughWindow(kFrameEscape, out) : !FromWindow(out)) {
             return 2;
         } else {
             --count;
@@ -168,23 +173,23 @@ private:
             state = mode != 1 && framed ? HUNT : RAW;
             return kPutBack;
         case HUNT:
-            if (c == 0x1B)
+            if (c == kFrameEscape)
                 index = index < 4 ? index + 1 : index == 4 ? 4 : 1;
             else
-                index = c == 0x01 && index >= 4 ? index + 1 : 0;
+                index = c == kFrameStart && index >= 4 ? index + 1 : 0;
             state = index == 8 ? START : HUNT;
             return 0;
         case DATA:
             count = 1;
-            state = c == 0x1B ? ESC : DATA;
-            return c == 0x1B || ThroughWindow(c, out) ? 0 : 2;
+            state = c == kFrameEscape ? ESC : DATA;
+            return c == kFrameEscape || ThroughWindow(c, out) ? 0 : 2;
         case ESC:
-            if (c == 0x1B && ++count < 8)
+            if (c == kFrameEscape && ++count < 8)
                 return 0;
             state = FLUSH;
-            next = c == 0x1B || count < 4 ? DATA : c == 0x1A ? PADCOUNT : TAIL;
+            next = c == kFrameEscape || count < 4 ? DATA : c == kFrameEnd ? PADCOUNT : TAIL;
             tail = c;
-            if (c != 0x1B && count < 4)
+            if (c != kFrameEscape && count < 4)
                 return kPutBack;
             count -= 4;
             return 0;
@@ -193,7 +198,7 @@ private:
                 return 2;
             tail += c;
             if (tail.size() == 4)
-                state = tail == "\x01\x01\x01\x01" ? START : DATA;
+                state = tail == kFrameStartSequence.substr(kFrameEscapeSize) ? START : DATA;
             return 0;
         case PADCOUNT:
             count = static_cast<int>(window.size()) - (static_cast<unsigned char>(c) < 4 ? c : 0);
@@ -204,7 +209,7 @@ private:
         case CRC_CHECK:
             if (++index < 2)
                 return 0;
-            out.SetFlags(crc == 0xF0B8 ? 0x02 : 0x0A);
+            out.SetFlags(crc == kFrameCrcGood ? 0x02 : 0x0A);
             state = IDLE;
             return 5;
         default: // RAW

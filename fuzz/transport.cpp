@@ -30,7 +30,7 @@ std::string Stream(Choices& choices) // frames, whole and damaged, and what may 
     std::string stream;
     for (int parts = choices.Pick(1, 6); parts > 0; --parts) {
         std::string frame = Bytes(choices);
-        std::string room(2 * frame.size() + 19, 0);
+        std::string room(quarn::MaxFrameSize(frame.size()), 0);
         Over in(frame, frame.size(), BUF_FLAG_FIRST | BUF_FLAG_LAST);
         Over out(room, 0, 0);
         test::ReferenceTx(SMLT_MODE_TP).Process(&in, &out);
@@ -44,8 +44,10 @@ std::string Stream(Choices& choices) // frames, whole and damaged, and what may 
             frame[frame.size() - 3] = static_cast<char>(choices.Below(10));
             break;
         case 2:
-            frame = Bytes(choices) +
-                    test::Hex(choices.Chance(50) ? "1B1B1B1B01010101" : "1B1B1B1B1A020000");
+            frame =
+                Bytes(choices) +
+                (choices.Chance(50) ? std::string(quarn::kFrameStartSequence)
+                                    : std::string(quarn::kFrameEndSequence).append("\x02\0\0", 3));
             break;
         case 3:
             frame.resize(frame.size() / 2);

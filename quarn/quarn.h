@@ -16,6 +16,7 @@
 #include "quarn/foundation/buffer.h"
 #include "quarn/foundation/fifo3.h"
 #include "quarn/foundation/frame_flags.h"
+#include "quarn/foundation/frame_format.h"
 #include "quarn/foundation/framework.h"
 #include "quarn/foundation/limits.h"
 #include "quarn/foundation/schema.h"

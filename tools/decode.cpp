@@ -11,7 +11,7 @@
 #include "tools/explain/explain.h"
 #include "tools/input/intake.h"
 #include "tools/input/pump.h"
-#include "tools/output/format.h"
+#include "tools/output/output_format.h"
 #include "tools/output/terminal.h"
 #include "tools/reading/correction.h"
 #include "tools/reading/obis.h"

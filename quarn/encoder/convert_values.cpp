@@ -71,7 +71,7 @@ bool WriteOctets(const vorn::cRecordPar& par, cBuffer& buf)
 
 bool WriteName(const vorn::cRecordPar& par, cBuffer& buf)
 {
-    PutInteger(kTlOctetString, 6, par.GetUInt64(), buf); // six octets are written like a number
+    PutInteger(kTlOctetString, SML_NAME_SIZE, par.GetUInt64(), buf); // written like a number
     return true;
 }
 

@@ -64,7 +64,7 @@ bool WriteMessage(const Message& kind, const vorn::cRecord& bodyRec, const vorn:
         return false;
     char storage[kShortWay];
     cBuffer buf(storage, kind.lSize, 0, 0);
-    ToBin_as_ListCount(6, &buf);
+    ToBin_as_ListCount(quarn::schema::kMessage.uiCount, &buf);
     if (!WriteFields(headerRec, kMsgHeader, buf))
         return false;
     ToBin_as_Choice32(kind.uiTag, &buf);

@@ -14,9 +14,9 @@
 // included). bodyRec and headerRec are not changed.
 //
 // A field that is missing, or of another kind than its layout says, is written as not set (01), and
-// the message is produced all the same. So is a byte string of no bytes or of more than 1200; that
-// is not traced. A receiver refuses a message without the fields that are needed. LibSmle traces
-// the lack of these fields, and with level 8 a line for each message:
+// the message is produced all the same. So is a byte string of no bytes or of more than
+// SML_VALUE_CHUNK; that is not traced. A receiver refuses a message without the fields that are
+// needed. LibSmle traces the lack of these fields, and with level 8 a line for each message:
 //
 //   message                 needed                     traced at level 2         at level 16
 //   (header)                all three                  all three

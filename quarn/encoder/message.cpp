@@ -13,7 +13,8 @@
 namespace
 {
 
-constexpr int kSlots = 6; // the last two stay empty: CRC and end byte are written by ToBin
+// The last two stay empty: CRC and end byte are written by ToBin.
+constexpr int kSlots = quarn::schema::kMessage.uiCount;
 
 class EncodingBuffer : public HeapBuffer
 {

@@ -16,7 +16,7 @@ using quarn::detail::Trace;
 namespace
 {
 
-constexpr int kNameBytes = 6;
+constexpr int kNameSize = SML_NAME_SIZE;
 
 bool Storable(const char* data, int len)
 {
@@ -39,10 +39,10 @@ Sml_OctetString::Sml_OctetString(const char* data, int len, int total) noexcept 
 
 Sml_OctetString::Sml_OctetString(long long value) noexcept : Sml_OctetString()
 {
-    char bytes[kNameBytes];
-    for (int i = 0; i < kNameBytes; ++i)
+    char bytes[kNameSize];
+    for (int i = 0; i < kNameSize; ++i)
         bytes[i] = static_cast<char>(value >> (8 * i) & 0xFF);
-    Store(bytes, kNameBytes);
+    Store(bytes, kNameSize);
     bReverse = true;
 }
 
@@ -104,10 +104,10 @@ long long Sml_OctetString::GetObisValueRevers() const noexcept { return Number(t
 long long Sml_OctetString::Number(bool firstByteHigh) const noexcept
 {
     unsigned long long value = 0;
-    for (int i = 0; i < kNameBytes && i < iLength; ++i) {
+    for (int i = 0; i < kNameSize && i < iLength; ++i) {
         const auto byte = static_cast<unsigned char>(Data()[i]);
         value |= static_cast<unsigned long long>(byte)
-                 << 8 * (firstByteHigh ? kNameBytes - 1 - i : i);
+                 << 8 * (firstByteHigh ? kNameSize - 1 - i : i);
     }
     return static_cast<long long>(value);
 }

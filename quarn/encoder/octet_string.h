@@ -1,9 +1,10 @@
-// Octet strings of up to 1200 bytes, and longer ones in pieces.
+// Octet strings of up to SML_VALUE_CHUNK bytes, and longer ones in pieces.
 //
 //   Sml_OctetString abc("ABC", 3, -1);        // writes 04 41 42 43
 //   Sml_OctetString name(0x0100010800FFLL);   // writes 07 01 00 01 08 00 FF
 //
-// A string longer than 1200 bytes is written by one object over several buffers, piece by piece:
+// A string longer than SML_VALUE_CHUNK bytes is written by one object over several buffers, piece
+// by piece:
 //
 //   Sml_OctetString s;
 //   s.SetValue(piece, 1000, 5000);   // ToBin writes the TL field for 5000 bytes and this piece
@@ -17,6 +18,7 @@
 #define QUARN_ENCODER_OCTET_STRING_H
 
 #include "quarn/encoder/sml_type.h"
+#include "quarn/foundation/limits.h"
 
 #include <memory>
 #include <type_traits>
@@ -34,7 +36,7 @@ inline const char* AsChars(const void* bytes) noexcept { return static_cast<cons
 class QUARN_API Sml_OctetString : public Sml_Value
 {
 public:
-    static constexpr int kMaxPiece = 1200; // bytes that one object can hold
+    static constexpr int kMaxPiece = SML_VALUE_CHUNK; // bytes that one object can hold
 
     Sml_OctetString() noexcept; // absent
     // A copy of len bytes at data. Absent when len is not 1 to kMaxPiece, data is null or memory

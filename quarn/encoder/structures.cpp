@@ -1,6 +1,7 @@
 // What the structures share, and the tree path.
 #include "quarn/encoder/structures.h"
 
+#include "quarn/foundation/schema.h"
 #include "quarn/foundation/trace.h"
 
 #include <new>
@@ -10,9 +11,6 @@ using quarn::detail::Trace;
 
 namespace
 {
-
-constexpr int kNameBytes = 6;
-constexpr unsigned kTupelSlots = 23;
 
 unsigned Slots(int n) { return n > 0 ? static_cast<unsigned>(n) : 0; }
 
@@ -52,7 +50,7 @@ Sml_TreePath::~Sml_TreePath() = default;
 Sml_Tree::~Sml_Tree() = default;
 
 Sml_TupelEntry::Sml_TupelEntry(bool dynamic) noexcept
-    : ListStructure(SML_TYPE_TUPEL_ENTRY, kTupelSlots)
+    : ListStructure(SML_TYPE_TUPEL_ENTRY, quarn::schema::kTupelEntry.uiCount)
 {
     list.SetToCode(true);
     list.SetDynamicFlag(dynamic);
@@ -68,7 +66,7 @@ Sml_TreePath::Sml_TreePath(int n, bool dynamic) noexcept
 int Sml_TreePath::SetTreePath(const char* name, int i) noexcept
 {
     return SetNewEntry(
-        name != nullptr ? new (std::nothrow) Sml_OctetString(name, kNameBytes, -1) : nullptr, i);
+        name != nullptr ? new (std::nothrow) Sml_OctetString(name, SML_NAME_SIZE, -1) : nullptr, i);
 }
 
 int Sml_TreePath::SetTreePath(long long name, int i) noexcept

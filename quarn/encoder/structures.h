@@ -110,7 +110,7 @@ public:
     Sml_Signature* Get_ValSignature() const noexcept { return Get<6>(); }
 };
 
-// 23 slots, all empty: the library does not encode tupel entries any further.
+// One slot for each element, all empty: the library does not encode tupel entries any further.
 class QUARN_API Sml_TupelEntry : public quarn::detail::ListStructure
 {
 public:

@@ -10,12 +10,10 @@
 namespace quarn::detail::encoder
 {
 
-constexpr int kMaxTlBytes = 8; // the nibbles of 32 bits
-
-// REQUIRES: 1 <= bytes <= kMaxTlBytes, length fits in bytes nibbles, buf.Free() >= bytes.
+// REQUIRES: 1 <= bytes <= kTlMaxSize, length fits in bytes nibbles, buf.Free() >= bytes.
 inline void PutTl(cBuffer& buf, unsigned type, int bytes, std::uint32_t length)
 {
-    char field[kMaxTlBytes];
+    char field[kTlMaxSize];
     unsigned more = 0;
     for (int i = bytes - 1; i >= 0; --i) {
         field[i] =
@@ -39,7 +37,7 @@ inline void PutInteger(unsigned type, int bytes, unsigned long long value, cBuff
 inline void PutOctets(cBuffer& buf, const char* data, int size, int announced)
 {
     int n = 1;
-    while (n < kMaxTlBytes && announced > (1 << (4 * n)) - 1 - n)
+    while (n < kTlMaxSize && announced > (1 << (4 * n)) - 1 - n)
         ++n;
     PutTl(buf, kTlOctetString, n, static_cast<std::uint32_t>(announced + n));
     buf.Put(data, size);

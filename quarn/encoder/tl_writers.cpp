@@ -38,7 +38,7 @@ void PutByte(unsigned byte, cBuffer* buf) { buf->PutQuick(static_cast<char>(byte
 int TlBytes(int length, int own)
 {
     int n = 1;
-    while (n < encoder::kMaxTlBytes && length > (1 << (4 * n)) - 1 - own * n)
+    while (n < kTlMaxSize && length > (1 << (4 * n)) - 1 - own * n)
         ++n;
     return n;
 }

@@ -37,7 +37,7 @@ constexpr unsigned SML_NAME_SIZE = 6;
 // Levels of a parameter tree that the parser follows: nodes on levels 0 to 11.
 constexpr unsigned MAX_TREE_LEVEL = 12;
 
-// Levels of a parameter tree in a record that the record classes and the encoder go along with. A
+// Levels of a parameter tree in a record that the record classes and the encoder accept. A
 // deeper tree gives a record class without any field; the encoder leaves out what lies deeper; both
 // trace it. Each level takes up to 700 bytes of stack, so that 48 KiB suffice whatever the input.
 // The record container itself has no limit.

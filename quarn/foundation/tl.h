@@ -20,6 +20,7 @@ namespace quarn
 constexpr unsigned kTlMore = 0x80;
 constexpr unsigned kTlTypeMask = 0x70;
 constexpr unsigned kTlLengthMask = 0x0F;
+constexpr int kTlMaxSize = 8; // bytes of the longest field: a length of 32 bits
 
 // Type bits, as they stand in the first byte.
 constexpr unsigned kTlOctetString = 0x00;
@@ -35,7 +36,7 @@ constexpr unsigned char kOptionAbsent = 0x01; // an optional field that is not s
 namespace detail
 {
 using quarn::kEndOfSmlMsg, quarn::kOptionAbsent;
-using quarn::kTlMore, quarn::kTlTypeMask, quarn::kTlLengthMask;
+using quarn::kTlMore, quarn::kTlTypeMask, quarn::kTlLengthMask, quarn::kTlMaxSize;
 using quarn::kTlOctetString, quarn::kTlBoolean, quarn::kTlInteger, quarn::kTlUnsigned,
     quarn::kTlList;
 } // namespace detail

@@ -3,6 +3,8 @@
 #ifndef QUARN_PARSER_CODES_H
 #define QUARN_PARSER_CODES_H
 
+#include "quarn/foundation/tl.h"
+
 // Results of cSMLP::SmlParser.
 enum eSMLP_RESULT : int {
     SMLP_FILE_COMPLETE = 1,   // a file was completed by its close message, and no input is left
@@ -147,13 +149,14 @@ enum eRC : int {
     RC_NULL_POINTER = 230
 };
 
-// Type classes of a TL field, as uiTLF_Type holds them.
+// Type classes of a TL field, as uiTLF_Type holds them: the type bits of the wire. A field that is
+// not set and an octet string have the same type bits, 0, and so each a class of its own.
 enum eTLF : unsigned {
-    TLF_ABSENT = 0x01, // an optional field that is not set
-    TLF_BOOLEAN = 0x40,
-    TLF_INTEGER = 0x50,
-    TLF_UNSIGNED = 0x60,
-    TLF_LIST = 0x70,
+    TLF_ABSENT = kOptionAbsent,
+    TLF_BOOLEAN = kTlBoolean,
+    TLF_INTEGER = kTlInteger,
+    TLF_UNSIGNED = kTlUnsigned,
+    TLF_LIST = kTlList,
     TLF_OCTET_STRING = 0x80
 };
 

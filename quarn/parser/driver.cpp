@@ -24,9 +24,8 @@ constexpr unsigned kInterCharacterTimeout = 0x01; // bit of usEvents
 // What a step answers when the driver is to go on.
 constexpr int kGoOn = 2;
 
-constexpr std::size_t kHeaderFields = 10;
-
-constexpr std::uint32_t kEndByteIndex = 6; // of the message's frame: only its last byte is missing
+// The message's frame stands at its last element: only the end byte is missing.
+constexpr std::uint32_t kEndByteIndex = schema::kMessage.uiCount;
 
 } // namespace
 
@@ -151,7 +150,7 @@ int cSMLP::StepIdle()
     uiSmltFlagsOut = BUF_FLAG_SML;
     EmptyStore();
     builder.Open();
-    builder.Expect(kHeaderFields);
+    builder.Expect(schema::kMsgHeader.uiCount);
     usParserState = STATE_ACTIVE;
     return kGoOn;
 }

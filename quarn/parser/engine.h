@@ -197,10 +197,7 @@ struct cSMLP::Tables {
         return fields;
     }
     // The tag of a choice.
-    static constexpr Field Tag()
-    {
-        return Field::Number().Over(quarn::schema::Tag());
-    }
+    static constexpr Field Tag() { return Field::Number().Over(quarn::schema::Tag()); }
 
     static const Layout kTime;
     static const std::array<Field, 2> aTime;
@@ -279,13 +276,13 @@ inline std::int64_t cSMLP::SignedInteger(std::uint64_t bits, std::uint32_t len) 
 // A name of six octets as a number, the first octet in bits 47 to 40; missing octets count as 0.
 inline std::uint64_t cSMLP::NameNumber(const unsigned char* s, std::uint32_t len) noexcept
 {
-    if (len >= 6)
+    if (len >= SML_NAME_SIZE)
         return (std::uint64_t{s[0]} << 24 | std::uint64_t{s[1]} << 16 | std::uint64_t{s[2]} << 8 |
                 std::uint64_t{s[3]})
                    << 16 |
                std::uint64_t{s[4]} << 8 | std::uint64_t{s[5]};
     std::uint64_t number = 0;
-    for (std::uint32_t i = 0; i < 6; ++i)
+    for (std::uint32_t i = 0; i < SML_NAME_SIZE; ++i)
         number = number << 8 | (i < len ? s[i] : 0U);
     return number;
 }

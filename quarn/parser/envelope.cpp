@@ -10,6 +10,17 @@
 using namespace quarn::detail;
 namespace schema = quarn::schema;
 
+namespace
+{
+
+// The id of a MUC: its address, mostly with a byte before it that tells what kind of id it is.
+constexpr unsigned kMucAddressSize = 6;
+constexpr unsigned kMucIdSize = 1 + kMucAddressSize;
+
+constexpr bool IsMucIdSize(unsigned len) { return len == kMucAddressSize || len == kMucIdSize; }
+
+} // namespace
+
 constexpr std::array<cSMLP::Field, 6> cSMLP::Tables::aMessage =
     Fields(schema::aMessage,
            {
@@ -142,21 +153,21 @@ void cSMLP::SmlMsg_Validate() noexcept
 
 bool cSMLP::IsMucBroadcast(const char* id, unsigned int len) noexcept
 {
-    return len == 0 || ((len == 6 || len == 7) &&
-                        std::all_of(id, id + len, [](char c) { return c == '\xFF'; }));
+    return len == 0 ||
+           (IsMucIdSize(len) && std::all_of(id, id + len, [](char c) { return c == '\xFF'; }));
 }
 
 bool cSMLP::IsMucUnicast(const char* id, unsigned int len) noexcept
 {
-    static constexpr char kOwnId[] = {5, 0, 0, 0, 0, 0, 0};
-    return (len == 6 || len == 7) && std::memcmp(id, kOwnId + sizeof kOwnId - len, len) == 0;
+    static constexpr char kOwnId[kMucIdSize] = {5, 0, 0, 0, 0, 0, 0};
+    return IsMucIdSize(len) && std::memcmp(id, kOwnId + sizeof kOwnId - len, len) == 0;
 }
 
 bool cSMLP::IsMucMulticast(const char* id, unsigned int len) noexcept
 {
-    if (len != 6 && len != 7)
+    if (!IsMucIdSize(len))
         return false;
-    const char* const group = id + (len - 6);
+    const char* const group = id + (len - kMucAddressSize);
     return group[0] == 0x01 && group[1] == 0x00 && group[2] == 0x5E &&
            static_cast<unsigned char>(group[3]) < 0x80;
 }
@@ -253,7 +264,7 @@ vorn::cRecord cSMLP::Build_MsgRecord()
     AppendStatus(builder);
     const RecordBuilder::cPart status = builder.Close();
     builder.Open();
-    builder.Expect(6);
+    builder.Expect(schema::kRecord.uiCount + 1);
     if (AppendParts(builder, header, body, status)) {
         if (Traces(LibSmlp, kDetail))
             TellRecord(builder.Copy(0), builder.Get(header));

@@ -67,6 +67,7 @@
 #include "quarn/foundation/framework.h"
 #include "quarn/foundation/limits.h"
 #include "quarn/foundation/record_builder.h"
+#include "quarn/foundation/tl.h"
 #include "quarn/parser/codes.h"
 
 #include <array>
@@ -372,7 +373,7 @@ private:
     Primitive ePrimitive = Primitive::None; // that stopped for lack of input or room
     std::uint32_t uiOctStrState = 0;        // chunks: 0 none, 1 first, 2 further, 3 last delivered
     std::uint16_t usFieldState = 0;         // of the field in progress: 0 its TL field
-    std::array<unsigned char, 8> aucTLFCache{};
+    std::array<unsigned char, quarn::detail::kTlMaxSize> aucTLFCache{};
 
     // Structures in progress: message, message body and body, then at most a tree's nodes and child
     // lists and the structures of a value

@@ -187,7 +187,7 @@ const std::array<cSMLP::Field, 1> cSMLP::Tables::aObjReqList = {
 
 int cSMLP::KeepObjReqEntry()
 {
-    if (uiStringLen != 6) {
+    if (uiStringLen != SML_NAME_SIZE) {
         if (Traces(LibSmlp, kError)) {
             const std::string object(reinterpret_cast<const char*>(pucString), uiStringLen);
             Say(kError, "ListOf_ObjReqEntry:ObjectLen>6 (Object=%s)!, smlp[%d]", object.c_str());

@@ -4,8 +4,9 @@
 #define QUARN_TRANSPORT_RUN_H
 
 #include "quarn/foundation/buffer.h"
+#include "quarn/foundation/frame_format.h"
 #include "quarn/foundation/framework.h"
-#include "quarn/transport/frame.h"
+#include "quarn/transport/mode.h"
 
 #include <algorithm>
 #include <cstring>
@@ -13,6 +14,7 @@
 namespace quarn::detail::transport
 {
 
+constexpr int kGoOn = 0; // of a state's function: the machine is not done with this call
 constexpr long kMaxRun = 8192;
 
 // The first escape byte from begin on, or end.
@@ -20,7 +22,8 @@ inline const char* FindEscape(const char* begin, const char* end) noexcept
 {
     if (begin == end)
         return end;
-    const void* const found = std::memchr(begin, kEscape, static_cast<std::size_t>(end - begin));
+    const void* const found =
+        std::memchr(begin, kFrameEscape, static_cast<std::size_t>(end - begin));
     return found == nullptr ? end : static_cast<const char*>(found);
 }
 
@@ -32,14 +35,14 @@ inline long PlainRun(const cBuffer& in, long room) noexcept
     const char* const end = begin + std::min({in.Left(), room, kMaxRun});
     for (const char* at = begin;;) {
         const char* const escape = FindEscape(at, end);
-        const char* const limit = escape + std::min<long>(end - escape, kEscapeRun);
-        at = std::find_if(escape, limit, [](char c) { return c != kEscape; });
+        const char* const limit = escape + std::min<long>(end - escape, kFrameEscapeSize);
+        at = std::find_if(escape, limit, [](char c) { return c != kFrameEscape; });
         if (at == limit)
             return escape - begin;
     }
 }
 
-inline bool IsEscapeNext(const cBuffer& in) noexcept { return *in.ReadPtr() == kEscape; }
+inline bool IsEscapeNext(const cBuffer& in) noexcept { return *in.ReadPtr() == kFrameEscape; }
 
 // The CRC register after length bytes, 0 to some more than kMaxRun.
 inline unsigned short CrcOfRun(const char* bytes, long length, unsigned short crc) noexcept

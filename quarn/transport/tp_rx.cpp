@@ -6,6 +6,7 @@
 // when the end sequence tells how much of it there is.
 #include "quarn/transport/tp_rx.h"
 
+#include "quarn/foundation/frame_format.h"
 #include "quarn/foundation/trace.h"
 #include "quarn/transport/run.h"
 
@@ -18,31 +19,15 @@ using namespace quarn::detail::transport;
 namespace
 {
 
-constexpr unsigned short kCrcAfterStart = 0x91DC; // the register after the start sequence
-constexpr unsigned short kCrcGood = 0xF0B8;       // the register after a good frame's last byte
-constexpr int kMaxPadding = 3;
-constexpr int kTailLength = 4;
-constexpr long kEndLength = 8;
-constexpr char kStartSequence[kStartLength] = {kEscape, kEscape, kEscape, kEscape,
-                                               kStart,  kStart,  kStart,  kStart};
-constexpr char kEndSequence[] = {kEscape, kEscape, kEscape, kEscape, kEnd}; // padding, CRC follow
+static_assert(Fifo3::kMax == kFrameMaxPadding, "the window holds what may be padding");
+
+constexpr int kTailSize = kFrameStartSize - kFrameEscapeSize; // what follows an escape
 
 // The whole end sequence lies behind the next run bytes.
 bool IsEndBehind(const cBuffer& in, long run) noexcept
 {
-    return in.Left() - run >= kEndLength &&
-           std::memcmp(in.ReadPtr() + run, kEndSequence, sizeof kEndSequence) == 0;
-}
-
-// How far the start sequence is recognised once b has followed the first index bytes of it.
-int MatchStart(int index, unsigned char b) noexcept
-{
-    if (b == kEscape) {
-        if (index > kEscapeRun)
-            return 1;
-        return std::min(index + 1, kEscapeRun); // a longer run of escapes: its last four count
-    }
-    return b == kStart && index >= kEscapeRun ? index + 1 : 0;
+    return in.Left() - run >= kFrameEndSize &&
+           std::memcmp(in.ReadPtr() + run, kFrameEndSequence.data(), kFrameEndSequence.size()) == 0;
 }
 
 } // namespace
@@ -122,17 +107,17 @@ int SmlTpRx::Hunt(cBuffer& in) noexcept
     for (;;) {
         if (iIndex == 0) {
             in.Skip(FindEscape(in.ReadPtr(), in.ReadPtr() + in.Left()) - in.ReadPtr());
-            if (in.Left() >= kStartLength &&
-                std::memcmp(in.ReadPtr(), kStartSequence, kStartLength) == 0) {
-                in.Skip(kStartLength);
+            if (in.Left() >= kFrameStartSize &&
+                std::memcmp(in.ReadPtr(), kFrameStartSequence.data(), kFrameStartSize) == 0) {
+                in.Skip(kFrameStartSize);
                 eState = STATE_START;
                 return kGoOn;
             }
         }
         if (in.Left() == 0)
             break;
-        iIndex = MatchStart(iIndex, in.GetQuick());
-        if (iIndex == kStartLength) {
+        iIndex = MatchFrameStart(iIndex, static_cast<char>(in.GetQuick()));
+        if (iIndex == kFrameStartSize) {
             eState = STATE_START;
             return kGoOn;
         }
@@ -144,7 +129,7 @@ int SmlTpRx::Hunt(cBuffer& in) noexcept
 
 int SmlTpRx::Start(cBuffer& out) noexcept
 {
-    usCrc = kCrcAfterStart;
+    usCrc = kFrameCrcAfterStart;
     window.Clear();
     out.Clear();
     out.SetFlags(BUF_FLAG_FIRST);
@@ -177,20 +162,20 @@ int SmlTpRx::Esc(cBuffer& in) noexcept
 {
     while (in.Left() > 0) {
         const auto b = static_cast<unsigned char>(*in.ReadPtr());
-        if (b == kEscape) {
+        if (b == kFrameEscape) {
             Take(in);
-            if (++iEscapeCount == 2 * kEscapeRun)
-                return FlushThen(STATE_DATA, kEscapeRun);
+            if (++iEscapeCount == 2 * kFrameEscapeSize)
+                return FlushThen(STATE_DATA, kFrameEscapeSize);
             continue;
         }
-        if (iEscapeCount < kEscapeRun) // too few to be an escape: content; b is read again
+        if (iEscapeCount < kFrameEscapeSize) // too few to be an escape: content; b is read again
             return FlushThen(STATE_DATA, iEscapeCount);
         Take(in);
-        if (b == kEnd)
-            return FlushThen(STATE_PADCOUNT, iEscapeCount - kEscapeRun);
+        if (b == kFrameEnd)
+            return FlushThen(STATE_PADCOUNT, iEscapeCount - kFrameEscapeSize);
         aucEscapeTail[0] = b;
         iIndex = 1;
-        return FlushThen(STATE_TAIL, iEscapeCount - kEscapeRun);
+        return FlushThen(STATE_TAIL, iEscapeCount - kFrameEscapeSize);
     }
     return SMLTP_INPUT_EMPTY;
 }
@@ -198,7 +183,7 @@ int SmlTpRx::Esc(cBuffer& in) noexcept
 int SmlTpRx::Flush(cBuffer& out) noexcept
 {
     for (; iEscapeCount > 0; --iEscapeCount) {
-        if (!ThroughWindow(kEscape, out))
+        if (!ThroughWindow(kFrameEscape, out))
             return SMLTP_OUTPUT_FULL;
     }
     eState = eNextState;
@@ -207,7 +192,7 @@ int SmlTpRx::Flush(cBuffer& out) noexcept
 
 int SmlTpRx::Tail(cBuffer& in, cBuffer& out) noexcept
 {
-    for (; iIndex < kTailLength; ++iIndex) {
+    for (; iIndex < kTailSize; ++iIndex) {
         if (in.Left() == 0)
             return SMLTP_INPUT_EMPTY;
         if (window.Count() > 0) {
@@ -217,8 +202,8 @@ int SmlTpRx::Tail(cBuffer& in, cBuffer& out) noexcept
         }
         aucEscapeTail[iIndex] = Take(in);
     }
-    constexpr unsigned char start[kTailLength] = {kStart, kStart, kStart, kStart};
-    eState = std::memcmp(aucEscapeTail, start, kTailLength) == 0 ? STATE_START : STATE_DATA;
+    const char* const start = kFrameStartSequence.data() + kFrameEscapeSize;
+    eState = std::memcmp(aucEscapeTail, start, kTailSize) == 0 ? STATE_START : STATE_DATA;
     return kGoOn;
 }
 
@@ -228,7 +213,7 @@ int SmlTpRx::PadCount(cBuffer& in) noexcept
         return SMLTP_INPUT_EMPTY;
     const int padding = Take(in);
     // What is held back beyond the padding is content. A short frame holds back less than three.
-    iIndex = std::max(window.Count() - (padding <= kMaxPadding ? padding : 0), 0);
+    iIndex = std::max(window.Count() - (padding <= kFrameMaxPadding ? padding : 0), 0);
     eState = STATE_TAIL_OUT;
     return kGoOn;
 }
@@ -246,7 +231,7 @@ int SmlTpRx::TailOut(cBuffer& out) noexcept
 
 int SmlTpRx::CrcCheck(cBuffer& in, cBuffer& out) noexcept
 {
-    for (; iIndex < 2; ++iIndex) {
+    for (; iIndex < kFrameCrcSize; ++iIndex) {
         if (in.Left() == 0)
             return SMLTP_INPUT_EMPTY;
         Take(in);
@@ -258,23 +243,23 @@ int SmlTpRx::CrcCheck(cBuffer& in, cBuffer& out) noexcept
 // by byte. REQUIRES: IsEndBehind, and room for all that is content.
 int SmlTpRx::Finish(cBuffer& in, long run, cBuffer& out) noexcept
 {
-    usCrc = CrcOfRun(in.ReadPtr(), run + kEndLength, usCrc);
+    usCrc = CrcOfRun(in.ReadPtr(), run + kFrameEndSize, usCrc);
     const int padding =
-        static_cast<unsigned char>(in.ReadPtr()[run + static_cast<long>(sizeof kEndSequence)]);
+        static_cast<unsigned char>(in.ReadPtr()[run + static_cast<long>(kFrameEndSequence.size())]);
     const long held = window.Count();
-    const long dropped = std::min(padding <= kMaxPadding ? long{padding} : 0L, held + run);
+    const long dropped = std::min(padding <= kFrameMaxPadding ? long{padding} : 0L, held + run);
     const long content = held + run - dropped;
     for (long i = std::min(held, content); i > 0; --i)
         out.PutQuick(static_cast<char>(window.Get()));
     out.Put(in.ReadPtr(), std::max(content - held, 0L));
-    in.Skip(run + kEndLength);
+    in.Skip(run + kFrameEndSize);
     return EndFrame(in, out);
 }
 
 int SmlTpRx::EndFrame(const cBuffer& in, cBuffer& out) noexcept
 {
     out.SetFlags(BUF_FLAG_LAST);
-    if (usCrc != kCrcGood) {
+    if (usCrc != kFrameCrcGood) {
         Trace(LibSmlt, kError, "CRC-ERROR");
         out.SetFlags(BUF_FLAG_CRC_ERROR);
     }

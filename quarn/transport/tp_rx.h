@@ -34,7 +34,7 @@
 #include "quarn/foundation/buffer.h"
 #include "quarn/foundation/export.h"
 #include "quarn/foundation/fifo3.h"
-#include "quarn/transport/frame.h"
+#include "quarn/transport/mode.h"
 
 class QUARN_API SmlTpRx
 {

@@ -2,6 +2,7 @@
 // Process, or kGoOn when the machine has entered another state with the call not done.
 #include "quarn/transport/tp_tx.h"
 
+#include "quarn/foundation/frame_format.h"
 #include "quarn/foundation/trace.h"
 #include "quarn/transport/run.h"
 
@@ -13,13 +14,8 @@ using namespace quarn::detail::transport;
 namespace
 {
 
-constexpr char kStartSequence[kStartLength] = {kEscape, kEscape, kEscape, kEscape,
-                                               kStart,  kStart,  kStart,  kStart};
-constexpr char kEscapes[2 * kEscapeRun] = {kEscape, kEscape, kEscape, kEscape,
-                                           kEscape, kEscape, kEscape, kEscape};
-constexpr char kPadding[kAlignment - 1] = {};
-constexpr int kCrcLowAt = 6; // place in the end sequence
-constexpr int kEndLength = 8;
+constexpr char kPadding[kFrameMaxPadding] = {};
+constexpr int kCrcLowAt = kFrameEndSize - kFrameCrcSize; // place in the end sequence
 
 } // namespace
 
@@ -102,7 +98,7 @@ int SmlTpTx::Start(cBuffer& out) noexcept
 {
     if (iIndex == 0 && out.Free() > 0)
         out.SetFlags(BUF_FLAG_FIRST);
-    if (!WriteSequence(kStartSequence, kStartLength, out))
+    if (!WriteSequence(kFrameStartSequence.data(), kFrameStartSize, out))
         return SMLTP_OUTPUT_FULL;
     eState = STATE_DATA;
     return kGoOn;
@@ -126,7 +122,7 @@ int SmlTpTx::Data(cBuffer& in, cBuffer& out) noexcept
     }
     if (!in.TestFlagsAnd(BUF_FLAG_LAST))
         return SMLTP_INPUT_EMPTY;
-    iCount = static_cast<int>((kAlignment - uiLength % kAlignment) % kAlignment);
+    iCount = static_cast<int>((kFrameAlignment - uiLength % kFrameAlignment) % kFrameAlignment);
     Enter(STATE_PAD);
     return kGoOn;
 }
@@ -139,8 +135,8 @@ int SmlTpTx::EscCount(cBuffer& in) noexcept
             return kGoOn;
         }
         in.Skip(1);
-        if (++iCount == kEscapeRun) {
-            iCount = 2 * kEscapeRun;
+        if (++iCount == kFrameEscapeSize) {
+            iCount = 2 * kFrameEscapeSize;
             Enter(STATE_ESC_WRITE);
             return kGoOn;
         }
@@ -153,7 +149,7 @@ int SmlTpTx::EscCount(cBuffer& in) noexcept
 
 int SmlTpTx::EscWrite(cBuffer& out) noexcept
 {
-    if (!WriteSequence(kEscapes, iCount, out))
+    if (!WriteSequence(kFrameEscapedRun.data(), iCount, out))
         return SMLTP_OUTPUT_FULL;
     eState = STATE_DATA;
     return kGoOn;
@@ -169,12 +165,13 @@ int SmlTpTx::Pad(cBuffer& out) noexcept
 
 int SmlTpTx::End(cBuffer& out) noexcept
 {
-    const char covered[kCrcLowAt] = {kEscape, kEscape, kEscape,
-                                     kEscape, kEnd,    static_cast<char>(iCount)};
+    char covered[kCrcLowAt] = {};
+    kFrameEndSequence.copy(covered, kFrameEndSequence.size());
+    covered[kFrameEndSequence.size()] = static_cast<char>(iCount);
     if (iIndex < kCrcLowAt && !WriteSequence(covered, kCrcLowAt, out))
         return SMLTP_OUTPUT_FULL;
     CountIn(out);
-    for (; iIndex < kEndLength; ++iIndex) {
+    for (; iIndex < kFrameEndSize; ++iIndex) {
         if (out.Free() == 0)
             return SMLTP_OUTPUT_FULL;
         const auto crc = static_cast<unsigned short>(~usCrc);

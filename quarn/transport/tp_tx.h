@@ -18,9 +18,9 @@
 //   BUF_FLAG_LAST   it ends with the frame's last byte
 //   BUF_FLAG_TP     it is in transport framing
 //
-// A frame of n bytes of payload takes at most 2 * n + 19 bytes. In SMLT_MODE_TP, input that is
-// flagged BUF_FLAG_TP where a frame would begin is framed already: it, and all input up to the one
-// flagged BUF_FLAG_LAST, passes through untouched and without flags, like all input in
+// A frame of n bytes of payload takes at most quarn::MaxFrameSize(n) bytes. In SMLT_MODE_TP, input
+// that is flagged BUF_FLAG_TP where a frame would begin is framed already: it, and all input up to
+// the one flagged BUF_FLAG_LAST, passes through untouched and without flags, like all input in
 // SMLT_MODE_RAW.
 //
 // The machine allocates nothing and keeps neither buffer. One instance serves one stream and one
@@ -30,7 +30,7 @@
 
 #include "quarn/foundation/buffer.h"
 #include "quarn/foundation/export.h"
-#include "quarn/transport/frame.h"
+#include "quarn/transport/mode.h"
 
 class QUARN_API SmlTpTx
 {

@@ -148,7 +148,8 @@ TEST(Encode, BufferSizes)
         const auto size = static_cast<std::size_t>(kind.size);
         const bool isList = kind.encode == Encode_GetList_Response;
         std::string ballast = isList ? "valList={" : "parTreePath={";
-        for (std::size_t i = 0; size >= 4000 && i < size / (isList ? 10 : 8) + 10; ++i)
+        for (std::size_t i = 0; size >= SML_MAX_ENCODED_LIST && i < size / (isList ? 10 : 8) + 10;
+             ++i)
             ballast += isList ? "valListEntry={value=u1} " : "path_Entry=U1 ";
         const std::size_t others = Encoded(kind.encode, Rec(ballast)).size() / 2;
         for (const std::size_t excess : {0U, 1U}) {

@@ -64,9 +64,10 @@ std::string Interrupted(int n)
 // A long value of n packets behind count single bytes.
 std::string LongValue(int n, int count)
 {
-    return TreeBody(List(static_cast<unsigned>(count) + 1,
-                         Times(count, "\1") + Hex("73 02 61 72 62 01") +
-                             LongString(std::string(1200 * static_cast<std::size_t>(n), 'v'))));
+    return TreeBody(
+        List(static_cast<unsigned>(count) + 1,
+             Times(count, "\1") + Hex("73 02 61 72 62 01") +
+                 LongString(std::string(SML_VALUE_CHUNK * static_cast<std::size_t>(n), 'v'))));
 }
 
 const struct {

@@ -5,7 +5,7 @@
 #include "tests/support/message.h"
 #include "tests/support/rows.h"
 #include "tests/tools/program.h"
-#include "tests/tools/terminal.h"
+#include "tests/tools/pseudo_terminal.h"
 #include "tools/explain/explainer.h"
 #include "tools/explain/value.h"
 #include "tools/explain/writers.h"

@@ -1,7 +1,7 @@
 // Hand-built records in every format.
 #include "tests/support/record_text.h"
 #include "tools/output/escape.h"
-#include "tools/output/format.h"
+#include "tools/output/output_format.h"
 #include "tools/output/terminal.h"
 #include "tools/reading/correction.h"
 

@@ -2,7 +2,7 @@
 // stand in), growing files, silence, and Ctrl-C in every state.
 #include "tests/support/captures.h"
 #include "tests/tools/program.h"
-#include "tests/tools/terminal.h"
+#include "tests/tools/pseudo_terminal.h"
 #include "tools/simulation/meter.h"
 #include "tools/simulation/server.h"
 

@@ -3,7 +3,7 @@
 #include "tests/support/hex.h"
 #include "tests/support/rows.h"
 #include "tests/tools/program.h"
-#include "tests/tools/terminal.h"
+#include "tests/tools/pseudo_terminal.h"
 
 #include <algorithm>
 #include <array>

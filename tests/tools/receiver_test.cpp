@@ -100,8 +100,8 @@ std::string Bytes(const std::string& sum)
         std::map<std::string, std::string> bytes = {
             {"file", ExampleFile()},
             {"frame", Framed(ExampleFile())},
-            {"start", test::Hex("1B1B1B1B 01010101")},
-            {"escape", test::Hex("1B1B1B1B")},
+            {"start", std::string(quarn::kFrameStartSequence)},
+            {"escape", std::string(quarn::kFrameEscapeSize, quarn::kFrameEscape)},
             {"noise", test::Hex("00 1B 1B 01 01 FF 1B 1B 1B 1B 01 01 01 1B 55")},
             {"text", "hello meter, hello world"},
             {"x", "x"},
@@ -198,7 +198,7 @@ TEST(Receiver, CutsAreNoDamage)
     }
     for (const auto& path : test::Captures()) {
         const std::string bytes = test::ReadFile(path);
-        const std::string stream = bytes.substr(bytes.find(test::Hex("1B1B1B1B 01010101")), 700);
+        const std::string stream = bytes.substr(bytes.find(quarn::kFrameStartSequence), 700);
         if (Told(stream).err.find("message") == std::string::npos)
             streams[path] = stream;
     }

@@ -63,9 +63,9 @@ constexpr std::string_view kPartNumber = "extMsgPart"; // of the transmission, n
 bool SaysNothing(const vorn::cRecordPar& par)
 {
     switch (par.GetType(1)) {
-    case vorn::TYPE_DATA:
+    case quarn::KIND_DATA:
         return par.GetSize() == 0;
-    case vorn::TYPE_RECORD:
+    case quarn::KIND_RECORD:
         return Nested(par).begin() == Nested(par).end();
     default:
         return par.GetName() == kPartNumber;
@@ -83,7 +83,7 @@ const vorn::cRecordPar* Difference(const vorn::cRecord& meant, const vorn::cReco
 
 bool SameValue(const vorn::cRecordPar& meant, const vorn::cRecordPar& read)
 {
-    if (meant.GetType(1) != vorn::TYPE_RECORD || read.GetType(1) != vorn::TYPE_RECORD)
+    if (meant.GetType(1) != quarn::KIND_RECORD || read.GetType(1) != quarn::KIND_RECORD)
         return meant == read;
     const vorn::cRecord a = Nested(meant);
     const vorn::cRecord b = Nested(read);

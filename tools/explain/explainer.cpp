@@ -72,7 +72,7 @@ void cExplainer::OnFrameStart(const Frame& frame, std::uint64_t offset)
 {
     const auto before = static_cast<std::size_t>(std::max(offset, ullAt) - ullAt);
     if (before != 0 && bLost)
-        ExplainFrame(current, before, eFRAME::UNENDED, "broken off: a new frame begins inside it");
+        ExplainFrame(current, before, eCHECKSUM::NONE, "broken off: a new frame begins inside it");
     else if (before != 0)
         ShowBytes(before, "outside of frames", bAnyFrame ? "no frame begins here" : "");
     bLost = false;
@@ -91,7 +91,7 @@ void cExplainer::OnFrameEnd(const Frame& frame)
     cTeller::OnFrameEnd(frame);
     if (frame.bRaw)
         return;
-    ExplainFrame(frame, bytes.size(), frame.bCrcOk ? eFRAME::WHOLE : eFRAME::DAMAGED,
+    ExplainFrame(frame, bytes.size(), frame.bCrcOk ? eCHECKSUM::RIGHT : eCHECKSUM::WRONG,
                  frame.bCrcOk ? "" : "the checksum is wrong");
     eState = OUTSIDE;
 }
@@ -100,7 +100,7 @@ void cExplainer::OnFrameLost(const Frame& frame, eLOSS loss)
 {
     cTeller::OnFrameLost(frame, loss);
     if (loss == eLOSS::CUT_OFF) {
-        ExplainFrame(frame, bytes.size(), eFRAME::UNENDED, "cut off by the end of the input");
+        ExplainFrame(frame, bytes.size(), eCHECKSUM::NONE, "cut off by the end of the input");
         eState = OUTSIDE;
     } else {
         current = frame;
@@ -119,17 +119,18 @@ void cExplainer::OnTimeout(const Frame& frame)
 
 // ---- Explanations
 
-void cExplainer::ExplainFrame(const Frame& frame, std::size_t size, eFRAME kind, const char* damage)
+void cExplainer::ExplainFrame(const Frame& frame, std::size_t size, eCHECKSUM checksum,
+                              const char* damage)
 {
     const std::string title = "frame " + std::to_string(frame.ullNumber);
     if (eState == REST) {
         ShowBytes(size, title + ", its end", damage);
         return;
     }
-    Layout layout =
-        LayOutFrame(ullAt, std::string_view(bytes).substr(0, size), frame.ullBytes, kind);
+    PayloadMap map =
+        MapFrame(ullAt, std::string_view(bytes).substr(0, size), frame.ullBytes, checksum);
     cJudge judge;
-    std::string_view payload = layout.payload;
+    std::string_view payload = map.payload;
     for (const std::uint64_t silence : silences) {
         const std::string_view before =
             payload.substr(0, static_cast<std::size_t>(silence - judge.Fed()));
@@ -143,9 +144,9 @@ void cExplainer::ExplainFrame(const Frame& frame, std::size_t size, eFRAME kind,
     section.ullOffset = ullAt;
     section.title = title + ": " + Where(ullAt, size);
     section.damage = damage;
-    if (frame.bInsideFile && kind != eFRAME::UNENDED)
+    if (frame.bInsideFile && checksum != eCHECKSUM::NONE)
         AddDamage(section.damage, "it ends inside an SML file");
-    section.items = Walk(layout, judge.Verdicts(), WalkOptions()).items;
+    section.items = Walk(map, judge.Verdicts(), WalkOptions()).items;
     writer.Write(section);
     Drop(size);
 }
@@ -155,14 +156,14 @@ void cExplainer::ExplainRaw(bool more)
 {
     if (!more)
         pJudge->End();
-    Layout layout = LayOutRaw(ullAt, bytes);
+    PayloadMap map = MapRaw(ullAt, bytes);
     WalkOptions options;
     options.ullBase = ullAt;
     options.bOneFile = true;
     options.bMore = more;
     while (options.uiStart < bytes.size()) {
         options.uiMessage = uiMessage;
-        Walked walked = Walk(layout, pJudge->Verdicts(), options);
+        Walked walked = Walk(map, pJudge->Verdicts(), options);
         if (walked.items.empty() && options.uiStart != 0)
             break;
         options.bMore = more && !walked.items.empty(); // else the message is larger than all
@@ -200,15 +201,15 @@ void cExplainer::Relieve()
     if (eState == RAW && bytes.size() > kMaxFrame) {
         ExplainRaw(true);
     } else if (eState == OUTSIDE && bytes.size() > kMaxGap) {
-        ShowBytes(bytes.size() - (kStartSize - 1), "outside of frames",
+        ShowBytes(bytes.size() - (quarn::kFrameStartSize - 1), "outside of frames",
                   bAnyFrame ? "no frame begins here" : "");
     } else if (eState == INSIDE && bytes.size() > kMaxFrame) {
-        ExplainFrame(current, bytes.size() - (kStartSize - 1), eFRAME::UNENDED,
+        ExplainFrame(current, bytes.size() - (quarn::kFrameStartSize - 1), eCHECKSUM::NONE,
                      "too long: only its beginning is taken apart");
         eState = REST;
     } else if (eState == REST && bytes.size() > kMaxFrame) {
-        ShowBytes(bytes.size() - (kStartSize - 1), "frame " + std::to_string(current.ullNumber),
-                  "");
+        ShowBytes(bytes.size() - (quarn::kFrameStartSize - 1),
+                  "frame " + std::to_string(current.ullNumber), "");
     }
 }
 

@@ -6,7 +6,7 @@
 #define TOOLS_EXPLAIN_EXPLAINER_H
 
 #include "tools/explain/annotation.h"
-#include "tools/explain/layout.h"
+#include "tools/explain/payload_map.h"
 #include "tools/explain/verdict.h"
 #include "tools/input/intake.h"
 #include "tools/input/pump.h"
@@ -51,7 +51,7 @@ protected:
 private:
     enum eSTATE { OUTSIDE, INSIDE, RAW, REST }; // of frames; REST: of one that is too long
 
-    void ExplainFrame(const Frame& frame, std::size_t size, eFRAME kind, const char* damage);
+    void ExplainFrame(const Frame& frame, std::size_t size, eCHECKSUM checksum, const char* damage);
     void ExplainRaw(bool more);
     void ShowBytes(std::size_t size, const std::string& title, const char* damage);
     void Relieve();

@@ -39,7 +39,7 @@ std::string WithMeaning(std::string text, std::string_view meaning)
 
 std::string NameText(std::string_view bytes)
 {
-    if (bytes.size() != 6)
+    if (bytes.size() != SML_NAME_SIZE)
         return OctetText(bytes);
     std::string text;
     AppendObis(text, UnsignedOf(bytes));
@@ -48,7 +48,8 @@ std::string NameText(std::string_view bytes)
 
 std::string AttentionText(std::string_view bytes)
 {
-    const char* const meaning = bytes.size() == 6 ? AttentionMeaning(UnsignedOf(bytes)) : nullptr;
+    const char* const meaning =
+        bytes.size() == SML_NAME_SIZE ? AttentionMeaning(UnsignedOf(bytes)) : nullptr;
     return WithMeaning(HexText(bytes), meaning != nullptr ? meaning : "");
 }
 

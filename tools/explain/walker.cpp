@@ -48,18 +48,18 @@ const char* ErrorIn(const TypeLength& tl, bool ends)
 
 TypeLength ReadTypeLength(std::string_view rest)
 {
-    constexpr std::size_t kMaxSize = 8;
-    constexpr unsigned kMore = 0x80;
+    using quarn::kTlLengthMask, quarn::kTlMore;
+    constexpr std::size_t kMaxSize = quarn::kTlMaxSize;
     TypeLength tl;
     const auto byte = [rest](std::size_t i) { return static_cast<unsigned char>(rest[i]); };
-    tl.uiType = byte(0) & 0x70U;
-    tl.ullCount = byte(0) & 0x0FU;
-    while ((byte(tl.uiSize - 1) & kMore) != 0 && tl.uiSize < std::min(kMaxSize, rest.size()))
-        tl.ullCount = tl.ullCount << 4U | (byte(tl.uiSize++) & 0x0FU);
+    tl.uiType = byte(0) & quarn::kTlTypeMask;
+    tl.ullCount = byte(0) & kTlLengthMask;
+    while ((byte(tl.uiSize - 1) & kTlMore) != 0 && tl.uiSize < std::min(kMaxSize, rest.size()))
+        tl.ullCount = tl.ullCount << 4U | (byte(tl.uiSize++) & kTlLengthMask);
     tl.bAbsent = tl.uiSize == 1 && tl.uiType == kTlOctetString && tl.ullCount <= 1;
     if (tl.uiType != kTlList)
         tl.ullCount -= std::min<std::uint64_t>(tl.ullCount, tl.uiSize);
-    const bool ends = (byte(tl.uiSize - 1) & kMore) == 0;
+    const bool ends = (byte(tl.uiSize - 1) & kTlMore) == 0;
     tl.bCut = !ends && tl.uiSize < kMaxSize;
     tl.pcError = ErrorIn(tl, ends);
     return tl;
@@ -100,8 +100,8 @@ std::string NameOf(const Element* element)
 class cWalker
 {
 public:
-    cWalker(Layout& frame, const std::vector<Verdict>& judged, const WalkOptions& walkOptions)
-        : layout(frame), whole(frame.payload), verdicts(judged), options(walkOptions),
+    cWalker(PayloadMap& frame, const std::vector<Verdict>& judged, const WalkOptions& walkOptions)
+        : map(frame), whole(frame.payload), verdicts(judged), options(walkOptions),
           uiAt(walkOptions.uiStart)
     {
         walked.uiMessage = options.uiMessage;
@@ -118,7 +118,7 @@ public:
             more = more && !(options.bOneFile && walked.uiMessage == 1);
         }
         if (!options.bMore)
-            CatchUp(layout.ullOffset + layout.input.size(), 0);
+            CatchUp(map.ullOffset + map.input.size(), 0);
         walked.uiEnd = uiAt;
         return std::move(walked);
     }
@@ -165,7 +165,8 @@ private:
     {
         const TypeLength tl = ReadTypeLength(payload.substr(uiAt));
         bCut = tl.bCut;
-        return tl.pcError == nullptr && tl.uiType == kTlList && tl.ullCount == 6;
+        return tl.pcError == nullptr && tl.uiType == kTlList &&
+               tl.ullCount == schema::kMessage.uiCount;
     }
 
     bool Message()
@@ -205,7 +206,7 @@ private:
             const TypeLength tl = ReadTypeLength(payload.substr(at));
             const bool isList = type == kTlList;
             if (tl.pcError != nullptr || tl.bAbsent || tl.uiType != type ||
-                (isList ? tl.ullCount != (at == start ? 6 : 2)
+                (isList ? tl.ullCount != (at == start ? schema::kMessage.uiCount : 2)
                         : tl.ullCount > payload.size() - at - tl.uiSize))
                 return false;
             at += tl.uiSize;
@@ -227,7 +228,8 @@ private:
         if (IsOver(name, depth))
             return false;
         const std::size_t start = uiAt;
-        if (Is(element, eTYPE::END) || static_cast<unsigned char>(payload[uiAt]) <= 1) {
+        if (Is(element, eTYPE::END) ||
+            static_cast<unsigned char>(payload[uiAt]) <= quarn::kOptionAbsent) {
             ++uiAt;
             return Single(element, name, depth, start);
         }
@@ -421,9 +423,9 @@ private:
         const std::size_t value = begin + item.uiTl; // where it begins
         for (std::size_t at = begin; at < uiAt;) {
             std::size_t next = at + 1;
-            while (next < uiAt && layout.positions[next] == layout.positions[next - 1] + 1)
+            while (next < uiAt && map.positions[next] == map.positions[next - 1] + 1)
                 ++next;
-            item.ullOffset = layout.ullOffset + layout.positions[at];
+            item.ullOffset = map.ullOffset + map.positions[at];
             CatchUp(item.ullOffset, item.uiDepth);
             item.bytes = payload.substr(at, next - at);
             item.uiTl = static_cast<unsigned>(std::clamp(value, at, next) - at);
@@ -438,7 +440,7 @@ private:
 
     void CatchUp(std::uint64_t offset, unsigned depth)
     {
-        std::vector<Annotation>& transport = layout.transport;
+        std::vector<Annotation>& transport = map.transport;
         for (; uiTransport < transport.size() && transport[uiTransport].ullOffset < offset;
              ++uiTransport) {
             walked.items.push_back(std::move(transport[uiTransport]));
@@ -446,14 +448,14 @@ private:
         }
     }
 
-    Layout& layout;
+    PayloadMap& map;
     std::string_view whole;   // payload
     std::string_view payload; // of it, what was there before the line fell silent
     const std::vector<Verdict>& verdicts;
     const WalkOptions& options;
     Walked walked;
     std::size_t uiAt;            // in the payload
-    std::size_t uiTransport = 0; // of the layout's other bytes that have been added
+    std::size_t uiTransport = 0; // of the map's other bytes that have been added
     bool bCut = false;           // the walk ended where the data did
     bool bSilent = false;        // the line fell silent where the payload ends
     unsigned uiTag = 0;          // of the message
@@ -463,9 +465,9 @@ private:
 
 } // namespace
 
-Walked Walk(Layout& layout, const std::vector<Verdict>& verdicts, const WalkOptions& options)
+Walked Walk(PayloadMap& map, const std::vector<Verdict>& verdicts, const WalkOptions& options)
 {
-    return cWalker(layout, verdicts, options).Run();
+    return cWalker(map, verdicts, options).Run();
 }
 
 } // namespace tool

@@ -4,7 +4,7 @@
 #define TOOLS_EXPLAIN_WALKER_H
 
 #include "tools/explain/annotation.h"
-#include "tools/explain/layout.h"
+#include "tools/explain/payload_map.h"
 #include "tools/explain/verdict.h"
 
 #include <cstddef>
@@ -27,7 +27,7 @@ struct Walked {
     unsigned uiMessage = 1;        // number of the message that follows
 };
 
-Walked Walk(Layout& layout, const std::vector<Verdict>& verdicts, const WalkOptions& options);
+Walked Walk(PayloadMap& map, const std::vector<Verdict>& verdicts, const WalkOptions& options);
 
 } // namespace tool
 

@@ -60,7 +60,7 @@ void AppendValue(std::string& line, const vorn::cRecordPar& value, int scaler)
 {
     if (const std::optional<Integer> number = NumberOf(value)) {
         AppendNumber(line, *number, scaler);
-    } else if (value.GetType(1) == vorn::TYPE_BOOL) {
+    } else if (value.GetType(1) == quarn::KIND_BOOL) {
         line.append(value.GetBool() ? "true" : "false");
     } else if (const std::string_view bytes = BytesOf(value); IsPrintable(bytes)) {
         line.append(bytes);

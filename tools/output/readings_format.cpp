@@ -2,8 +2,8 @@
 // table. Both are written by one function that names the fields; what a field looks like is the
 // business of the two writers.
 #include "tools/output/escape.h"
-#include "tools/output/format.h"
 #include "tools/output/json.h"
+#include "tools/output/output_format.h"
 #include "tools/reading/obis.h"
 #include "tools/reading/unit.h"
 
@@ -171,7 +171,7 @@ private:
     void OtherFields(const Reading& reading)
     {
         const vorn::cRecordPar& value = *reading.pValue;
-        if (value.GetType(1) == vorn::TYPE_BOOL)
+        if (value.GetType(1) == quarn::KIND_BOOL)
             line.Number("value", value.GetBool() ? "true" : "false");
         else if (IsPrintable(BytesOf(value)))
             line.Text("value", BytesOf(value));

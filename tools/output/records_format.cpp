@@ -1,7 +1,7 @@
 // --format records: one JSON object per line and event, complete and lossless. A record becomes an
 // object whose keys are its labels in order; a list record becomes the array of its elements.
-#include "tools/output/format.h"
 #include "tools/output/json.h"
+#include "tools/output/output_format.h"
 #include "tools/reading/keys.h"
 
 #include <string_view>
@@ -27,17 +27,17 @@ void WriteRecord(cJson& json, const Record& record)
 void WriteValue(cJson& json, const vorn::cRecordPar& par)
 {
     switch (par.GetType(1)) {
-    case vorn::TYPE_SINT:
-    case vorn::TYPE_SINT64:
+    case quarn::KIND_SINT:
+    case quarn::KIND_SINT64:
         json.Int(par.GetSInt64());
         break;
-    case vorn::TYPE_BOOL:
+    case quarn::KIND_BOOL:
         json.Bool(par.GetBool());
         break;
-    case vorn::TYPE_DATA:
+    case quarn::KIND_DATA:
         json.Hex(BytesOf(par));
         break;
-    case vorn::TYPE_RECORD:
+    case quarn::KIND_RECORD:
         if (!IsList(par.GetName())) {
             WriteRecord(json, par);
             break;

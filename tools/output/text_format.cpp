@@ -1,6 +1,6 @@
 // --format text: for people. Per SML file a heading, then an aligned line per reading; messages
 // without readings (parameters, attention responses, requests) as an indented outline.
-#include "tools/output/format.h"
+#include "tools/output/output_format.h"
 #include "tools/output/reading_rows.h"
 #include "tools/output/terminal.h"
 #include "tools/reading/status.h"
@@ -108,7 +108,7 @@ private:
             line.assign(2 * std::size_t{depth}, ' ');
             if (label == "parTree") {
                 TreeNode(Nested(par), depth);
-            } else if (par.GetType(1) != vorn::TYPE_RECORD) {
+            } else if (par.GetType(1) != quarn::KIND_RECORD) {
                 Leaf(label, par);
             } else if (const std::optional<Time> time = TimeIn(par)) {
                 AppendTime(line.append(label).append("  "), *time);
@@ -136,10 +136,10 @@ private:
 
     void Attention(std::uint64_t number)
     {
-        char octets[6];
-        for (unsigned i = 0; i < 6; ++i)
+        char octets[SML_NAME_SIZE];
+        for (unsigned i = 0; i < SML_NAME_SIZE; ++i)
             octets[i] = static_cast<char>(number >> (40 - 8 * i) & 0xFFU);
-        AppendHexText(line, {octets, 6});
+        AppendHexText(line, {octets, SML_NAME_SIZE});
         if (const char* meaning = AttentionMeaning(number))
             line.append("  ").append(meaning);
     }
@@ -152,7 +152,7 @@ private:
         const vorn::cRecordPar* wrapped = FindIn(node, "procParVal");
         const vorn::cRecord held = wrapped != nullptr ? Nested(*wrapped) : vorn::cRecord();
         const vorn::cRecordPar* content = FindIn(held, "value");
-        const bool plain = content != nullptr && content->GetType(1) != vorn::TYPE_RECORD;
+        const bool plain = content != nullptr && content->GetType(1) != quarn::KIND_RECORD;
         if (plain)
             AppendValue(line.append("  "), *content, 0);
         EndLine();

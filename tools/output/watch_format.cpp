@@ -1,6 +1,6 @@
 // --watch: a table of the latest reading of each code, per server. On a screen it is drawn over
 // itself, at most ten times a second, and cut to the height of the screen.
-#include "tools/output/format.h"
+#include "tools/output/output_format.h"
 #include "tools/output/reading_rows.h"
 #include "tools/output/terminal.h"
 

@@ -17,7 +17,7 @@ std::optional<Integer> AsUnsigned(const vorn::cRecordPar& value, Integer number)
         return std::nullopt;
     constexpr std::uint64_t kTwoBytes = 0x8000; // the most that a negative number of them is
     const std::uint64_t bits = 0 - number.ullMagnitude;
-    if (value.GetType(1) == vorn::TYPE_SINT64)
+    if (value.GetType(1) == quarn::KIND_SINT64)
         return Integer::Of(bits);
     return Integer::Of(bits & (number.ullMagnitude <= kTwoBytes ? 0xFFFFU : 0xFFFFFFFFU));
 }

@@ -1,6 +1,8 @@
 // See obis.h. The names are a table of patterns, more special ones first.
 #include "tools/reading/obis.h"
 
+#include "quarn/quarn.h"
+
 #include <charconv>
 #include <iterator>
 
@@ -118,7 +120,7 @@ std::size_t FormatObis(std::uint64_t code, char* out) noexcept
 {
     constexpr char kSeparators[] = {'-', ':', '.', '.', '*'};
     char* p = out;
-    for (unsigned i = 0; i < 6; ++i) {
+    for (unsigned i = 0; i < SML_NAME_SIZE; ++i) {
         const auto number = static_cast<unsigned>(code >> (40 - 8 * i)) & 0xFFU;
         p = std::to_chars(p, p + 3, number).ptr;
         if (i < sizeof kSeparators)

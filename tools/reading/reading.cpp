@@ -12,7 +12,7 @@ namespace
 // A value that is itself a record holds a time: its number is taken.
 const vorn::cRecordPar* LeafOf(const vorn::cRecordPar& value) noexcept
 {
-    if (value.GetType(1) != vorn::TYPE_RECORD)
+    if (value.GetType(1) != quarn::KIND_RECORD)
         return &value;
     const vorn::cRecord outer = Nested(value);
     const vorn::cRecordPar* list = FindIn(outer, "smlList");
@@ -108,7 +108,7 @@ MessageInfo DescribeMessage(const vorn::cRecord& record)
         } else if (name == "SmltFlags") {
             info.bFirst = (par.GetUInt() & BUF_FLAG_FIRST) != 0;
             info.bLast = (par.GetUInt() & BUF_FLAG_LAST) != 0;
-        } else if (par.GetType(1) == vorn::TYPE_RECORD) {
+        } else if (par.GetType(1) == quarn::KIND_RECORD) {
             info.pBody = &par;
             DescribeBody(Nested(par), info);
         }
@@ -142,11 +142,11 @@ void CollectReadings(const MessageInfo& message, std::vector<Reading>& readings)
 std::optional<Integer> NumberOf(const vorn::cRecordPar& par) noexcept
 {
     switch (par.GetType(1)) {
-    case vorn::TYPE_UINT:
-    case vorn::TYPE_UINT64:
+    case quarn::KIND_UINT:
+    case quarn::KIND_UINT64:
         return Integer::Of(par.GetUInt64());
-    case vorn::TYPE_SINT:
-    case vorn::TYPE_SINT64:
+    case quarn::KIND_SINT:
+    case quarn::KIND_SINT64:
         return Integer::OfSigned(par.GetSInt64());
     default:
         return std::nullopt;

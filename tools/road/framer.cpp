@@ -41,7 +41,7 @@ void cFramer::Process(std::string_view bytes, int flags)
     Input in(bytes, flags);
     int result = SMLTP_OUTPUT_FULL;
     while (result == SMLTP_OUTPUT_FULL) {
-        const std::size_t room = 2 * bytes.size() + 32; // mostly enough for all at once
+        const std::size_t room = quarn::MaxFrameSize(bytes.size()); // mostly enough for all at once
         cBuffer framed(out.Room(room), static_cast<long>(room), 0, 0);
         result = machine.Process(&in, &framed);
         out.Advance(static_cast<std::size_t>(framed.Left()));
@@ -51,7 +51,7 @@ void cFramer::Process(std::string_view bytes, int flags)
 void AppendFramed(std::string_view payload, std::string& bytes)
 {
     const std::size_t size = bytes.size();
-    bytes.resize(size + 2 * payload.size() + 19); // as much as a frame may take
+    bytes.resize(size + quarn::MaxFrameSize(payload.size()));
     Input in(payload, BUF_FLAG_FIRST | BUF_FLAG_LAST);
     cBuffer framed(&bytes[size], static_cast<long>(bytes.size() - size), 0, 0);
     SmlTpTx(SMLT_MODE_TP).Process(&in, &framed);

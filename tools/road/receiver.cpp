@@ -6,6 +6,9 @@
 
 namespace tool
 {
+
+using quarn::kFrameEscape, quarn::kFrameStartSize;
+
 cReceiver::cReceiver(bool raw, cReceiverEvents& receiver)
     : events(receiver), bRaw(raw), decoder(raw ? SMLT_MODE_RAW : SMLT_MODE_TP), parser(1)
 {
@@ -34,25 +37,19 @@ std::size_t cReceiver::FindCut(const unsigned char* data, std::size_t size) noex
 {
     std::size_t i = 0;
     while (i < size) {
-        if (uiStartSeen == 0) {
-            const void* found = std::memchr(data + i, 0x1B, size - i);
+        if (iStartSeen == 0) {
+            const void* found = std::memchr(data + i, kFrameEscape, size - i);
             if (found == nullptr)
                 return size;
             i = static_cast<std::size_t>(static_cast<const unsigned char*>(found) - data);
         }
-        const unsigned char byte = data[i];
-        if (byte == 0x1B)
-            uiStartSeen = uiStartSeen < 4 ? uiStartSeen + 1 : uiStartSeen == 4 ? 4 : 1;
-        else if (byte == 0x01 && uiStartSeen >= 4)
-            ++uiStartSeen;
-        else
-            uiStartSeen = 0;
-        if (uiStartSeen == kStartSize) {
+        iStartSeen = quarn::MatchFrameStart(iStartSeen, static_cast<char>(data[i]));
+        if (iStartSeen == kFrameStartSize) {
             if (i != 0) {
-                uiStartSeen = kStartSize - 1; // the last byte is met again
+                iStartSeen = kFrameStartSize - 1; // the last byte is met again
                 return i;
             }
-            uiStartSeen = 0;
+            iStartSeen = 0;
         }
         ++i;
     }
@@ -91,9 +88,9 @@ void cReceiver::Decoded(int result, std::size_t size)
         if (bFrameOpen)
             LoseFrame(eLOSS::ABANDONED);
         else
-            Gap(ullPosition - size - (kStartSize - 1),
+            Gap(ullPosition - size - (kFrameStartSize - 1),
                 bAnyFrame ? eGAP::BETWEEN : eGAP::BEFORE_FIRST);
-        OpenFrame(ullPosition - size - (kStartSize - 1));
+        OpenFrame(ullPosition - size - (kFrameStartSize - 1));
     }
     if (!bFrameOpen)
         return;
@@ -199,7 +196,7 @@ void cReceiver::Restart()
     End();
     decoder = cSMLTdec(bRaw ? SMLT_MODE_RAW : SMLT_MODE_TP);
     ullGapStart = ullPosition;
-    uiStartSeen = 0;
+    iStartSeen = 0;
     bAnyFrame = false;
 }
 
@@ -218,7 +215,8 @@ void cReceiver::End()
         LoseFrame(eLOSS::CUT_OFF);
     } else {
         // What may be the beginning of a start sequence is a frame that was cut off.
-        const auto start = std::min<std::uint64_t>(uiStartSeen, ullPosition - ullGapStart);
+        const auto start =
+            std::min(static_cast<std::uint64_t>(iStartSeen), ullPosition - ullGapStart);
         Gap(ullPosition - start, bAnyFrame    ? eGAP::AFTER_LAST
                                  : start != 0 ? eGAP::BEFORE_FIRST
                                               : eGAP::NO_FRAME);

@@ -35,8 +35,6 @@
 namespace tool
 {
 
-constexpr std::size_t kStartSize = 8; // of a start sequence, 1B 1B 1B 1B 01 01 01 01
-
 struct Frame {
     std::uint64_t ullNumber = 1;   // of the frames that finish, from 1
     std::uint64_t ullBytes = 0;    // payload so far
@@ -119,7 +117,7 @@ private:
 
     std::uint64_t ullPosition = 0; // bytes given to the decoder
     std::uint64_t ullGapStart = 0; // REQUIRES: no frame is open
-    unsigned uiStartSeen = 0;      // how much of a start sequence the input ends with
+    int iStartSeen = 0;            // how much of a start sequence the input ends with
     Frame frame;
     bool bFrameOpen = false;
     bool bAnyFrame = false; // a start sequence has been found

@@ -1,15 +1,18 @@
 // See faults.h.
 #include "tools/simulation/faults.h"
 
+#include "quarn/quarn.h"
+
 namespace tool
 {
+
+using quarn::kFrameEndSequence, quarn::kFrameEndSize, quarn::kFrameEscape, quarn::kFrameStartSize;
+
 namespace
 {
 
-constexpr char kEscape = 0x1B;
-constexpr std::size_t kStart = 8; // bytes of the start sequence
-constexpr std::size_t kEnd = 8;   // bytes from the escape of the end on
-constexpr std::size_t kTail = 3;  // of these, the padding count and the checksum
+// Of the end sequence, the padding count and the checksum.
+constexpr std::size_t kTail = kFrameEndSize - kFrameEndSequence.size();
 
 } // namespace
 
@@ -29,7 +32,7 @@ void cFaults::Pass(std::string& frame)
         case 2:
             // Inside an open frame its end would count; and an escape at its end could begin a
             // start sequence.
-            if (!bOpen && frame.back() != kEscape) {
+            if (!bOpen && frame.back() != kFrameEscape) {
                 LoseBegin(frame);
                 break;
             }
@@ -62,14 +65,14 @@ void cFaults::Flip(std::string& frame)
     Begin();
     ++counts.ullDamaged;
     ++done.ullFlipped;
-    const std::size_t content = frame.size() - kStart - kEnd;
+    const std::size_t content = frame.size() - kFrameStartSize - kFrameEndSize;
     const std::string sent = frame;
     for (int bits = 1 + 2 * random.Below(2); bits > 0;) { // an odd number shows surely
-        std::size_t at = kStart + random.Below(content + kTail);
-        if (at >= kStart + content)
-            at += kEnd - kTail;
+        std::size_t at = kFrameStartSize + random.Below(content + kTail);
+        if (at >= kFrameStartSize + content)
+            at += kFrameEndSize - kTail;
         const char flipped = static_cast<char>(sent[at] ^ (1 << random.Below(8)));
-        if (frame[at] != sent[at] || sent[at] == kEscape || flipped == kEscape)
+        if (frame[at] != sent[at] || sent[at] == kFrameEscape || flipped == kFrameEscape)
             continue; // another place
         frame[at] = flipped;
         --bits;
@@ -81,8 +84,9 @@ void cFaults::LoseEnd(std::string& frame)
     Begin();
     bOpen = true;
     ++done.ullNoEnd;
-    std::size_t size = kStart + random.Below(frame.size() - kStart - kEnd);
-    while (size > kStart && frame[size - 1] == kEscape)
+    std::size_t size =
+        kFrameStartSize + random.Below(frame.size() - kFrameStartSize - kFrameEndSize);
+    while (size > kFrameStartSize && frame[size - 1] == kFrameEscape)
         --size; // a run of escapes would swallow those of the next start
     frame.resize(size);
 }
@@ -90,7 +94,7 @@ void cFaults::LoseEnd(std::string& frame)
 void cFaults::LoseBegin(std::string& frame)
 {
     ++done.ullNoBegin;
-    frame.erase(0, kStart + random.Below(frame.size() - kStart));
+    frame.erase(0, kFrameStartSize + random.Below(frame.size() - kFrameStartSize));
     counts.ullOutside += frame.size();
 }
 
@@ -100,7 +104,7 @@ void cFaults::AddNoise(std::string& frame)
     std::string noise(1 + random.Below(std::size_t{40}), '\0');
     for (char& c : noise) {
         c = static_cast<char>(random.Below(0x100));
-        if (c == kEscape)
+        if (c == kFrameEscape)
             c = 0;
     }
     if (!bOpen) // else it is taken for content

@@ -1,6 +1,6 @@
 // A pseudo-terminal, which stands in for a serial line and for a person's screen.
-#ifndef TESTS_TOOLS_TERMINAL_H
-#define TESTS_TOOLS_TERMINAL_H
+#ifndef TESTS_TOOLS_PSEUDO_TERMINAL_H
+#define TESTS_TOOLS_PSEUDO_TERMINAL_H
 
 #include <cstdlib>
 #include <fcntl.h>

@@ -1,6 +1,6 @@
 // How decoded messages are printed: one class per --format.
-#ifndef TOOLS_OUTPUT_FORMAT_H
-#define TOOLS_OUTPUT_FORMAT_H
+#ifndef TOOLS_OUTPUT_OUTPUT_FORMAT_H
+#define TOOLS_OUTPUT_OUTPUT_FORMAT_H
 
 #include "tools/output/output.h"
 #include "tools/reading/reading.h"
