@@ -5,119 +5,219 @@
 //   if (response.IsValid() && response.GetValList(values)) ...
 //
 // A class takes the message record, which holds the body under the body's label; without that, it
-// traces at level 2 and has no field. The list of fields in its declaration is the whole of it:
-// Required fields make it valid, OrEmpty fields are present and empty when they are missing, and
-// the field Codepage is what GetCodepage reads. Getters work whether or not the object is valid,
-// and are told of in object.h. ToRecord appends a body with the present fields, in the order of the
-// declaration, whether or not the object is valid. Copies equal their source.
+// traces at level 2 and has no field. Required fields make it valid, OrEmpty fields are present and
+// empty when they are missing. Getters work whether or not the object is valid; object.h documents
+// them. ToRecord appends a body with the present fields, in the order of the schema, whether or not
+// the object is valid. Copies equal their source.
 #ifndef QUARN_RECORDS_BODIES_H
 #define QUARN_RECORDS_BODIES_H
 
 #include "quarn/records/tree.h"
 
-namespace quarn::detail::field
+namespace quarn::detail
 {
 
-QUARN_FIELD(Codepage, GetCodepage, std::string, codepage)
-QUARN_FIELD(ClientId, GetClientId, std::string, clientId)
-QUARN_FIELD(ReqFileId, GetReqFileId, std::string, reqFileId)
-QUARN_FIELD(ServerId, GetServerId, std::string, serverId)
-QUARN_FIELD(Username, GetUsername, std::string, username)
-QUARN_FIELD(Password, GetPassword, std::string, password)
-struct SmlVersion : Field<unsigned int, label::smlVersion> { // read and written, without a getter
-};
-QUARN_FIELD(RefTime, GetRefTime, cSmlTime, refTime)
-QUARN_FIELD(WithRaw, GetWithRaw, bool, withRawdata)
-QUARN_FIELD(BeginTime, GetBeginTime, cSmlTime, beginTime)
-QUARN_FIELD(EndTime, GetEndTime, cSmlTime, endTime)
-QUARN_FIELD(ActTime, GetActTime, cSmlTime, actTime)
-QUARN_FIELD(TreePath, GetTreePath, cSmlTreePath, parTreePath)
-QUARN_FIELD(ObjList, GetObjList, cSmlObjList, object_List)
-QUARN_FIELD(Tree, GetTree, cSmlTree, parTree)
-QUARN_FIELD(Details, GetDetails, cSmlTree, parTree)
-QUARN_FIELD(Period, GetPeriod, unsigned int, regPeriod)
-QUARN_FIELD(PerList, GetPerList, cSmlPeriodList, period_List)
-QUARN_FIELD(HdList, GetHdList, cSmlHeaderList, header_List)
-QUARN_FIELD(ObjPerList, GetObjPerList, cSmlProfObjPeriodList, period_List)
-QUARN_FIELD(RawData, GetRawData, std::string, rawdata)
-QUARN_FIELD(PerSign, GetPerSign, std::string, periodSignature)
-QUARN_FIELD(ProfSign, GetProfSign, std::string, profileSignature)
-QUARN_FIELD(Attribute, GetAttribute, std::string, attribute)
-QUARN_FIELD(AttNo, GetAttNo, unsigned long long, attentionNo)
-QUARN_FIELD(AttMsg, GetAttMsg, std::string, attentionMsg)
-QUARN_FIELD(AttDetails, GetAttDetails, cSmlTree, parTree)
-QUARN_FIELD(ListName, GetListName, unsigned long long, listName)
-QUARN_FIELD(ActSTime, GetActSTime, cSmlTime, actSensorTime)
-QUARN_FIELD(ValList, GetValList, cSmlList, valList)
-QUARN_FIELD(ListSign, GetListSign, std::string, listSignature)
-QUARN_FIELD(ActGTime, GetActGTime, cSmlTime, actGatewayTime)
+using OpenReq = ObjectOf<CLASS_OPEN_REQ, schema::kOpenReq,
+                         Required<label::clientId, label::reqFileId>, OrEmpty<label::serverId>>;
+using OpenResp =
+    ObjectOf<CLASS_OPEN_RESP, schema::kOpenRes, Required<label::reqFileId, label::serverId>>;
+using GetProfileReq = ObjectOf<CLASS_GET_PROFILE_REQ, schema::kGetProfileReq,
+                               Required<label::beginTime, label::endTime, label::parTreePath>,
+                               OrEmpty<label::serverId>>;
+using GetProfListRes =
+    ObjectOf<CLASS_GET_PROF_LIST_RES, schema::kGetProfListRes,
+             Required<label::serverId, label::actTime, label::regPeriod, label::parTreePath,
+                      label::valTime, label::status, label::period_List>>;
+using GetProfPackRes =
+    ObjectOf<CLASS_GET_PROF_PACK_RES, schema::kGetProfPackRes,
+             Required<label::serverId, label::actTime, label::regPeriod, label::parTreePath,
+                      label::header_List, label::period_List>,
+             IfRecord<label::header_List, label::period_List>,
+             OrFrom<label::profileSignature, label::periodSignature>>;
+using GetProcParReq = ObjectOf<CLASS_GET_PROC_PAR_REQ, schema::kGetProcParReq,
+                               Required<label::parTreePath>, OrEmpty<label::serverId>>;
+using GetProcParRes = ObjectOf<CLASS_GET_PROC_PAR_RES, schema::kGetProcParRes,
+                               Required<label::serverId, label::parTreePath, label::parTree>>;
+using SetProcParReq = ObjectOf<CLASS_SET_PROC_PAR_REQ, schema::kSetProcParReq,
+                               Required<label::parTreePath, label::parTree>>;
+using AttentionRes = ObjectOf<CLASS_ATTENTION_RES, schema::kAttentionRes,
+                              Required<label::serverId, label::attentionNo>>;
+using GetListReq = ObjectOf<CLASS_GET_LIST_REQ, schema::kGetListReq, Required<label::clientId>,
+                            OrEmpty<label::serverId>>;
+using GetListRes = ObjectOf<CLASS_GET_LIST_RES, schema::kGetListRes,
+                            Required<label::serverId, label::valList>, IfRecord<label::valList>>;
 
-using GetListRes = Structure<CLASS_GET_LIST_RES, ClientId, Required<ServerId>, ListName, ActSTime,
-                             Required<IfRecord<ValList>>, ListSign, ActGTime>;
-
-} // namespace quarn::detail::field
+} // namespace quarn::detail
 
 // Open request: begins a file of requests.
-QUARN_CLASS(cSmlOpenReq, Structure<CLASS_OPEN_REQ, field::Codepage, Required<field::ClientId>,
-                                   Required<field::ReqFileId>, OrEmpty<field::ServerId>,
-                                   field::Username, field::Password, field::SmlVersion>)
+class QUARN_API cSmlOpenReq : public quarn::detail::OpenReq
+{
+public:
+    using Object::Object;
+
+    bool GetCodepage(std::string& v) const noexcept { return Get<quarn::label::codepage>(v); }
+    bool GetClientId(std::string& v) const noexcept { return Get<quarn::label::clientId>(v); }
+    bool GetReqFileId(std::string& v) const noexcept { return Get<quarn::label::reqFileId>(v); }
+    bool GetServerId(std::string& v) const noexcept { return Get<quarn::label::serverId>(v); }
+    bool GetUsername(std::string& v) const noexcept { return Get<quarn::label::username>(v); }
+    bool GetPassword(std::string& v) const noexcept { return Get<quarn::label::password>(v); }
+};
 
 // Open response: begins a file of responses.
-QUARN_CLASS(cSmlOpenResp,
-            Structure<CLASS_OPEN_RESP, field::Codepage, field::ClientId, Required<field::ReqFileId>,
-                      Required<field::ServerId>, field::RefTime, field::SmlVersion>)
+class QUARN_API cSmlOpenResp : public quarn::detail::OpenResp
+{
+public:
+    using Object::Object;
+
+    bool GetCodepage(std::string& v) const noexcept { return Get<quarn::label::codepage>(v); }
+    bool GetClientId(std::string& v) const noexcept { return Get<quarn::label::clientId>(v); }
+    bool GetReqFileId(std::string& v) const noexcept { return Get<quarn::label::reqFileId>(v); }
+    bool GetServerId(std::string& v) const noexcept { return Get<quarn::label::serverId>(v); }
+    bool GetRefTime(cSmlTime& v) const noexcept { return Get<quarn::label::refTime>(v); }
+};
 
 // Profile request, for a list as for a pack.
-QUARN_CLASS(
-    cSmlGetProfileReq,
-    Structure<CLASS_GET_PROFILE_REQ, OrEmpty<field::ServerId>, field::Username, field::Password,
-              field::WithRaw, Required<field::BeginTime>, Required<field::EndTime>,
-              Required<field::TreePath>, field::ObjList, field::Details>)
+class QUARN_API cSmlGetProfileReq : public quarn::detail::GetProfileReq
+{
+public:
+    using Object::Object;
+
+    bool GetServerId(std::string& v) const noexcept { return Get<quarn::label::serverId>(v); }
+    bool GetUsername(std::string& v) const noexcept { return Get<quarn::label::username>(v); }
+    bool GetPassword(std::string& v) const noexcept { return Get<quarn::label::password>(v); }
+    bool GetWithRaw(bool& v) const noexcept { return Get<quarn::label::withRawdata>(v); }
+    bool GetBeginTime(cSmlTime& v) const noexcept { return Get<quarn::label::beginTime>(v); }
+    bool GetEndTime(cSmlTime& v) const noexcept { return Get<quarn::label::endTime>(v); }
+    bool GetTreePath(cSmlTreePath& v) const noexcept { return Get<quarn::label::parTreePath>(v); }
+    bool GetObjList(cSmlObjList& v) const noexcept { return Get<quarn::label::object_List>(v); }
+    bool GetDetails(cSmlTree& v) const noexcept { return Get<quarn::label::parTree>(v); }
+};
 
 // Profile-list response: one period with the values of its objects.
-QUARN_CLASS(
-    cSmlGetProfListRes,
-    Structure<CLASS_GET_PROF_LIST_RES, Required<field::ServerId>, Required<field::ActTime>,
-              Required<field::Period>, Required<field::TreePath>, Required<field::ValTime>,
-              Required<field::Status>, Required<field::PerList>, field::RawData, field::PerSign>)
+class QUARN_API cSmlGetProfListRes : public quarn::detail::GetProfListRes
+{
+public:
+    using Object::Object;
+
+    bool GetServerId(std::string& v) const noexcept { return Get<quarn::label::serverId>(v); }
+    bool GetActTime(cSmlTime& v) const noexcept { return Get<quarn::label::actTime>(v); }
+    bool GetPeriod(unsigned int& v) const noexcept { return Get<quarn::label::regPeriod>(v); }
+    bool GetTreePath(cSmlTreePath& v) const noexcept { return Get<quarn::label::parTreePath>(v); }
+    bool GetValTime(cSmlTime& v) const noexcept { return Get<quarn::label::valTime>(v); }
+    bool GetStatus(unsigned long long& v) const noexcept { return Get<quarn::label::status>(v); }
+    bool GetPerList(cSmlPeriodList& v) const noexcept { return Get<quarn::label::period_List>(v); }
+    bool GetRawData(std::string& v) const noexcept { return Get<quarn::label::rawdata>(v); }
+    bool GetPerSign(std::string& v) const noexcept { return Get<quarn::label::periodSignature>(v); }
+};
 
 // Profile-pack response: the objects once, then their values period by period. Its signature is
 // read from "periodSignature" too, and written as "profileSignature".
-QUARN_CLASS(cSmlGetProfPackRes,
-            Structure<CLASS_GET_PROF_PACK_RES, Required<field::ServerId>, Required<field::ActTime>,
-                      Required<field::Period>, Required<field::TreePath>,
-                      Required<IfRecord<field::HdList>>, Required<IfRecord<field::ObjPerList>>,
-                      field::RawData, OrFrom<field::ProfSign, label::periodSignature>>)
+class QUARN_API cSmlGetProfPackRes : public quarn::detail::GetProfPackRes
+{
+public:
+    using Object::Object;
+
+    bool GetServerId(std::string& v) const noexcept { return Get<quarn::label::serverId>(v); }
+    bool GetActTime(cSmlTime& v) const noexcept { return Get<quarn::label::actTime>(v); }
+    bool GetPeriod(unsigned int& v) const noexcept { return Get<quarn::label::regPeriod>(v); }
+    bool GetTreePath(cSmlTreePath& v) const noexcept { return Get<quarn::label::parTreePath>(v); }
+    bool GetHdList(cSmlHeaderList& v) const noexcept { return Get<quarn::label::header_List>(v); }
+    bool GetObjPerList(cSmlProfObjPeriodList& v) const noexcept
+    {
+        return Get<quarn::label::period_List>(v);
+    }
+    bool GetRawData(std::string& v) const noexcept { return Get<quarn::label::rawdata>(v); }
+    bool GetProfSign(std::string& v) const noexcept
+    {
+        return Get<quarn::label::profileSignature>(v);
+    }
+};
 
 // Process-parameter request.
-QUARN_CLASS(cSmlGetProcParReq,
-            Structure<CLASS_GET_PROC_PAR_REQ, OrEmpty<field::ServerId>, field::Username,
-                      field::Password, Required<field::TreePath>, field::Attribute>)
+class QUARN_API cSmlGetProcParReq : public quarn::detail::GetProcParReq
+{
+public:
+    using Object::Object;
+
+    bool GetServerId(std::string& v) const noexcept { return Get<quarn::label::serverId>(v); }
+    bool GetUsername(std::string& v) const noexcept { return Get<quarn::label::username>(v); }
+    bool GetPassword(std::string& v) const noexcept { return Get<quarn::label::password>(v); }
+    bool GetTreePath(cSmlTreePath& v) const noexcept { return Get<quarn::label::parTreePath>(v); }
+    bool GetAttribute(std::string& v) const noexcept { return Get<quarn::label::attribute>(v); }
+};
 
 // Process-parameter response: the tree asked for.
-QUARN_CLASS(cSmlGetProcParRes, Structure<CLASS_GET_PROC_PAR_RES, Required<field::ServerId>,
-                                         Required<field::TreePath>, Required<field::Tree>>)
+class QUARN_API cSmlGetProcParRes : public quarn::detail::GetProcParRes
+{
+public:
+    using Object::Object;
+
+    bool GetServerId(std::string& v) const noexcept { return Get<quarn::label::serverId>(v); }
+    bool GetTreePath(cSmlTreePath& v) const noexcept { return Get<quarn::label::parTreePath>(v); }
+    bool GetTree(cSmlTree& v) const noexcept { return Get<quarn::label::parTree>(v); }
+};
 
 // Set-process-parameter request: the tree to be set.
-QUARN_CLASS(cSmlSetProcParReq,
-            Structure<CLASS_SET_PROC_PAR_REQ, field::ServerId, field::Username, field::Password,
-                      Required<field::TreePath>, Required<field::Tree>>)
+class QUARN_API cSmlSetProcParReq : public quarn::detail::SetProcParReq
+{
+public:
+    using Object::Object;
+
+    bool GetServerId(std::string& v) const noexcept { return Get<quarn::label::serverId>(v); }
+    bool GetUsername(std::string& v) const noexcept { return Get<quarn::label::username>(v); }
+    bool GetPassword(std::string& v) const noexcept { return Get<quarn::label::password>(v); }
+    bool GetTreePath(cSmlTreePath& v) const noexcept { return Get<quarn::label::parTreePath>(v); }
+    bool GetTree(cSmlTree& v) const noexcept { return Get<quarn::label::parTree>(v); }
+};
 
 // Attention response: an error, or a confirmation.
-QUARN_CLASS(cSmlAttentionRes, Structure<CLASS_ATTENTION_RES, Required<field::ServerId>,
-                                        Required<field::AttNo>, field::AttMsg, field::AttDetails>)
+class QUARN_API cSmlAttentionRes : public quarn::detail::AttentionRes
+{
+public:
+    using Object::Object;
+
+    bool GetServerId(std::string& v) const noexcept { return Get<quarn::label::serverId>(v); }
+    bool GetAttNo(unsigned long long& v) const noexcept
+    {
+        return Get<quarn::label::attentionNo>(v);
+    }
+    bool GetAttMsg(std::string& v) const noexcept { return Get<quarn::label::attentionMsg>(v); }
+    bool GetAttDetails(cSmlTree& v) const noexcept { return Get<quarn::label::parTree>(v); }
+};
 
 // List request.
-QUARN_CLASS(cSmlGetListReq,
-            Structure<CLASS_GET_LIST_REQ, Required<field::ClientId>, OrEmpty<field::ServerId>,
-                      field::Username, field::Password, field::ListName>)
+class QUARN_API cSmlGetListReq : public quarn::detail::GetListReq
+{
+public:
+    using Object::Object;
+
+    bool GetClientId(std::string& v) const noexcept { return Get<quarn::label::clientId>(v); }
+    bool GetServerId(std::string& v) const noexcept { return Get<quarn::label::serverId>(v); }
+    bool GetUsername(std::string& v) const noexcept { return Get<quarn::label::username>(v); }
+    bool GetPassword(std::string& v) const noexcept { return Get<quarn::label::password>(v); }
+    bool GetListName(unsigned long long& v) const noexcept
+    {
+        return Get<quarn::label::listName>(v);
+    }
+};
 
 // List response: the current values of a meter.
-class QUARN_API cSmlGetListRes : public quarn::detail::field::GetListRes
+class QUARN_API cSmlGetListRes : public quarn::detail::GetListRes
 {
 public:
     using Object::Object;
     using Object::operator=;
+
+    bool GetClientId(std::string& v) const noexcept { return Get<quarn::label::clientId>(v); }
+    bool GetServerId(std::string& v) const noexcept { return Get<quarn::label::serverId>(v); }
+    bool GetListName(unsigned long long& v) const noexcept
+    {
+        return Get<quarn::label::listName>(v);
+    }
+    bool GetActSTime(cSmlTime& v) const noexcept { return Get<quarn::label::actSensorTime>(v); }
+    bool GetValList(cSmlList& v) const noexcept { return Get<quarn::label::valList>(v); }
+    bool GetListSign(std::string& v) const noexcept { return Get<quarn::label::listSignature>(v); }
+    bool GetActGTime(cSmlTime& v) const noexcept { return Get<quarn::label::actGatewayTime>(v); }
 
     // Turns a profile-list response into a list response: its server, and of each period entry a
     // list entry with the status and the time of the period. A response that is not valid, or a

@@ -6,6 +6,7 @@
 #include <tuple>
 
 using namespace quarn::detail;
+namespace schema = quarn::schema;
 
 // NOLINTBEGIN(cppcoreguidelines-virtual-class-destructor): as in engine.h
 namespace quarn::detail
@@ -172,107 +173,116 @@ public:
     }
 };
 
-// How a description gets at what a class declares.
-struct Access {
-    template <class Fields>
-    static constexpr auto Rows()
-    {
-        std::array<Row, Fields::kRows> rows{};
-        Description to{rows.data()};
-        Fields::Describe(to, 0);
-        if ((to.uiEnd + alignof(Fields) - 1) / alignof(Fields) * alignof(Fields) != sizeof(Fields))
-            throw "fields do not lie one behind the other";
-        return rows;
-    }
-    template <class Fields>
-    static constexpr auto kRows = Rows<Fields>();
-    // Copies fields that both classes have.
-    template <class... F, class To, class From>
-    static void CopyFields(To& to, const From& from)
-    {
-        ((static_cast<F&>(to).bPresent = static_cast<const F&>(from).bPresent), ...);
-        if (!(... && TryAssign(static_cast<F&>(to).value, static_cast<const F&>(from).value)))
-            throw std::bad_alloc();
-    }
-};
-
 } // namespace quarn::detail
 // NOLINTEND(cppcoreguidelines-virtual-class-destructor)
 
 namespace
 {
 
-template <class C>
-constexpr Shape Numbered(Shape shape)
+// The label under which a structure stands in what around holds.
+constexpr std::string_view LabelIn(const schema::Structure& around,
+                                   const schema::Structure& structure, unsigned depth)
 {
+    std::string_view label;
+    for (const schema::Element& element : around) {
+        if (element.eType == schema::eTYPE::STRUCTURE && element.pStructure == &structure)
+            return element.label;
+    }
+    for (const schema::Element& element : around) {
+        if (depth > 0 && label.empty() && element.pStructure != nullptr)
+            label = LabelIn(*element.pStructure, structure, depth - 1);
+    }
+    return label;
+}
+// The same in the record of a message. A time, which stands under many labels, has that of a
+// parameter's value.
+constexpr Label LabelOf(const schema::Structure& structure)
+{
+    std::string_view label = LabelIn(schema::kProcParValue, structure, 0);
+    for (const schema::Structure* around : {&schema::kBeside, &schema::kRecord, &schema::kBody}) {
+        if (label.empty())
+            label = LabelIn(*around, structure, around == &schema::kBody ? 4 : 0);
+    }
+    if (label.empty())
+        throw "a structure that no message holds";
+    return Label(label);
+}
+
+template <class C>
+constexpr Shape Named(Shape shape, const schema::Structure& structure)
+{
+    shape.own = LabelOf(structure);
     shape.uiNumber = C::kNumber;
     return shape;
 }
+template <class C>
+inline constexpr auto kRows = Access::Rows<typename C::CoreType>();
 // C is a class that is a set of fields.
 template <class C, class As = StructureClass>
-constexpr As Structured(const Shape& shape)
+constexpr As
+Structured(const Shape& shape,
+           const schema::Structure& structure = Access::kStructure<typename C::CoreType>)
 {
-    constexpr auto& rows = Access::kRows<typename C::CoreType>;
-    static_assert(rows.size() <= StructureClass::kMaxRows);
-    return As(Numbered<C>(shape), rows.data(), rows.size());
+    static_assert(kRows<C>.size() <= StructureClass::kMaxRows);
+    return As(Named<C>(shape, structure), kRows<C>.data(), kRows<C>.size());
 }
 template <class C, class As = StructureClass>
-constexpr As Entry(const char* name, const Label& own, eFIELDS where = eFIELDS::ENCLOSED,
-                   vorn::eLEVEL missingLevel = kDetail)
+constexpr As Entry(const char* name, eFIELDS where = eFIELDS::ENCLOSED,
+                   vorn::eLEVEL missingLevel = kDetail,
+                   const schema::Structure& structure = Access::kStructure<typename C::CoreType>)
 {
-    return Structured<C, As>({name, own, where, missingLevel, true, true});
+    return Structured<C, As>({name, where, missingLevel, true, true}, structure);
 }
 template <class C>
-constexpr auto Listed(const char* name, const Label& own, const ListTexts& texts,
-                      vorn::eLEVEL missingLevel = kDetail)
+constexpr auto Listed(const char* name, const ListTexts& texts, vorn::eLEVEL missingLevel = kDetail)
 {
-    return ListClass<typename C::CoreType>(
-        Numbered<C>({name, own, eFIELDS::ENCLOSED, missingLevel}), texts);
+    using Class = ListClass<typename C::CoreType>;
+    return Class(Named<C>({name, eFIELDS::ENCLOSED, missingLevel}, Class::kStructure), texts);
 }
 
 // clang-format off
 constexpr std::tuple kDescriptions{
-    Entry<cSmlTime, TimeClass>("cSmlTime", label::SmlTime, eFIELDS::ENCLOSED, kUntraced),
-    Entry<cSmlListType, ListTypeClass>("cSmlListType", label::smlList, eFIELDS::ENCLOSED, kUntraced),
-    ValueClass(Numbered<cSmlValue>({"cSmlValue", label::value, eFIELDS::ENCLOSED, kDetail, true, true})),
-    Entry<cSmlPeriodEntry>("cSmlPeriodEntry", label::SmlPeriodEntry, eFIELDS::EITHER),
-    Entry<cSmlTupelEntry>("cSmlTupelEntry", label::SmlTupelEntry),
-    Entry<cSmlHeaderEntry>("cSmlHeaderEntry", label::pObjHdEntry),
-    Entry<cSmlValueEntry>("cSmlValueEntry", label::value_List_Entry),
-    Entry<cSmlListEntry>("cSmlListEntry", label::valListEntry, eFIELDS::DIRECT),
-    Structured<cSmlProfObjPeriodEntry>({"cSmlProfObjPeriodEntry", label::pObjPerEntry, eFIELDS::ENCLOSED, kError, true, false}),
-    Listed<cSmlList>("cSmlList", label::valList,
-        {label::valListEntry, "<valList>", "valListEntry invalid/empty/wrong type"}),
-    Listed<cSmlPeriodList>("cSmlPeriodList", label::period_List,
-        {label::SmlPeriodEntry, "<period_List>", "period_List_Entry invalid/empty/wrong type", true, true}),
-    Listed<cSmlValueList>("cSmlValueList", label::value_List,
-        {label::value_List_Entry, "<valList>", "value_List_Entry invalid/empty/wrong type", true}),
-    Listed<cSmlHeaderList>("cSmlHeaderList", label::header_List,
-        {label::pObjHdEntry, "<valList>", "valListEntry invalid/empty/wrong type", true}),
-    Listed<cSmlProfObjPeriodList>("cSmlProfObjPeriodList", label::period_List,
-        {label::pObjPerEntry, "period_List", "pObjPerEntry invalid/empty/wrong type", true}),
-    Listed<cSmlTreePath>("cSmlTreePath", label::parTreePath,
-        {label::path_Entry, "<parTreePath>", "path_Entry invalid/empty/wrong type", false, false, "class invalid"}),
-    Listed<cSmlObjList>("cSmlObjList", label::object_List,
-        {label::object_List_Entry, "<object_List>", "object_List_Entry invalid/empty/wrong type", false, false,
+    Entry<cSmlTime, TimeClass>("cSmlTime", eFIELDS::ENCLOSED, kUntraced, schema::kTime),
+    Entry<cSmlListType, ListTypeClass>("cSmlListType", eFIELDS::ENCLOSED, kUntraced, schema::kListType),
+    ValueClass({"cSmlValue", eFIELDS::ENCLOSED, kDetail, true, true, label::value, CLASS_VALUE}),
+    Entry<cSmlPeriodEntry>("cSmlPeriodEntry", eFIELDS::EITHER),
+    Entry<cSmlTupelEntry>("cSmlTupelEntry"),
+    Entry<cSmlHeaderEntry>("cSmlHeaderEntry"),
+    Entry<cSmlValueEntry>("cSmlValueEntry"),
+    Entry<cSmlListEntry>("cSmlListEntry", eFIELDS::DIRECT),
+    Structured<cSmlProfObjPeriodEntry>({"cSmlProfObjPeriodEntry", eFIELDS::ENCLOSED, kError, true, false}),
+    Listed<cSmlList>("cSmlList",
+        {"<valList>", "valListEntry invalid/empty/wrong type"}),
+    Listed<cSmlPeriodList>("cSmlPeriodList",
+        {"<period_List>", "period_List_Entry invalid/empty/wrong type", true, true}),
+    Listed<cSmlValueList>("cSmlValueList",
+        {"<valList>", "value_List_Entry invalid/empty/wrong type", true}),
+    Listed<cSmlHeaderList>("cSmlHeaderList",
+        {"<valList>", "valListEntry invalid/empty/wrong type", true}),
+    Listed<cSmlProfObjPeriodList>("cSmlProfObjPeriodList",
+        {"period_List", "pObjPerEntry invalid/empty/wrong type", true}),
+    Listed<cSmlTreePath>("cSmlTreePath",
+        {"<parTreePath>", "path_Entry invalid/empty/wrong type", false, false, "class invalid"}),
+    Listed<cSmlObjList>("cSmlObjList",
+        {"<object_List>", "object_List_Entry invalid/empty/wrong type", false, false,
          "class invalid/empty", kProgress}, kUntraced),
-    ProcParValueClass(Numbered<cSmlProcParValue>({"cSmlProcParValue", label::procParVal, eFIELDS::ENCLOSED, kDetail})),
-    Listed<cSmlChildList>("cSmlChildList", label::child_List,
-        {label::parTree, "<child_List>", "tree_Entry invalid/empty"}),
-    Entry<cSmlTree>("cSmlTree", label::parTree, eFIELDS::EITHER),
-    Structured<cSmlOpenReq>({"cSmlOpenReq", label::SmlOpenReq}),
-    Structured<cSmlOpenResp>({"cSmlOpenRes", label::SmlOpenRes}),
-    Structured<cSmlGetProfileReq>({"cSmlGetProfileReq", label::SmlGetProfileReq}),
-    Structured<cSmlGetProfListRes>({"cSmlGetProfListRes", label::SmlGetProfListRes}),
-    Structured<cSmlGetProfPackRes>({"cSmlGetProfPackRes", label::SmlGetProfPackRes}),
-    Structured<cSmlGetProcParReq>({"cSmlGetProcParReq", label::SmlGetProcParReq}),
-    Structured<cSmlGetProcParRes>({"cSmlGetProcParRes", label::SmlGetProcParRes}),
-    Structured<cSmlSetProcParReq>({"cSmlSetProcParReq", label::SmlSetProcParReq}),
-    Structured<cSmlAttentionRes>({"cSmlAttentionRes", label::SmlAttentionRes}),
-    Structured<cSmlGetListReq>({"cSmlGetListReq", label::SmlGetListReq}),
-    Structured<cSmlGetListRes>({"cSmlGetListRes", label::SmlGetListRes}),
-    Structured<cSmlMsgHeader>({"cSmlMsgHeader", label::SmlMsgHeader}),
-    Structured<cSmlMsgStatus>({"cSmlMsgStatus", label::SmlStatus, eFIELDS::ENCLOSED, kUntraced}),
+    ProcParValueClass(Named<cSmlProcParValue>({"cSmlProcParValue", eFIELDS::ENCLOSED, kDetail}, schema::kProcParValue)),
+    Listed<cSmlChildList>("cSmlChildList",
+        {"<child_List>", "tree_Entry invalid/empty"}),
+    Entry<cSmlTree>("cSmlTree", eFIELDS::EITHER),
+    Structured<cSmlOpenReq>({"cSmlOpenReq"}),
+    Structured<cSmlOpenResp>({"cSmlOpenRes"}),
+    Structured<cSmlGetProfileReq>({"cSmlGetProfileReq"}),
+    Structured<cSmlGetProfListRes>({"cSmlGetProfListRes"}),
+    Structured<cSmlGetProfPackRes>({"cSmlGetProfPackRes"}),
+    Structured<cSmlGetProcParReq>({"cSmlGetProcParReq"}),
+    Structured<cSmlGetProcParRes>({"cSmlGetProcParRes"}),
+    Structured<cSmlSetProcParReq>({"cSmlSetProcParReq"}),
+    Structured<cSmlAttentionRes>({"cSmlAttentionRes"}),
+    Structured<cSmlGetListReq>({"cSmlGetListReq"}),
+    Structured<cSmlGetListRes>({"cSmlGetListRes"}),
+    Structured<cSmlMsgHeader>({"cSmlMsgHeader"}),
+    Structured<cSmlMsgStatus>({"cSmlMsgStatus", eFIELDS::ENCLOSED, kUntraced}),
 };
 // clang-format on
 
@@ -295,6 +305,22 @@ bool Filled(unsigned number, void* object, Step step) noexcept
     if (!done)
         type.Clear(object);
     return done;
+}
+
+template <const auto& label, class To, class From>
+bool CopyField(To& to, const From& from)
+{
+    auto& field = Access::Field<label>(to);
+    const auto& source = Access::Field<label>(from);
+    field.bPresent = source.bPresent;
+    return TryAssign(field.value, source.value);
+}
+// Copies fields that both classes have.
+template <const auto&... label, class To, class From>
+void CopyFields(To& to, const From& from)
+{
+    if (!(... && CopyField<label>(to, from)))
+        throw std::bad_alloc();
 }
 
 } // namespace
@@ -369,7 +395,7 @@ cSmlGetListRes& cSmlGetListRes::operator=(const cSmlGetProfListRes& source) noex
         return *this;
     }
     Filled(kNumber, This(), [&](const Class&) {
-        Access::CopyFields<field::ServerId>(*this, source);
+        CopyFields<label::serverId>(*this, source);
         cSmlPeriodList periods;
         cSmlPeriodEntry period;
         cSmlList list;
@@ -378,12 +404,12 @@ cSmlGetListRes& cSmlGetListRes::operator=(const cSmlGetProfListRes& source) noex
         for (int i = 0; done && i < count; ++i) {
             cSmlListEntry entry;
             done = periods.GetListEntry(period, i);
-            Access::CopyFields<field::Status, field::ValTime>(entry, source);
-            Access::CopyFields<field::ObjName, field::Unit, field::Scaler, field::Value,
-                               field::ValueSign>(entry, period);
+            CopyFields<label::status, label::valTime>(entry, source);
+            CopyFields<label::objName, label::unit, label::scaler, label::value,
+                       label::valueSignature>(entry, period);
             done = done && list.SetListEntry(entry);
         }
-        if (!done || !ValList::Set(list))
+        if (!done || !Set<label::valList>(list))
             throw std::bad_alloc();
     });
     return *this;

@@ -1,5 +1,5 @@
-// How the record classes read, write and copy, told once. Each class is described by a constant: a
-// structure by its table of rows, a list by its shape and its element's class, a choice by itself
+// How the record classes read, write and copy, defined once. Each class is described by a constant:
+// a structure by its table of rows, a list by its shape and its element's class, a choice by itself
 // (engine.cpp). Objects are a void* to their core here. All but what is noexcept may throw; Engine,
 // through which hosts come in, catches (engine.cpp). No host needs these files.
 #ifndef QUARN_RECORDS_ENGINE_H
@@ -35,11 +35,11 @@ inline constexpr vorn::eLEVEL kUntraced = vorn::eLEVEL(0);
 
 struct Shape {
     const char* pcClass; // as trace lines name it
-    Label own;           // of its parameter in the record around it
     eFIELDS where = eFIELDS::ENCLOSED;
     vorn::eLEVEL missingLevel = kError; // of the line on no record under the label; 0: no line
     bool bCopiedWhenValid = false;      // operator= takes over valid objects only, others clear
     bool bWrittenWhenValid = false;     // ToRecord writes a valid object only
+    Label own{};                        // of its parameter in the record around it
     unsigned uiNumber = CLASS_COUNT;    // of the class
 };
 
@@ -209,6 +209,68 @@ struct Slot {
     Cell& cell;
 };
 
+// What the library gets at in the fields of a class: the table of their rows, made from the schema
+// and the rules, and a field by its label.
+struct Access {
+    template <const auto& label, class F>
+    static auto& Field(F& fields)
+    {
+        return F::template CellOf<label>(fields);
+    }
+
+    template <class F>
+    static constexpr const schema::Structure& kStructure = F::PlanType::kStructure;
+
+    template <class F>
+    static constexpr auto Rows()
+    {
+        return Rows<F>(std::make_index_sequence<F::PlanType::kCount>());
+    }
+
+private:
+    template <class F, std::size_t... I>
+    static constexpr auto Rows(std::index_sequence<I...>)
+    {
+        unsigned end = 0;
+        const std::array<Row, sizeof...(I)> rows{RowOf<F, I>(end)...};
+        if (NextPlace(end, alignof(F)) != sizeof(F))
+            throw "fields do not lie one behind the other";
+        return rows;
+    }
+    // The row of a field, whose cell lies behind end.
+    template <class F, std::size_t I>
+    static constexpr Row RowOf(unsigned& end)
+    {
+        using Plan = typename F::PlanType;
+        using T = typename Plan::template TypeAt<I>;
+        constexpr std::string_view label = Plan::kStructure[I].label;
+        static_assert(label.size() >= 4 && label.size() < kReadableName);
+        const unsigned place = NextPlace(end, alignof(Holder<T>));
+        end = place + unsigned{sizeof(Holder<T>)};
+        unsigned rules = Plan::RulesFor(label);
+        unsigned number = 0;
+        if constexpr (kKindOf<T> == KIND_RECORD) {
+            number = T::kNumber;
+            if (number == CLASS_TIME) // which says nothing when its record is missing
+                rules |= RULE_IF_RECORD;
+        }
+        const int parKind = kKindOf<T> == kShort ? KIND_SINT : kKindOf<T>;
+        return {Label(label),
+                unsigned{label.size()} + 1,
+                kKindOf<T>,
+                parKind,
+                number,
+                place,
+                end - unsigned{sizeof(T)},
+                rules,
+                Plan::SecondFor(label)};
+    }
+    static constexpr unsigned NextPlace(unsigned end, unsigned unit)
+    {
+        return (end + unit - 1) / unit * unit;
+    }
+};
+
 class StructureClass : public Class
 {
 public:
@@ -330,9 +392,10 @@ public:
     bool IsValid(const void* time) const noexcept override
     {
         const auto& fields = *static_cast<const TimeFields*>(time);
-        unsigned type = 0;
-        return StructureClass::IsValid(time) && fields.GetType(type) &&
-               (type <= 2 || (type == 3 && fields.HasOffsets()));
+        const unsigned type = Access::Field<label::type>(fields).value;
+        return StructureClass::IsValid(time) &&
+               (type <= 2 || (type == 3 && Access::Field<label::locOffset>(fields).bPresent &&
+                              Access::Field<label::seaOffset>(fields).bPresent));
     }
     bool ReadFrom(void* time, const vorn::cRecordPar* par, Source& around) const override
     {
@@ -349,9 +412,11 @@ public:
     void Settle(void* time) const noexcept override
     {
         auto& fields = *static_cast<TimeFields*>(time);
-        unsigned type = 0;
-        if (fields.GetType(type) && type != 3)
-            fields.field::LocOffset::bPresent = fields.field::SeaOffset::bPresent = false;
+        const auto& type = Access::Field<label::type>(fields);
+        if (type.bPresent && type.value != 3) {
+            Access::Field<label::locOffset>(fields).bPresent = false;
+            Access::Field<label::seaOffset>(fields).bPresent = false;
+        }
     }
 };
 
@@ -364,14 +429,13 @@ public:
     void Settle(void* listType) const noexcept override
     {
         auto& fields = *static_cast<ListTypeFields*>(listType);
-        unsigned type = 0;
-        if (fields.GetType(type) && type != 1)
-            fields.ListTypeFields::Time::bPresent = false;
+        const auto& type = Access::Field<label::type>(fields);
+        if (type.bPresent && type.value != 1)
+            Access::Field<label::SmlTime>(fields).bPresent = false;
     }
 };
 
 struct ListTexts {
-    Label element;              // of each element in the list's record
     const char* pcEmptyName;    // what the line on an empty list record names
     const char* pcElementFault; // the line on a parameter that is no element
     bool bWrapped = false;      // an element's own record is written inside another of that label
@@ -384,6 +448,8 @@ template <class Core>
 class ListClass final : public Class
 {
 public:
+    static constexpr const schema::Structure& kStructure = Core::kStructure;
+
     constexpr ListClass(const Shape& given, const ListTexts& list) : Class(given), texts(list) {}
 
     void Clear(void* list) const noexcept override { Of(list).clear(); }
@@ -395,8 +461,8 @@ public:
             TraceMissing();
             return false;
         }
-        const char* const label = texts.element;
-        const int count = record.Count(label, std::char_traits<char>::length(label) + 1);
+        const char* const label = kElement;
+        const int count = record.Count(label, kSize);
         if (count < 1) {
             Trace(LibQuarn, kError, "%s: Record %s is empty", shape.pcClass, texts.pcEmptyName);
             return false;
@@ -428,11 +494,11 @@ public:
         to.Expect(elements.size());
         for (const Element& element : elements) {
             if constexpr (!kHoldsObjects)
-                Append(to, texts.element, element);
+                Append(to, kElement, element);
             else if (texts.bWrapped)
-                Type().WriteNested(&element, to, texts.element);
+                Type().WriteNested(&element, to, kElement);
             else
-                Type().Class::Write(&element, to, texts.element);
+                Type().Class::Write(&element, to, kElement);
         }
         return true;
     }
@@ -459,6 +525,10 @@ public:
 
 private:
     using Element = typename Core::Element;
+    // The label of each element in the list's record, and its size with its end.
+    static constexpr std::string_view kText = kStructure[0].label;
+    static constexpr Label kElement{kText};
+    static constexpr std::size_t kSize = kText.size() + 1;
     static constexpr bool kHoldsObjects = kKindOf<Element> == KIND_RECORD;
 
     static auto& Of(void* list) { return static_cast<Core*>(list)->content; }

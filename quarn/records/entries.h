@@ -2,131 +2,206 @@
 //
 // An entry is made from a record, or set field by field where it has setters. operator= takes over
 // a valid entry; any other one clears the target. ToRecord appends a valid entry under the entry's
-// own label. Names of objects are the six octets as a number, the first octet highest.
+// own label. Names of objects are the six octets as a number, the first octet highest. A value that
+// was set is present from then on, even if it is not valid.
 #ifndef QUARN_RECORDS_ENTRIES_H
 #define QUARN_RECORDS_ENTRIES_H
 
 #include "quarn/records/values.h"
 
-namespace quarn::detail::field
+namespace quarn::detail
 {
 
-QUARN_FIELD(ObjName, GetObjName, unsigned long long, objName)
-QUARN_FIELD(Unit, GetUnit, unsigned int, unit)
-QUARN_FIELD(Scaler, GetScaler, int, scaler)
-QUARN_FIELD(Value, GetValue, cSmlValue, value)
-QUARN_FIELD(ValueSign, GetValueSign, std::string, valueSignature)
-QUARN_FIELD(Status, GetStatus, unsigned long long, status)
-QUARN_FIELD(ValTime, GetValTime, cSmlTime, valTime)
+using PeriodEntry = ObjectOf<CLASS_PERIOD_ENTRY, schema::kPeriodEntry,
+                             Required<label::objName, label::unit, label::scaler, label::value>>;
+using HeaderEntry = ObjectOf<CLASS_HEADER_ENTRY, schema::kHeaderEntry,
+                             Required<label::objName, label::unit, label::scaler>>;
+using ValueEntry = ObjectOf<CLASS_VALUE_ENTRY, schema::kValueEntry, Required<label::value>>;
+using ListEntry =
+    ObjectOf<CLASS_LIST_ENTRY, schema::kListEntry, Required<label::objName, label::value>>;
+using TupelEntry = ObjectOf<CLASS_TUPEL_ENTRY, schema::kTupelEntry, AllRequired,
+                            Together<label::value_pA, label::value_R1, label::value_R4,
+                                     label::value_mA, label::value_R2, label::value_R3>>;
 
-QUARN_SETTER(ObjName, SetObjName)
-QUARN_SETTER(Unit, SetUnit)
-QUARN_SETTER(Scaler, SetScaler)
-QUARN_SETTER(Value, SetValue) // the value is present from then on, even if it is not valid
-QUARN_SETTER(ValueSign, SetValueSign)
-QUARN_SETTER(Status, SetStatus)
-QUARN_SETTER(ValTime, SetValTime)
+} // namespace quarn::detail
 
-} // namespace quarn::detail::field
-
-namespace quarn::detail::tupel
+// A period entry: the value of one object in a period.
+class QUARN_API cSmlPeriodEntry : public quarn::detail::PeriodEntry
 {
+public:
+    using Object::Object;
 
-// Whether the entry that the field is part of is valid.
-template <class F>
-bool IsWhole(const F& field) noexcept;
-
-// A field of the tupel entry, and a unit, a scaler and a value that are present together: as soon
-// as one of them is.
-#define QUARN_TUPEL_FIELD(Name, Type, Label)                                                       \
-    struct Name : Field<Type, label::Label> {                                                      \
-        bool Get##Name(Type& v) const noexcept { return IsWhole(*this) && Get(v); }                \
-        bool Set##Name(const Type& v) noexcept { return Set(v); }                                  \
-    };
-#define QUARN_TUPEL_TRIPLE(Name)                                                                   \
-    struct USV_##Name : Triple<label::unit_##Name, label::scaler_##Name, label::value_##Name> {    \
-        bool GetUSV_##Name(unsigned int& unit, int& scaler, long long& value) const noexcept       \
-        {                                                                                          \
-            return IsWhole(*this) && Get(unit, scaler, value);                                     \
-        }                                                                                          \
-        bool SetUSV_##Name(unsigned int unit, int scaler, long long value) noexcept                \
-        {                                                                                          \
-            return Set(unit, scaler, value);                                                       \
-        }                                                                                          \
-    };
-
-template <const auto& UnitLabel, const auto& ScalerLabel, const auto& ValueLabel>
-struct Triple : FieldSet<Field<unsigned int, UnitLabel>, Field<int, ScalerLabel>,
-                         Field<long long, ValueLabel>> {
-protected:
-    using U = Field<unsigned int, UnitLabel>;
-    using S = Field<int, ScalerLabel>;
-    using V = Field<long long, ValueLabel>;
-
-    bool Get(unsigned int& unit, int& scaler, long long& value) const noexcept
+    bool GetObjName(unsigned long long& v) const noexcept { return Get<quarn::label::objName>(v); }
+    bool SetObjName(const unsigned long long& v) noexcept { return Set<quarn::label::objName>(v); }
+    bool GetUnit(unsigned int& v) const noexcept { return Get<quarn::label::unit>(v); }
+    bool SetUnit(const unsigned int& v) noexcept { return Set<quarn::label::unit>(v); }
+    bool GetScaler(int& v) const noexcept { return Get<quarn::label::scaler>(v); }
+    bool SetScaler(const int& v) noexcept { return Set<quarn::label::scaler>(v); }
+    bool GetValue(cSmlValue& v) const noexcept { return Get<quarn::label::value>(v); }
+    bool SetValue(const cSmlValue& v) noexcept { return Set<quarn::label::value>(v); }
+    bool GetValueSign(std::string& v) const noexcept
     {
-        return U::Get(unit) && S::Get(scaler) && V::Get(value);
+        return Get<quarn::label::valueSignature>(v);
     }
-    bool Set(unsigned int unit, int scaler, long long value) noexcept
+    bool SetValueSign(const std::string& v) noexcept
     {
-        return U::Set(unit) && S::Set(scaler) && V::Set(value);
-    }
-    static constexpr void Describe(Description& to, unsigned rules)
-    {
-        Triple::FieldSet::Describe(to, rules);
-        to.pNext[-1].uiRules |= RULE_TOGETHER;
+        return Set<quarn::label::valueSignature>(v);
     }
 };
 
-QUARN_TUPEL_FIELD(ServerId, std::string, serverId)
-QUARN_TUPEL_FIELD(SecIndex, cSmlTime, secIndex)
-QUARN_TUPEL_FIELD(Status, unsigned long long, status)
-QUARN_TUPEL_TRIPLE(pA)
-QUARN_TUPEL_TRIPLE(R1)
-QUARN_TUPEL_TRIPLE(R4)
-QUARN_TUPEL_FIELD(Signature_pAR1R4, std::string, signature_pA_R1_R4)
-QUARN_TUPEL_TRIPLE(mA)
-QUARN_TUPEL_TRIPLE(R2)
-QUARN_TUPEL_TRIPLE(R3)
-QUARN_TUPEL_FIELD(Signature_mAR2R3, std::string, signature_mA_R2_R3)
+// A header entry: name, unit and scaler of one object in a profile.
+class QUARN_API cSmlHeaderEntry : public quarn::detail::HeaderEntry
+{
+public:
+    using Object::Object;
 
-struct Fields
-    : FieldSet<Required<ServerId>, Required<SecIndex>, Required<Status>, Required<USV_pA>,
-               Required<USV_R1>, Required<USV_R4>, Required<Signature_pAR1R4>, Required<USV_mA>,
-               Required<USV_R2>, Required<USV_R3>, Required<Signature_mAR2R3>> {
+    bool GetObjName(unsigned long long& v) const noexcept { return Get<quarn::label::objName>(v); }
+    bool GetUnit(unsigned int& v) const noexcept { return Get<quarn::label::unit>(v); }
+    bool GetScaler(int& v) const noexcept { return Get<quarn::label::scaler>(v); }
+};
+
+// A value entry: a value, perhaps signed.
+class QUARN_API cSmlValueEntry : public quarn::detail::ValueEntry
+{
+public:
+    using Object::Object;
+
+    bool GetValue(cSmlValue& v) const noexcept { return Get<quarn::label::value>(v); }
+    bool GetValueSign(std::string& v) const noexcept
+    {
+        return Get<quarn::label::valueSignature>(v);
+    }
+};
+
+// A list entry: one object of a get-list response.
+class QUARN_API cSmlListEntry : public quarn::detail::ListEntry
+{
+public:
+    using Object::Object;
+
+    bool GetObjName(unsigned long long& v) const noexcept { return Get<quarn::label::objName>(v); }
+    bool SetObjName(const unsigned long long& v) noexcept { return Set<quarn::label::objName>(v); }
+    bool GetStatus(unsigned long long& v) const noexcept { return Get<quarn::label::status>(v); }
+    bool SetStatus(const unsigned long long& v) noexcept { return Set<quarn::label::status>(v); }
+    bool GetValTime(cSmlTime& v) const noexcept { return Get<quarn::label::valTime>(v); }
+    bool SetValTime(const cSmlTime& v) noexcept { return Set<quarn::label::valTime>(v); }
+    bool GetUnit(unsigned int& v) const noexcept { return Get<quarn::label::unit>(v); }
+    bool SetUnit(const unsigned int& v) noexcept { return Set<quarn::label::unit>(v); }
+    bool GetScaler(int& v) const noexcept { return Get<quarn::label::scaler>(v); }
+    bool SetScaler(const int& v) noexcept { return Set<quarn::label::scaler>(v); }
+    bool GetValue(cSmlValue& v) const noexcept { return Get<quarn::label::value>(v); }
+    bool SetValue(const cSmlValue& v) noexcept { return Set<quarn::label::value>(v); }
+    bool GetValueSign(std::string& v) const noexcept
+    {
+        return Get<quarn::label::valueSignature>(v);
+    }
+    bool SetValueSign(const std::string& v) noexcept
+    {
+        return Set<quarn::label::valueSignature>(v);
+    }
+};
+
+// A tupel entry: active and reactive quantities, each a unit, a scaler and a value, with their
+// signatures. All fields are required, and the getters succeed only for an entry that is valid. A
+// unit, a scaler and a value are present together: as soon as one of them is.
+class QUARN_API cSmlTupelEntry : public quarn::detail::TupelEntry
+{
+public:
+    using Object::Object;
+
+    bool GetServerId(std::string& v) const noexcept
+    {
+        return IsValid() && Get<quarn::label::serverId>(v);
+    }
+    bool SetServerId(const std::string& v) noexcept { return Set<quarn::label::serverId>(v); }
+    bool GetSecIndex(cSmlTime& v) const noexcept
+    {
+        return IsValid() && Get<quarn::label::secIndex>(v);
+    }
+    bool SetSecIndex(const cSmlTime& v) noexcept { return Set<quarn::label::secIndex>(v); }
+    bool GetStatus(unsigned long long& v) const noexcept
+    {
+        return IsValid() && Get<quarn::label::status>(v);
+    }
+    bool SetStatus(const unsigned long long& v) noexcept { return Set<quarn::label::status>(v); }
+    bool GetUSV_pA(unsigned int& unit, int& scaler, long long& value) const noexcept
+    {
+        return IsValid() && Get<quarn::label::unit_pA>(unit) &&
+               Get<quarn::label::scaler_pA>(scaler) && Get<quarn::label::value_pA>(value);
+    }
+    bool SetUSV_pA(unsigned int unit, int scaler, long long value) noexcept
+    {
+        return Set<quarn::label::unit_pA>(unit) && Set<quarn::label::scaler_pA>(scaler) &&
+               Set<quarn::label::value_pA>(value);
+    }
+    bool GetUSV_R1(unsigned int& unit, int& scaler, long long& value) const noexcept
+    {
+        return IsValid() && Get<quarn::label::unit_R1>(unit) &&
+               Get<quarn::label::scaler_R1>(scaler) && Get<quarn::label::value_R1>(value);
+    }
+    bool SetUSV_R1(unsigned int unit, int scaler, long long value) noexcept
+    {
+        return Set<quarn::label::unit_R1>(unit) && Set<quarn::label::scaler_R1>(scaler) &&
+               Set<quarn::label::value_R1>(value);
+    }
+    bool GetUSV_R4(unsigned int& unit, int& scaler, long long& value) const noexcept
+    {
+        return IsValid() && Get<quarn::label::unit_R4>(unit) &&
+               Get<quarn::label::scaler_R4>(scaler) && Get<quarn::label::value_R4>(value);
+    }
+    bool SetUSV_R4(unsigned int unit, int scaler, long long value) noexcept
+    {
+        return Set<quarn::label::unit_R4>(unit) && Set<quarn::label::scaler_R4>(scaler) &&
+               Set<quarn::label::value_R4>(value);
+    }
+    bool GetSignature_pAR1R4(std::string& v) const noexcept
+    {
+        return IsValid() && Get<quarn::label::signature_pA_R1_R4>(v);
+    }
+    bool SetSignature_pAR1R4(const std::string& v) noexcept
+    {
+        return Set<quarn::label::signature_pA_R1_R4>(v);
+    }
+    bool GetUSV_mA(unsigned int& unit, int& scaler, long long& value) const noexcept
+    {
+        return IsValid() && Get<quarn::label::unit_mA>(unit) &&
+               Get<quarn::label::scaler_mA>(scaler) && Get<quarn::label::value_mA>(value);
+    }
+    bool SetUSV_mA(unsigned int unit, int scaler, long long value) noexcept
+    {
+        return Set<quarn::label::unit_mA>(unit) && Set<quarn::label::scaler_mA>(scaler) &&
+               Set<quarn::label::value_mA>(value);
+    }
+    bool GetUSV_R2(unsigned int& unit, int& scaler, long long& value) const noexcept
+    {
+        return IsValid() && Get<quarn::label::unit_R2>(unit) &&
+               Get<quarn::label::scaler_R2>(scaler) && Get<quarn::label::value_R2>(value);
+    }
+    bool SetUSV_R2(unsigned int unit, int scaler, long long value) noexcept
+    {
+        return Set<quarn::label::unit_R2>(unit) && Set<quarn::label::scaler_R2>(scaler) &&
+               Set<quarn::label::value_R2>(value);
+    }
+    bool GetUSV_R3(unsigned int& unit, int& scaler, long long& value) const noexcept
+    {
+        return IsValid() && Get<quarn::label::unit_R3>(unit) &&
+               Get<quarn::label::scaler_R3>(scaler) && Get<quarn::label::value_R3>(value);
+    }
+    bool SetUSV_R3(unsigned int unit, int scaler, long long value) noexcept
+    {
+        return Set<quarn::label::unit_R3>(unit) && Set<quarn::label::scaler_R3>(scaler) &&
+               Set<quarn::label::value_R3>(value);
+    }
+    bool GetSignature_mAR2R3(std::string& v) const noexcept
+    {
+        return IsValid() && Get<quarn::label::signature_mA_R2_R3>(v);
+    }
+    bool SetSignature_mAR2R3(const std::string& v) noexcept
+    {
+        return Set<quarn::label::signature_mA_R2_R3>(v);
+    }
     // The entry is valid as soon as all fields are present; there is nothing left to do here.
     void SetClassValid() noexcept {}
 };
-
-template <class F>
-bool IsWhole(const F& field) noexcept
-{
-    return Engine::IsValid(CLASS_TUPEL_ENTRY, static_cast<const Fields*>(&field));
-}
-
-} // namespace quarn::detail::tupel
-
-// A period entry: the value of one object in a period.
-QUARN_CLASS(cSmlPeriodEntry,
-            Structure<CLASS_PERIOD_ENTRY, Required<field::SettableObjName>,
-                      Required<field::SettableUnit>, Required<field::SettableScaler>,
-                      Required<field::SettableValue>, field::SettableValueSign>)
-
-// A header entry: name, unit and scaler of one object in a profile.
-QUARN_CLASS(cSmlHeaderEntry, Structure<CLASS_HEADER_ENTRY, Required<field::ObjName>,
-                                       Required<field::Unit>, Required<field::Scaler>>)
-
-// A value entry: a value, perhaps signed.
-QUARN_CLASS(cSmlValueEntry, Structure<CLASS_VALUE_ENTRY, Required<field::Value>, field::ValueSign>)
-
-// A list entry: one object of a get-list response.
-QUARN_CLASS(cSmlListEntry,
-            Structure<CLASS_LIST_ENTRY, Required<field::SettableObjName>, field::SettableStatus,
-                      field::SettableValTime, field::SettableUnit, field::SettableScaler,
-                      Required<field::SettableValue>, field::SettableValueSign>)
-
-// A tupel entry: active and reactive quantities, each a unit, a scaler and a value, with their
-// signatures. All fields are required, and the getters succeed only for an entry that is valid.
-QUARN_CLASS(cSmlTupelEntry, Object<CLASS_TUPEL_ENTRY, tupel::Fields>)
 
 #endif

@@ -6,45 +6,60 @@
 
 #include "quarn/records/bodies.h"
 
-namespace quarn::detail::field
+namespace quarn::detail
 {
 
-QUARN_FIELD(TransactionId, GetTransactionId, std::string, transactionId)
-QUARN_FIELD(GroupNo, GetGroupNo, unsigned int, groupNo)
-QUARN_FIELD(AbortOnError, GetAbortOnError, unsigned int, abortOnError)
-QUARN_FIELD(SmlMsgIdentifier, GetSmlMsgIdentifier, unsigned int, smlMsgIdentifier)
-QUARN_FIELD(OpenClientId, GetOpenClientId, std::string, openCid)
-QUARN_FIELD(OpenReqFileId, GetOpenReqFileId, std::string, openRfid)
-QUARN_FIELD(OpenServerId, GetOpenServerId, std::string, openSid)
-QUARN_FIELD(OpenTId, GetOpenTId, std::string, openTid)
-QUARN_FIELD(OpenGrpNo, GetOpenGrpNo, unsigned int, openGNo)
-QUARN_FIELD(OpenAbort, GetOpenAbort, unsigned int, openAOE)
-QUARN_FIELD(MsgError, GetMsgError, int, Error)
-QUARN_FIELD(MsgType, GetMsgType, int, Type)
-QUARN_FIELD(MsgCast, GetMsgCast, int, Cast)
-QUARN_FIELD(MsgNo, GetMsgNo, unsigned int, MsgNoInFile)
+using MsgHeader = ObjectOf<CLASS_MSG_HEADER, schema::kMsgHeader, AllRequired>;
+using MsgStatus = ObjectOf<CLASS_MSG_STATUS, schema::kStatus, AllRequired>;
 
-// With an operation for hosts that ask for it: the object is valid as soon as all fields are
-// present, so there is nothing left to do.
-template <class F>
-struct Tested : F {
+} // namespace quarn::detail
+
+// The header: the message's own four fields, then what the open message of its file said.
+class QUARN_API cSmlMsgHeader : public quarn::detail::MsgHeader
+{
+public:
+    using Object::Object;
+
+    bool GetTransactionId(std::string& v) const noexcept
+    {
+        return Get<quarn::label::transactionId>(v);
+    }
+    bool GetGroupNo(unsigned int& v) const noexcept { return Get<quarn::label::groupNo>(v); }
+    bool GetAbortOnError(unsigned int& v) const noexcept
+    {
+        return Get<quarn::label::abortOnError>(v);
+    }
+    bool GetSmlMsgIdentifier(unsigned int& v) const noexcept
+    {
+        return Get<quarn::label::smlMsgIdentifier>(v);
+    }
+    bool GetOpenClientId(std::string& v) const noexcept { return Get<quarn::label::openCid>(v); }
+    bool GetOpenReqFileId(std::string& v) const noexcept { return Get<quarn::label::openRfid>(v); }
+    bool GetOpenServerId(std::string& v) const noexcept { return Get<quarn::label::openSid>(v); }
+    bool GetOpenTId(std::string& v) const noexcept { return Get<quarn::label::openTid>(v); }
+    bool GetOpenGrpNo(unsigned int& v) const noexcept { return Get<quarn::label::openGNo>(v); }
+    bool GetOpenAbort(unsigned int& v) const noexcept { return Get<quarn::label::openAOE>(v); }
+
+    // For hosts that ask for it: the object is valid as soon as all fields are present, so there is
+    // nothing left to do.
     void TestClass_SetValid() noexcept {}
 };
 
-} // namespace quarn::detail::field
-
-// The header: the message's own four fields, then what the open message of its file said.
-QUARN_CLASS(cSmlMsgHeader,
-            Structure<CLASS_MSG_HEADER, Required<field::TransactionId>, Required<field::GroupNo>,
-                      Required<field::AbortOnError>, Required<field::SmlMsgIdentifier>,
-                      Required<field::OpenClientId>, Required<field::OpenReqFileId>,
-                      Required<field::OpenServerId>, Required<field::OpenTId>,
-                      Required<field::OpenGrpNo>, Required<field::Tested<field::OpenAbort>>>)
-
 // The status. Error: 0, or why the message was refused. Type: 0 request, 1 response. Cast: 0
 // broadcast, 2 addressed, -1 not classified. Number: of the message in its file, from 1.
-QUARN_CLASS(cSmlMsgStatus,
-            Structure<CLASS_MSG_STATUS, Required<field::MsgError>, Required<field::MsgType>,
-                      Required<field::MsgCast>, Required<field::Tested<field::MsgNo>>>)
+class QUARN_API cSmlMsgStatus : public quarn::detail::MsgStatus
+{
+public:
+    using Object::Object;
+
+    bool GetMsgError(int& v) const noexcept { return Get<quarn::label::Error>(v); }
+    bool GetMsgType(int& v) const noexcept { return Get<quarn::label::Type>(v); }
+    bool GetMsgCast(int& v) const noexcept { return Get<quarn::label::Cast>(v); }
+    bool GetMsgNo(unsigned int& v) const noexcept { return Get<quarn::label::MsgNoInFile>(v); }
+
+    // For hosts that ask for it: the object is valid as soon as all fields are present, so there is
+    // nothing left to do.
+    void TestClass_SetValid() noexcept {}
+};
 
 #endif

@@ -1,8 +1,12 @@
-// What the record classes are made of. A class is a list of fields, or holds a list or a choice
-// (values.h, lists.h, tree.h); Object makes of it what hosts use, and the library does the work,
-// once for all classes, by a table that follows from the declaration (engine.h).
+// What the record classes are made of. A class holds the fields of a structure of the schema, or a
+// list or a choice (values.h, lists.h, tree.h): labels, types and order follow from the schema, and
+// the class adds the rules of its fields and the names of its getters and setters. Object makes of
+// it what hosts use, and the library does the work once for all classes, by tables that it makes at
+// compile time (engine.h).
 //
-// The getters and setters of the named fields (Codepage has GetCodepage, and so on) never throw:
+// A field is a parameter of the label that its getter names. Its type tells the kind: std::string
+// is Data, unsigned int UInt, unsigned long long UInt64, int and short SInt, long long SInt64, bool
+// Bool, a class Record; of a cSmlValue the kind says what it is. Getters and setters never throw:
 //   - a getter returns true and copies the field when it is present; it returns false, and leaves
 //     its argument as it was, when the field is absent or no memory is left for the copy;
 //   - a setter returns true; or false, with nothing changed, when no memory is left.
@@ -14,13 +18,34 @@
 #define QUARN_RECORDS_OBJECT_H
 
 #include "quarn/foundation/export.h"
-#include "quarn/foundation/labels.h"
 #include "quarn/foundation/plain.h"
 #include "quarn/foundation/record_builder.h"
+#include "quarn/foundation/schema.h"
 
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
+
+class cSmlTime;
+class cSmlListType;
+class cSmlValue;
+class cSmlPeriodEntry;
+class cSmlTupelEntry;
+class cSmlHeaderEntry;
+class cSmlValueEntry;
+class cSmlListEntry;
+class cSmlProfObjPeriodEntry;
+class cSmlList;
+class cSmlPeriodList;
+class cSmlValueList;
+class cSmlHeaderList;
+class cSmlProfObjPeriodList;
+class cSmlTreePath;
+class cSmlObjList;
+class cSmlProcParValue;
+class cSmlChildList;
+class cSmlTree;
 
 namespace quarn::detail
 {
@@ -78,15 +103,106 @@ bool TryAssign(T& to, const T& from) noexcept
     return true;
 }
 
+// The class for each structure that a field or an element of a list can be.
+template <const schema::Structure* structure>
+struct StructureTag {
+};
+cSmlTime ClassFor(StructureTag<&schema::kTime>);
+cSmlPeriodEntry ClassFor(StructureTag<&schema::kPeriodEntry>);
+cSmlTupelEntry ClassFor(StructureTag<&schema::kTupelEntry>);
+cSmlHeaderEntry ClassFor(StructureTag<&schema::kHeaderEntry>);
+cSmlValueEntry ClassFor(StructureTag<&schema::kValueEntry>);
+cSmlListEntry ClassFor(StructureTag<&schema::kListEntry>);
+cSmlProfObjPeriodEntry ClassFor(StructureTag<&schema::kPackPeriod>);
+cSmlList ClassFor(StructureTag<&schema::kList>);
+cSmlPeriodList ClassFor(StructureTag<&schema::kPeriodList>);
+cSmlValueList ClassFor(StructureTag<&schema::kValueList>);
+cSmlHeaderList ClassFor(StructureTag<&schema::kHeaderList>);
+cSmlProfObjPeriodList ClassFor(StructureTag<&schema::kPackPeriodList>);
+cSmlTreePath ClassFor(StructureTag<&schema::kTreePath>);
+cSmlObjList ClassFor(StructureTag<&schema::kObjectList>);
+cSmlProcParValue ClassFor(StructureTag<&schema::kProcParValue>);
+cSmlChildList ClassFor(StructureTag<&schema::Tree::kChildren>);
+cSmlTree ClassFor(StructureTag<&schema::Tree::kNode>);
+
+template <typename T>
+struct Type {
+    using type = T;
+};
+
+// The type in which a class holds an element: a plain one, or the element's class.
+template <const schema::Structure& structure, std::size_t i>
+constexpr auto TypeOfElement()
+{
+    constexpr eKIND kind = schema::KindOf(structure[i]);
+    if constexpr (structure[i].eType == schema::eTYPE::VALUE)
+        return Type<cSmlValue>();
+    else if constexpr (kind == KIND_RECORD)
+        return Type<decltype(ClassFor(StructureTag<structure[i].pStructure>()))>();
+    else if constexpr (kind == KIND_DATA)
+        return Type<std::string>();
+    else if constexpr (kind == KIND_BOOL)
+        return Type<bool>();
+    else if constexpr (kind == KIND_UINT)
+        return Type<unsigned>();
+    else if constexpr (kind == KIND_UINT64)
+        return Type<unsigned long long>();
+    else
+        return Type<std::conditional_t<structure[i].uiMost == sizeof(short), short, int>>();
+}
+template <const schema::Structure& structure, std::size_t i>
+using ElementType = typename decltype(TypeOfElement<structure, i>())::type;
+
 // How a field differs from the plain case, any of them together.
 enum eRULE : unsigned {
     RULE_REQUIRED = 1,   // its class is not valid without it
     RULE_ONE_OF = 2,     // nor without at least one of those that have this rule
     RULE_OR_EMPTY = 4,   // when it is missing, it is present and empty
-    RULE_IF_RECORD = 8,  // a structure whose record may be missing without a word
+    RULE_IF_RECORD = 8,  // a structure whose record may be missing without a trace line
     RULE_AS_RECORD = 16, // a structure that is present as soon as its record is, valid or not
-    RULE_TOGETHER = 32,  // with the two in front, present as soon as one of the three is
-    RULE_OR_FROM = 64    // it may stand under a second label
+    RULE_TOGETHER = 32,  // an SInt64, and with the two in front present as soon as one of them is
+    RULE_OR_FROM = 64    // it may stand under a second label, and is written under the first
+};
+
+// The labels that a rule is for.
+template <eRULE Rule, const auto&... Labels>
+struct RuleFor {
+    static constexpr unsigned For(std::string_view label)
+    {
+        return (... || (label == Labels)) ? unsigned{Rule} : 0U;
+    }
+    static constexpr const char* SecondFor(std::string_view) { return nullptr; }
+    static constexpr std::size_t CountIn(const schema::Structure& structure)
+    {
+        std::size_t count = 0;
+        for (const schema::Element& element : structure)
+            count += For(element.label) != 0 ? 1 : 0;
+        return count;
+    }
+    static constexpr std::size_t kCount = sizeof...(Labels);
+};
+template <const auto&... Labels>
+using Required = RuleFor<RULE_REQUIRED, Labels...>;
+template <const auto&... Labels>
+using OneOf = RuleFor<RULE_ONE_OF, Labels...>;
+template <const auto&... Labels>
+using OrEmpty = RuleFor<RULE_OR_EMPTY, Labels...>;
+template <const auto&... Labels>
+using IfRecord = RuleFor<RULE_IF_RECORD, Labels...>;
+template <const auto&... Labels>
+using AsRecord = RuleFor<RULE_AS_RECORD, Labels...>;
+template <const auto&... Labels>
+using Together = RuleFor<RULE_TOGETHER, Labels...>;
+template <const auto& Label, const auto& Second>
+struct OrFrom : RuleFor<RULE_OR_FROM, Label> {
+    static constexpr const char* SecondFor(std::string_view label)
+    {
+        return label == Label ? Second : nullptr;
+    }
+};
+struct AllRequired : RuleFor<RULE_REQUIRED> {
+    static constexpr unsigned For(std::string_view) { return RULE_REQUIRED; }
+    static constexpr std::size_t CountIn(const schema::Structure&) { return 0; }
 };
 
 // A field in the table of its class.
@@ -111,108 +227,84 @@ struct Holder : Cell {
     T value{};
 };
 
-// Where the description of a class has come to: the next row, and the place behind the last field.
-struct Description {
-    Row* pNext;
-    unsigned uiEnd = 0;
-
-    template <typename T>
-    constexpr unsigned NextPlaceOf() const
-    {
-        constexpr unsigned unit = alignof(T);
-        return (uiEnd + unit - 1) / unit * unit;
-    }
+// The cells of a structure's elements, in their order.
+template <std::size_t I, typename T>
+struct CellAt : Holder<T> {
+};
+template <class Fields, class Numbers>
+struct Cells;
+template <class Fields, std::size_t... I>
+struct Cells<Fields, std::index_sequence<I...>>
+    : CellAt<I, typename Fields::template TypeAt<I>>... {
 };
 
 struct Access; // the library's, to what is protected
 
-template <typename T, const auto& Text>
-class Field : protected Holder<T>
+// What a class is told of its structure: the type and the rules of each element.
+template <const schema::Structure& structure, class... Rules>
+struct Plan {
+    static_assert((... && (Rules::CountIn(structure) == Rules::kCount)), "a rule for no element");
+
+    static constexpr const schema::Structure& kStructure = structure;
+    static constexpr std::size_t kCount = structure.uiCount;
+
+    static constexpr unsigned RulesFor(std::string_view label)
+    {
+        return (0U | ... | Rules::For(label));
+    }
+    static constexpr const char* SecondFor(std::string_view label)
+    {
+        const char* second = nullptr;
+        ((second = second != nullptr ? second : Rules::SecondFor(label)), ...);
+        return second;
+    }
+    static constexpr std::size_t IndexOf(std::string_view label)
+    {
+        std::size_t i = 0;
+        while (i < kCount && structure[i].label != label)
+            ++i;
+        return i;
+    }
+    template <std::size_t I>
+    using TypeAt = std::conditional_t<(RulesFor(structure[I].label) & RULE_TOGETHER) != 0,
+                                      long long, ElementType<structure, I>>;
+};
+
+// The fields of a class: all elements of its structure, with or without a getter.
+template <const schema::Structure& structure, class... Rules>
+class Fields : Cells<Plan<structure, Rules...>, std::make_index_sequence<structure.uiCount>>
 {
 protected:
-    static constexpr std::size_t kRows = 1;
+    using PlanType = Plan<structure, Rules...>;
 
-    bool Get(T& out) const noexcept { return IsPresent() && TryAssign(out, this->value); }
+    template <const auto& label, typename T>
+    bool Get(T& out) const noexcept
+    {
+        return Has<label>() && TryAssign(out, CellOf<label>(*this).value);
+    }
+    template <const auto& label, typename T>
     bool Set(const T& v) noexcept
     {
-        if (!TryAssign(this->value, v))
+        auto& cell = CellOf<label>(*this);
+        if (!TryAssign(cell.value, v))
             return false;
-        this->bPresent = true;
+        cell.bPresent = true;
         return true;
     }
-    bool IsPresent() const noexcept { return this->bPresent; }
-    // Appends its rows.
-    static constexpr void Describe(Description& to, unsigned rules)
+    template <const auto& label>
+    bool Has() const noexcept
     {
-        static_assert(sizeof Text > 4 && sizeof Text <= kReadableName);
-        const auto place = to.NextPlaceOf<Holder<T>>();
-        to.uiEnd = place + unsigned{sizeof(Holder<T>)};
-        unsigned number = 0;
-        if constexpr (kKindOf<T> == KIND_RECORD) {
-            number = T::kNumber;
-            if (number == CLASS_TIME) // which says nothing when its record is missing
-                rules |= RULE_IF_RECORD;
-        }
-        const int parKind = kKindOf<T> == kShort ? KIND_SINT : kKindOf<T>;
-        const unsigned value = to.uiEnd - unsigned{sizeof(T)};
-        *to.pNext++ = {Text, sizeof Text, kKindOf<T>, parKind, number, place, value, rules};
+        return CellOf<label>(*this).bPresent;
     }
 
-    friend struct Access;
-};
-
-// One row of a table of fields: the field, its getter, its type, its label.
-#define QUARN_FIELD(Name, Getter, Type, Label)                                                     \
-    struct Name : Field<Type, label::Label> {                                                      \
-        bool Getter(Type& v) const noexcept { return Get(v); }                                     \
-    };
-
-// The same for a field with a setter beside its getter: SettableName is Name with it.
-#define QUARN_SETTER(Name, Setter)                                                                 \
-    struct Settable##Name : Name {                                                                 \
-        bool Setter(const decltype(value)& v) noexcept { return Set(v); }                          \
-    };
-
-template <class F, eRULE Rule>
-struct Ruled : F {
-protected:
-    static constexpr void Describe(Description& to, unsigned rules)
+private:
+    template <const auto& label, class F>
+    static auto& CellOf(F& fields) noexcept
     {
-        F::Describe(to, rules | Rule);
-    }
-};
-template <class F>
-using Required = Ruled<F, RULE_REQUIRED>;
-template <class F>
-using OneOf = Ruled<F, RULE_ONE_OF>;
-template <class F>
-using OrEmpty = Ruled<F, RULE_OR_EMPTY>;
-template <class F>
-using IfRecord = Ruled<F, RULE_IF_RECORD>;
-template <class F>
-using AsRecord = Ruled<F, RULE_AS_RECORD>;
-
-// A field that may also stand under a second label. It is written under the first.
-template <class F, const auto& Second>
-struct OrFrom : F {
-protected:
-    static constexpr void Describe(Description& to, unsigned rules)
-    {
-        F::Describe(to, rules | RULE_OR_FROM);
-        to.pNext[-1].pcSecond = Second;
-    }
-};
-
-// The fields of a class, in the order in which they are written.
-template <class... F>
-struct FieldSet : F... {
-protected:
-    static constexpr std::size_t kRows = (0 + ... + F::kRows);
-
-    static constexpr void Describe(Description& to, unsigned rules)
-    {
-        to.uiEnd = to.NextPlaceOf<FieldSet>(); // that of its widest field, wherever this one stands
-        (F::Describe(to, rules), ...);
+        constexpr std::size_t i = PlanType::IndexOf(label);
+        static_assert(i < PlanType::kCount, "the structure has no element of that label");
+        using Held = CellAt<i, typename PlanType::template TypeAt<i>>;
+        return static_cast<std::conditional_t<std::is_const_v<F>, const Held, Held>&>(fields);
     }
 
     friend struct Access;
@@ -263,20 +355,8 @@ protected:
     const Core* This() const noexcept { return this; }
 };
 
-// A class that hosts use, and what it is: an object as quarn::detail knows it.
-#define QUARN_CLASS(Name, ...)                                                                     \
-    namespace quarn::detail                                                                        \
-    {                                                                                              \
-    using Name##_ = __VA_ARGS__;                                                                   \
-    }                                                                                              \
-    class QUARN_API Name : public quarn::detail::Name##_                                           \
-    {                                                                                              \
-    public:                                                                                        \
-        using Object::Object;                                                                      \
-    };
-
-template <eCLASS Number, class... F>
-using Structure = Object<Number, FieldSet<F...>>;
+template <eCLASS Number, const schema::Structure& structure, class... Rules>
+using ObjectOf = Object<Number, Fields<structure, Rules...>>;
 
 } // namespace quarn::detail
 

@@ -10,61 +10,50 @@ import sys
 root = sys.argv[1]
 HEADERS = ["values", "entries", "lists", "tree", "bodies", "envelope"]
 HEAD = "| label | class | label of a field: getter, setter |\n|---|---|---|\n"
-# What has no macro: a set of fields of its own, or a choice.
-CORES = {"cSmlTime": "TimeFields", "cSmlListType": "ListTypeFields", "cSmlValue": "ValueCore",
-         "cSmlProcParValue": "ProcParValueCore"}
 
 
 def read(name):
     with open(f"{root}/{name}", encoding="utf-8") as file:
-        return re.sub(r"//.*|\\$", "", file.read(), flags=re.M)
+        return re.sub(r"\s+", " ", re.sub(r"//.*", "", file.read()))
 
 
-source = re.sub(r"\s+", " ", " ".join(read(f"quarn/records/{name}.h") for name in HEADERS))
-fields = {name: f"{label}: `{getter}`" for name, getter, label in
-          re.findall(r"QUARN_FIELD\((\w+), (\w+), [\w: ]+, (\w+)\)", source)}
-fields["SmlVersion"] = "smlVersion"
-for name, setter in re.findall(r"QUARN_SETTER\((\w+), (\w+)\)", source):
-    fields["Settable" + name] = f"{fields[name]}, `{setter}`"
-tupel = {name: f"{label}: `Get{name}`, `Set{name}`" for name, label in
-         re.findall(r"QUARN_TUPEL_FIELD\((\w+), [\w: ]+, (\w+)\)", source)}
-tupel.update({"USV_" + name: f"unit_{name}, scaler_{name}, value_{name}: `GetUSV_{name}`, `SetUSV_{name}`"
-              for name in re.findall(r"QUARN_TUPEL_TRIPLE\((\w+)\)", source)})
+# The label of each structure is that of its message, or what the first element that holds it has.
+schema = read("quarn/foundation/schema.h")
+labels = {name: label for label, name in re.findall(r'label::(\w+), "[^"]+", (k\w+)\}', schema)}
+for name, label in re.findall(r"Of\((?:Tree::)?(k\w+), label::(\w+)\)", schema):
+    labels.setdefault(name, label)
+of_element = dict(re.findall(r"Element (k\w+) = .*?label::(\w+)", schema))
+of_list = {name: of_element[element] for name, element in
+           re.findall(r"(k\w+) = ListOf\((k\w+)\)", schema)}
+
+source = " ".join(read(f"quarn/records/{name}.h") for name in HEADERS)
+structures = dict(re.findall(r"using (\w+) = ObjectOf< ?CLASS_\w+, schema::(?:Tree::)?(k\w+)", source))
+structures.update(TimeObject="kTime", ListTypeObject="kListType", ProcParValueObject="kProcParValue")
 
 
-def operations(start):
-    """Those of the class whose declaration starts so, each once."""
-    body = source[source.index(start):]
-    body = body[:body.index("}; ")]
-    found = re.findall(r"bool ((?:Get|Set)\w*)\(", body.split("protected:")[0])
-    return [f"`{name}`" for name in dict.fromkeys(found)]
+def fields(body):
+    """The fields of a class, each with its getter and setter; behind them the other operations."""
+    found = {}
+    for name, code in re.findall(r"bool ((?:Get|Set)\w*)\([^)]*\) (?:const )?noexcept \{(.*?)\}", body):
+        told = re.findall(r"\b(?:Get|Set)<quarn::label::(\w+)>", code)
+        own = ", ".join(told) if len(told) in (1, 3) else ""
+        found.setdefault(own, [])
+        if f"`{name}`" not in found[own]:
+            found[own].append(f"`{name}`")
+    others = found.pop("", [])
+    return "; ".join([f"{label}: {', '.join(names)}" for label, names in found.items()] +
+                     ([", ".join(others)] if others else []))
 
 
-def cell(name):
-    element = re.search(rf"QUARN_LIST\({name}, \w+, [\w ]+, (\w+), \w+\)", source)
+made = HEAD
+for name, base, body in re.findall(r"class QUARN_API (\w+) : public quarn::detail::(.*?) ?\{ public: (.*?) \};", source):
+    element = re.search(r"schema::(?:Tree::)?(k\w+)>", base)
     if element:
-        what = element[1]
-        return f"{elements[name]}: `Get{what}Entry`, `Get{what}Count`, `Set{what}Entry`"
-    if name in CORES:
-        own = operations(f"class QUARN_API {name} ") if f"class QUARN_API {name} " in source else []
-        inherited = operations(f"class {CORES[name]} ")
-        named = re.findall(r"field::(\w+)", source[source.index(f"class {CORES[name]} "):][:200])
-        told = [fields[field] for field in named if field in fields]
-        return "; ".join(told + [", ".join(dict.fromkeys(inherited + own))])
-    if name == "cSmlTupelEntry":
-        declared, table = re.search(r"struct Fields : FieldSet<(.*?)> \{", source)[1], tupel
+        names = re.findall(r"bool (\w+)\(", body)
+        made += f"| {labels[element[1]]} | `{name}` | {of_list[element[1]]}: "
+        made += ", ".join(f"`{each}`" for each in names) + " |\n"
     else:
-        declared = re.search(rf"QUARN_CLASS\( ?{name}, ?(Structure<.*?>) ?\)", source)
-        declared = declared[1] if declared else re.search(r"using GetListRes = (Structure<.*?>);", source)[1]
-        table = fields
-    told = [table[word] for word in re.findall(r"\w+", declared) if word in table]
-    return "; ".join(told)
-
-
-descriptions = re.sub(r"\s+", " ", read("quarn/records/engine.cpp"))
-classes = re.findall(r"<(cSml\w+)[^>]*>\(\{?\"\w+\", label::(\w+)", descriptions)
-elements = dict(re.findall(r"Listed<(\w+)>\(\"\w+\", label::\w+, \{label::(\w+)", descriptions))
-made = HEAD + "".join(f"| {label} | `{name}` | {cell(name)} |\n" for name, label in classes)
+        made += f"| {labels.get(structures.get(base), 'value')} | `{name}` | {fields(body)} |\n"
 
 page_name = f"{root}/docs/records.md"
 with open(page_name, encoding="utf-8") as file:
