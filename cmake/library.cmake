@@ -3,7 +3,8 @@
 
 # SONAME carries the version of the interface: the major number, from 1.0.0 on. The flags are the
 # library's own: whoever links it, static or not, gets none of them. What a library calls of itself
-# is its own, so that it can be inlined.
+# is its own, so that it can be inlined. Static and shared libraries are compiled alike (no symbol
+# tells which), so that a compiler cache has the one from the other.
 function(quarn_library target script)
   set(script ${CMAKE_CURRENT_SOURCE_DIR}/${script})
   add_library(quarn::${target} ALIAS ${target})
@@ -13,6 +14,6 @@ function(quarn_library target script)
   target_compile_options(${target} PRIVATE ${quarn_warnings} -fno-semantic-interposition)
   target_link_options(${target} PRIVATE LINKER:-Bsymbolic-functions,--version-script=${script})
   set_target_properties(${target} PROPERTIES
-    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS ${script})
+    DEFINE_SYMBOL "" VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS ${script})
   quarn_harden(${target})
 endfunction()

@@ -1,5 +1,5 @@
 // quarn check: what the inputs hold, in numbers, and what is wrong with them.
-#include "tools/command.h"
+#include "tools/commands.h"
 #include "tools/input/intake.h"
 #include "tools/input/pump.h"
 #include "tools/output/json.h"
@@ -164,25 +164,9 @@ private:
 
 } // namespace
 
-void AddCheck(CLI::App& app, int& status)
+int RunCheck(const CheckOptions& options)
 {
-    struct Options {
-        InputOptions inputs;
-        eINPUT eKind = INPUT_AUTO;
-        bool bJson = false;
-    };
-    const auto options = std::make_shared<Options>();
-    CLI::App* check = app.add_subcommand("check", "Count what inputs hold and what is wrong there");
-    AddInputs(*check, options->inputs, "Inputs to read, counted together");
-    AddInputOption(*check, options->eKind);
-    check->add_flag("--json", options->bJson, "Print the summary as one JSON object");
-    check->footer("Of the servers, the first 10000 are listed, and that there are more.\n"
-                  "\n"
-                  "Example:\n"
-                  "  quarn check --json examples/household.bin");
-    check->callback([options, &status] {
-        status = PumpToStdout<cChecker>(options->inputs, options->eKind, options->bJson);
-    });
+    return PumpToStdout<cChecker>(options.inputs, options.eInput, options.bJson);
 }
 
 } // namespace tool

@@ -3,7 +3,7 @@
 // With --frame, what stands from an open to a close message becomes one frame. A file that is never
 // closed is framed all the same, so that nothing is lost, and told. A message outside a file is
 // refused then, since nobody could read it.
-#include "tools/command.h"
+#include "tools/commands.h"
 #include "tools/encoding/message_encoder.h"
 #include "tools/encoding/record_reader.h"
 #include "tools/input/hex_reader.h"
@@ -13,7 +13,6 @@
 #include "tools/road/framer.h"
 
 #include <algorithm>
-#include <memory>
 
 namespace tool
 {
@@ -119,27 +118,9 @@ private:
 
 } // namespace
 
-void AddEncode(CLI::App& app, int& status)
+int RunEncode(const EncodeOptions& options)
 {
-    struct Options {
-        InputOptions inputs;
-        bool bFrame = false;
-    };
-    const auto options = std::make_shared<Options>();
-    CLI::App* encode = app.add_subcommand("encode", "Make SML of records, as decode prints them");
-    AddInputs(*encode, options->inputs,
-              "Inputs of one JSON object per line, one after the other: lines of 'decode\n"
-              "--format records', or bare message records");
-    encode->add_flag("--frame", options->bFrame,
-                     "Wrap each file, from its open to its close message, in a transport frame");
-    encode->footer("A line that cannot be encoded is told on stderr and left out.\n"
-                   "\n"
-                   "Example:\n"
-                   "  quarn decode --format records examples/household.bin |\n"
-                   "  quarn encode --frame > again.bin");
-    encode->callback([options, &status] {
-        status = PumpToStdout<cLineEncoder>(options->inputs, options->bFrame);
-    });
+    return PumpToStdout<cLineEncoder>(options.inputs, options.bFrame);
 }
 
 } // namespace tool

@@ -2,7 +2,7 @@
 //
 // What it has damaged stands at the end on stderr, in the counts that 'quarn check' prints of the
 // same stream.
-#include "tools/command.h"
+#include "tools/commands.h"
 #include "tools/input/interrupt.h"
 #include "tools/simulation/faults.h"
 #include "tools/simulation/meter.h"
@@ -10,13 +10,9 @@
 
 #include <cerrno>
 #include <chrono>
-#include <climits>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
-#include <limits>
-#include <memory>
-#include <optional>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -27,17 +23,6 @@ namespace
 {
 
 using ull = unsigned long long;
-
-struct SimulateOptions {
-    unsigned uiEntries = 6;
-    std::optional<double> interval;
-    ull ullCount = 0; // 0: without end
-    ull ullSeed = 1;
-    double dFaults = 0;
-    std::string output = "-";
-    bool bForce = false;
-    std::optional<std::uint16_t> port;
-};
 
 // The frames of the meter, as the line delivers them.
 class cStream
@@ -154,7 +139,9 @@ int ToFile(cStream& stream, const SimulateOptions& options, cReport& report)
     return report.Status();
 }
 
-int Simulate(const SimulateOptions& options)
+} // namespace
+
+int RunSimulate(const SimulateOptions& options)
 {
     CatchInterrupts();
     std::signal(SIGPIPE, SIG_IGN);
@@ -166,52 +153,6 @@ int Simulate(const SimulateOptions& options)
     if (Serve(*options.port, options.interval.value_or(1), produce, report))
         stream.Tell(report);
     return report.Status();
-}
-
-} // namespace
-
-void AddSimulate(CLI::App& app, int& status)
-{
-    const auto options = std::make_shared<SimulateOptions>();
-    CLI::App* simulate = app.add_subcommand("simulate", "Be a meter: write frames of readings");
-    AddNumber(*simulate, "--entries", options->uiEntries, 1U, cMeter::kMaxEntries,
-              "Entries of a reading (6)", "N");
-    AddNumber(*simulate, "--interval", options->interval, 0.0, 1e6,
-              "Seconds from one frame to the next, such as 0.5. Without it the\n"
-              "meter's clock steps by 1 and files and pipes get their frames as fast\n"
-              "as they take them, clients of --listen one a second (with 0, theirs\n"
-              "come without a pause, too)",
-              "SEC");
-    AddNumber(*simulate, "--count", options->ullCount, 1ULL, ULLONG_MAX,
-              "Frames to send; without it, no end", "N");
-    AddNumber(*simulate, "--seed", options->ullSeed, 0ULL, ULLONG_MAX,
-              "The same seed makes the same bytes (1)", "N");
-    AddNumber(*simulate, "--faults", options->dFaults, 0.0, 1.0,
-              "Fraction of the frames to damage, from 0 to 1: flipped bits, a lost\n"
-              "begin or end, noise between frames",
-              "P");
-    CLI::Option* output =
-        simulate
-            ->add_option("-o,--output", options->output,
-                         "File to write, which must not exist; - is standard output (the default)")
-            ->type_name("FILE");
-    simulate->add_flag("--force", options->bForce, "Write over the FILE of --output if it exists")
-        ->needs(output);
-    AddNumber(*simulate, "--listen", options->port, std::uint16_t{0},
-              std::numeric_limits<std::uint16_t>::max(),
-              "Serve TCP clients on this port of the loopback interface (0: any that\n"
-              "is free), at most " +
-                  std::to_string(kMaxClients) +
-                  " at a time; frames are sent while there is a client",
-              "PORT")
-        ->excludes(output);
-    simulate->footer("The counts at the end, on stderr, are those that 'quarn check' finds.\n"
-                     "\n"
-                     "Examples:\n"
-                     "  quarn simulate --count 1000 --faults 0.05 | quarn check\n"
-                     "  quarn simulate --listen 4059 --count 3 & sleep 1; quarn decode "
-                     "tcp:127.0.0.1:4059");
-    simulate->callback([options, &status] { status = Simulate(*options); });
 }
 
 } // namespace tool

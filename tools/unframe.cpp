@@ -2,7 +2,7 @@
 //
 // A payload is held back until its frame has ended, and only written when the checksum is right,
 // unless --keep-bad. A payload that cannot be held (16 MiB) is withheld like a damaged one.
-#include "tools/command.h"
+#include "tools/commands.h"
 #include "tools/input/pump.h"
 #include "tools/road/teller.h"
 
@@ -76,25 +76,9 @@ private:
 
 } // namespace
 
-void AddUnframe(CLI::App& app, int& status)
+int RunUnframe(const UnframeOptions& options)
 {
-    struct Options {
-        InputOptions inputs;
-        bool bKeepBad = false;
-    };
-    const auto options = std::make_shared<Options>();
-    CLI::App* unframe = app.add_subcommand("unframe", "Take raw SML out of transport frames");
-    AddInputs(*unframe, options->inputs, "Inputs of transport frames, one after the other");
-    unframe->add_flag("--keep-bad", options->bKeepBad,
-                      "Write also what damaged and unfinished frames hold");
-    unframe->footer("Frames with a wrong checksum, unfinished ones and bytes outside frames are\n"
-                    "told on stderr and left out.\n"
-                    "\n"
-                    "Example:\n"
-                    "  quarn unframe examples/household.bin > household.sml");
-    unframe->callback([options, &status] {
-        status = PumpToStdout<cUnframer>(options->inputs, options->bKeepBad);
-    });
+    return PumpToStdout<cUnframer>(options.inputs, options.bKeepBad);
 }
 
 } // namespace tool

@@ -7,7 +7,7 @@
 set -euo pipefail
 root=$1 libraries=$2 scratch=$3 compiler=$4 flags=$5
 framework=$root/tests/framework/framework.h
-checked="-O1 $flags -fsanitize=address"
+checked="-O0 $flags -fsanitize=address"
 
 cmake -S "$root" -B "$scratch" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" \
     -DCMAKE_CXX_FLAGS="$checked" -DQUARN_WERROR=ON -DQUARN_FRAMEWORK="$framework" >"$scratch.log"
