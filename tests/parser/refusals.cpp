@@ -48,7 +48,7 @@ void ExpectRefusal(const test::Row& row, bool first)
 
 TEST(ParserRefusals, EveryCodeWithItsTraceAndStatus)
 {
-    for (const test::Row& row : test::Rows("parser/refusals.txt", 5)) {
+    for (const test::Row& row : test::Refusals()) {
         for (const bool first : {true, false}) {
             SCOPED_TRACE(row[0] + (first ? ", first message" : ", later message"));
             ExpectRefusal(row, first);

@@ -271,7 +271,7 @@ TEST(Explain, AgreesWithTheParser)
         const Told told = explain(test::Message(row[1], row[2]) + close);
         EXPECT_FALSE(told.bDamaged) << told.text;
     }
-    for (const test::Row& row : test::Rows("parser/refusals.txt", 5)) {
+    for (const test::Row& row : test::Refusals()) {
         SCOPED_TRACE(row[0]);
         const std::string text = explain(test::Refused(row)).text;
         EXPECT_NE(text.find("the parser stops here"), std::string::npos) << text;
