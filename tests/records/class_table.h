@@ -66,43 +66,36 @@ void Elements(vorn::cRecord& out, const C& list)
         Written(rebuilt).begin()->GetRecord(out);
 }
 
-std::string Wrapped(const Element& element, unsigned number);
-
-// An element as the classes write it; the number tells it from others.
-inline std::string Sample(const Element& element, unsigned number)
+// An element as the classes write it; the number tells it from others. ofList: as an element of a
+// list, where most entries stand in a record of their own.
+inline std::string Sample(const Element& element, unsigned number, bool ofList = false)
 {
     const Structure* const structure = element.pStructure;
-    const std::string digits = std::to_string(number);
-    std::string text;
-    if (element.eType == schema::eTYPE::VALUE) {
-        text = 'I' + digits;
-    } else if (structure == nullptr) {
-        const quarn::eKIND kind = schema::KindOf(element);
-        text = kind == quarn::KIND_DATA     ? "x" + ToHex(std::string(1, static_cast<char>(number)))
-               : kind == quarn::KIND_BOOL   ? "b1"
-               : kind == quarn::KIND_UINT   ? 'u' + digits
-               : kind == quarn::KIND_UINT64 ? 'U' + digits
-                                            : "i-" + digits;
-    } else {
-        const bool isChoice = structure->eForm == schema::eFORM::CHOICE;
-        text = isChoice ? "{type=u1 " + Sample((*structure)[0], number) : "{";
-        for (const Element& inner : *structure) {
-            if (!isChoice && inner.pStructure != &schema::Tree::kChildren)
-                text += structure->IsList() ? Wrapped(inner, number) : Sample(inner, number) + ' ';
+    const std::string digits = std::to_string(number), name = std::string(element.label) + '=';
+    if (element.eType == schema::eTYPE::VALUE)
+        return name + 'I' + digits;
+    if (structure == nullptr) {
+        switch (schema::KindOf(element)) {
+        case quarn::KIND_DATA:
+            return name + 'x' + ToHex(std::string(1, static_cast<char>(number)));
+        case quarn::KIND_BOOL:
+            return name + "b1";
+        case quarn::KIND_SINT:
+            return name + "i-" + digits;
+        default:
+            return name + (schema::KindOf(element) == quarn::KIND_UINT ? 'u' : 'U') + digits;
         }
-        text += '}';
     }
-    return std::string(element.label) + '=' + text;
-}
-
-// An element of a list: most entries are written in a record of their own.
-inline std::string Wrapped(const Element& element, unsigned number)
-{
-    const Structure* const entry = element.pStructure;
-    const std::string text = Sample(element, number);
-    const bool isPlain =
-        entry == nullptr || entry == &schema::kListEntry || entry == &schema::Tree::kNode;
-    return isPlain ? text : std::string(element.label) + "={" + text + '}';
+    if (structure->eForm == schema::eFORM::CHOICE)
+        return name + "{type=u1 " + Sample((*structure)[0], number) + '}';
+    std::string text = name + '{';
+    for (const Element& inner : *structure) {
+        if (inner.pStructure != &schema::Tree::kChildren)
+            text += Sample(inner, number, structure->IsList()) + ' ';
+    }
+    text += '}';
+    const bool isBare = structure == &schema::kListEntry || structure == &schema::Tree::kNode;
+    return ofList && !isBare ? name + '{' + text + '}' : text;
 }
 
 // clang-format off
@@ -119,17 +112,17 @@ auto Of(const std::string& name, const char* label, unsigned rules, const std::s
 
 // The same of a structure's elements, each with its mark.
 template <class C, typename... Getters>
-auto Of(const std::string& name, const char* label, const Structure& structure, unsigned rules, const std::string& missing, const char* marks, Getters... getters)
+auto Of(const std::string& name, const char* label, const Structure& structure, unsigned rules, const std::string& missing, const std::string& marks, Getters... getters)
 {
     std::string fields;
-    for (const Element& element : structure)
-        fields += *marks++ + Sample(element, static_cast<unsigned>(&element - structure.begin()) + 1) + ' ';
+    for (unsigned i = 0; i < structure.uiCount; ++i)
+        fields += marks.at(i) + Sample(structure[i], i + 1) + ' ';
     return Of<C>(name, label, rules, missing, fields, getters...);
 }
 
 // The same of a message's body, or of what stands beside it.
 template <class C, typename... Getters>
-auto Body(const std::string& name, const char* label, const Structure& structure, const char* marks, Getters... getters)
+auto Body(const std::string& name, const char* label, const Structure& structure, const std::string& marks, Getters... getters)
 {
     return Of<C>(name, label, structure, 0, "[2]: " + name, marks, getters...);
 }
@@ -141,12 +134,11 @@ auto List(const std::string& name, const char* label, const Structure& structure
 {
     std::string fields;
     for (const unsigned number : {1U, 2U, 3U})
-        fields += Wrapped(structure[0], number) + ' ';
+        fields += Sample(structure[0], number, true) + ' ';
     const Texts texts{missing.empty() ? "" : missing + name + kMissing, refusedLevel + name + kRefused + refused,
                       "[2]: " + name + ": Record " + emptyName + " is empty", "[2]: " + name + ": " + fault};
     return Case<C, void (*)(vorn::cRecord&, const C&)>(name, label, rules | kWritesValid, texts, fields, &Elements<C, emptied>);
 }
-
 
 // All classes, as a tuple.
 inline const auto& Classes()
