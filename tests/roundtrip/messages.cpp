@@ -10,6 +10,15 @@ namespace
 
 using namespace test;
 
+// The generator takes the limits from the library: here they stand as they are documented.
+static_assert(SML_MAX_TRANSACTION_ID == 64 && SML_MAX_CLIENT_ID == 32 &&
+              SML_MAX_REQ_FILE_ID == 64 && SML_MAX_SERVER_ID == 32 && SML_MAX_CODEPAGE == 64 &&
+              SML_MAX_USERNAME == 64 && SML_MAX_PASSWORD == 64 && SML_MAX_ATTRIBUTE == 512 &&
+              SML_MAX_ATTENTION_MSG == 128 && SML_MAX_SIGNATURE == 256 && SML_NAME_SIZE == 6 &&
+              SML_VALUE_CHUNK == 1200 && SML_MAX_ENCODED_ENVELOPE == 500 &&
+              SML_MAX_ENCODED_REQUEST == 1000 && SML_MAX_ENCODED_LIST == 4000 &&
+              SML_MAX_ENCODED_TREE == 10000);
+
 // The last record of the message within a file; of no parameters when the parser refused it.
 cRecord Parsed(const Sent& sent)
 {

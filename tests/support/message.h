@@ -3,7 +3,6 @@
 #define TESTS_SUPPORT_MESSAGE_H
 
 #include "tests/support/hex.h"
-#include "tests/support/rows.h"
 
 #include "quarn/quarn.h"
 
@@ -41,27 +40,6 @@ inline std::string OddOpenRes()
                "76 01 01 03 11 22 04 AA BB CC 01 01 62 85 00");
 }
 inline std::string CloseRes() { return Message("0201", "71 01"); }
-
-// The rows of parser/refusals.txt, and for each body two more: no list, and one of 14 elements.
-inline std::vector<Row> Refusals()
-{
-    std::vector<Row> rows = Rows("parser/refusals.txt", 5);
-    for (const auto& message : quarn::schema::kMessages) {
-        std::string name(message.label.substr(3));
-        if (name.substr(name.size() - 3) == "Res")
-            name += 'p';
-        const std::string tag = {static_cast<char>(message.uiTag >> 8),
-                                 static_cast<char>(message.uiTag)};
-        rows.push_back({name, '@' + ToHex(tag) + "62", "27", name + ":Seq-Type!", ""});
-        rows.push_back({name, '@' + ToHex(tag) + "7E", "28", name + ":Seq-Cnt!", ""});
-    }
-    return rows;
-}
-// The bytes of such a row.
-inline std::string Refused(const Row& row)
-{
-    return row[1][0] == '@' ? Head(row[1].substr(1, 4)) + Hex(row[1].substr(5)) : Hex(row[1]);
-}
 
 // An octet string of any length with its TL field of seven bytes.
 inline std::string LongString(const std::string& data)

@@ -3,6 +3,7 @@
 #include "tests/support/captures.h"
 #include "tests/support/hex.h"
 #include "tests/support/message.h"
+#include "tests/support/refusals.h"
 #include "tests/support/rows.h"
 #include "tests/tools/program.h"
 #include "tests/tools/terminal.h"
