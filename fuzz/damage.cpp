@@ -3,25 +3,11 @@
 #include "fuzz/input.h"
 #include "tests/roundtrip/generator.h"
 
-namespace
-{
-
-std::string GoodFile(test::Choices& choices)
-{
-    const auto& kinds = test::Kinds();
-    std::string bytes;
-    for (const unsigned kind : {choices.Below(2), 4 + choices.Below(9), 2 + choices.Below(2)})
-        bytes += test::Make(kinds[kind], choices.Below(0x10000), test::AtRandom).Bytes();
-    return bytes;
-}
-
-} // namespace
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     fuzz::Input input(data, size);
     test::Choices choices = input.Seeded();
-    const std::string good = GoodFile(choices);
+    const std::string good = test::BytesOf(test::MakeFile(choices, 1));
     const std::string garbage = input.Rest();
 
     test::Parser parser;

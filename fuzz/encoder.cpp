@@ -101,8 +101,7 @@ private:
 // parameters when it is refused or only a packet of it is read.
 cRecord Parsed(const Sent& sent)
 {
-    static const std::string open =
-        Make(Kinds()[0], 1, [](Generator&, const Rule& field) { return field.needed; }).Bytes();
+    static const std::string open = Make(KindOf(SML_OPEN_REQ), 1, OnlyNeeded).Bytes();
     Parser parser;
     const bool isOpen = sent.kind->identifier >> 8 == 1;
     parser.FeedFile(isOpen ? sent.Bytes() : open + sent.Bytes(), {});
@@ -121,7 +120,7 @@ void Encode(Sent& sent)
     Require(result == SML_ENCODE_OK, "every record makes a message");
     Require(body == sent.body && header == sent.header, "what is encoded stays as it is");
     Require(sent.result.GetParCount(nullptr, 0, 0) == 2 && !sent.Bytes().empty() &&
-                sent.Bytes().size() <= static_cast<std::size_t>(sent.kind->size),
+                sent.Bytes().size() <= sent.kind->size,
             "the message fits its buffer", sent.result.ToString());
     const TraceCapture traced(LibSmle, 16); // what lacks something is then made of objects
     cRecord same;
@@ -136,7 +135,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::Input input(data, size);
     Damage damage(input.Back());
     Choices choices = input.Front();
-    Sent sent = Fill(Kinds()[choices.Below(13)], choices, AtRandom);
+    Sent sent =
+        Fill(Kinds()[choices.Below(static_cast<unsigned>(Kinds().size()))], choices, AtRandom);
     const Sent meant = sent;
     sent.body = damage.Of(sent.body);
     sent.header = damage.Of(sent.header);

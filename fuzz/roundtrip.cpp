@@ -1,6 +1,5 @@
 // The whole road for one file: messages made of the input, encoded, framed one by one, carried in
 // any pieces, unframed and parsed. They come back as they were sent.
-#include "fuzz/framed.h"
 #include "fuzz/input.h"
 #include "tests/roundtrip/generator.h"
 
@@ -15,12 +14,8 @@ std::map<unsigned, cRecord> Carried(const std::string& stream, Choices& choices)
     cSMLTdec decoder(SMLT_MODE_TP);
     Parser parser;
     fuzz::InPieces(stream, choices, 100, 12000, [&](std::string_view piece, bool last) {
-        cRecord ifRec;
-        cRecord record;
-        cRecord out;
-        AppendBytes(ifRec, "RawData", std::string(piece));
-        record.AppendRecordPar("IfRec", ifRec, 0);
-        vorn::cMsg msg(record);
+        cRecord ifRec, out;
+        vorn::cMsg msg = Carrier(0, piece);
         const int result = decoder.Decode(msg, ifRec, out);
         fuzz::Require(result == (last ? SMLT_DECODE_FRAME : SMLT_DECODE_MORE),
                       "a frame ends with its last byte", std::to_string(result));
@@ -44,17 +39,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Choices pieces = input.Seeded();
     Choices choices = input.Front();
     cSMLTenc encoder(SMLT_MODE_TP);
-    std::vector<Sent> file;
+    const std::vector<Sent> file = MakeFile(choices, choices.Below(4));
     std::string stream;
-    const unsigned within = choices.Below(4);
-    for (unsigned i = 0; i <= within + 1; ++i) {
-        const unsigned kind = i == 0        ? choices.Below(2)
-                              : i <= within ? 4 + choices.Below(9)
-                                            : 2 + choices.Below(2);
-        file.push_back(Make(Kinds()[kind], choices, AtRandom));
-        const unsigned flags = file.back().result.GetFirstPar("SmltFlags", 0, 0).GetUInt();
-        stream += fuzz::Framed(encoder, flags, file.back().Bytes());
-    }
+    for (const Sent& sent : file)
+        stream += Framed(encoder, sent.Flags(), sent.Bytes());
     const std::map<unsigned, cRecord> records = Carried(stream, pieces);
     fuzz::Require(records.size() == file.size(), "every message arrives");
     for (std::size_t i = 0; i < file.size(); ++i) {

@@ -2,7 +2,6 @@
 // take bytes of the wire, random bytes for those that take choices.
 //
 //   fuzz_seeds FOLDER      makes FOLDER/TARGET for each target
-#include "fuzz/framed.h"
 #include "tests/roundtrip/generator.h"
 #include "tests/support/message.h"
 
@@ -31,16 +30,6 @@ private:
     std::filesystem::path path;
     int iCount = 0;
 };
-
-std::string OneFile(const Kind& kind, unsigned seed)
-{
-    const auto& kinds = Kinds();
-    std::string bytes = Make(kinds[seed % 2], seed, AtRandom).Bytes();
-    const unsigned group = kind.identifier >> 8;
-    if (group != 1 && group != 2)
-        bytes += Make(kind, seed, AtRandom).Bytes();
-    return bytes + Make(kinds[2 + seed % 2], seed, AtRandom).Bytes();
-}
 
 // What the encoder does not write: a profile-pack response, a tuple, a value as a list.
 std::vector<std::string> OtherFiles()
@@ -78,23 +67,21 @@ int main(int argc, char** argv)
         return 2;
     }
     LibSmle->iLevel = 0;
+    Choices choices(1);
     std::vector<std::string> files = OtherFiles();
-    for (const Kind& kind : Kinds()) {
-        for (unsigned seed = 0; seed < 4; ++seed)
-            files.push_back(OneFile(kind, seed));
-    }
+    for (unsigned i = 0; i < 80; ++i) // some of every kind
+        files.push_back(BytesOf(MakeFile(choices, i % 3)));
     Folder parser(argv[1], "parser");
     Folder damage(argv[1], "damage");
     Folder transport(argv[1], "transport");
-    Choices choices(1);
     for (const std::string& file : files) {
         const std::string ending = {static_cast<char>(choices.Below(256)),
                                     static_cast<char>(choices.Below(256))};
         parser.Write(file + ending);
         damage.Write(file.substr(0, choices.Below(static_cast<unsigned>(file.size()))) + ending);
         cSMLTenc encoder(SMLT_MODE_TP);
-        const std::string frame = fuzz::Framed(
-            encoder, BUF_FLAG_SML | BUF_FLAG_FIRST | BUF_FLAG_LAST, file.substr(0, 1000));
+        const std::string frame =
+            Framed(encoder, BUF_FLAG_SML | BUF_FLAG_FIRST | BUF_FLAG_LAST, file.substr(0, 1000));
         transport.Write(frame + ending);
         std::string damaged = frame.substr(choices.Below(40));
         damaged.append(frame, 0, 30).append(frame).append(ending);

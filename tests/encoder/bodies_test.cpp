@@ -53,61 +53,60 @@ private:
         others{signature, u8, u32, u64, flag, path, list, tree};
 };
 
-// Setters in the order of the fields; kChoice: what the constructor takes in front of them.
+// A body of that tag, with its setters in the order of its fields; kChoice: what the constructor
+// takes in front of them.
 template <int... kChoice, class Body, class... F>
-void Check(const char* hex, int (Body::*... set)(F*) noexcept)
+void Check(unsigned tag, int (Body::*... set)(F*) noexcept)
 {
+    SCOPED_TRACE(tag);
+    EXPECT_EQ(sizeof...(F), quarn::schema::FindMessage(tag)->body.uiCount);
     Parts parts;
     const std::tuple<F*...> fields{parts.Next<F>()...};
     Body constructed = std::apply([](F*... f) { return Body(kChoice..., f...); }, fields);
     Body filled{kChoice...};
     std::apply([&](F*... f) { EXPECT_EQ((0 | ... | (filled.*set)(f)), 0); }, fields);
-    EXPECT_EQ(Written(constructed), Hexed(hex));
-    EXPECT_EQ(Written(filled), Hexed(hex));
+    const std::string head = Written([&](cBuffer* buf) {
+        ToBin_as_Choice32(tag, buf);
+        ToBin_as_ListCount(sizeof...(F), buf);
+    });
+    const std::string expected =
+        std::apply([&](F*... f) { return (head + ... + Written(*f)); }, fields);
+    EXPECT_EQ(Written(constructed), expected);
+    EXPECT_EQ(Written(filled), expected);
 }
 
 // clang-format off
 TEST(Bodies, EveryFieldGoesToItsPlace)
 {
-    { using B = Sml_Open_Request;
-      Check("72 630100 77 020A 020B 020C 020D 020E 020F 6208",
-          &B::Set_Codepage, &B::Set_ClientID, &B::Set_ReqFileID, &B::Set_ServerID, &B::Set_UserName, &B::Set_Password, &B::Set_SmlVersion); }
-    { using B = Sml_Open_Response;
-      Check("72 630101 76 020A 020B 020C 020D 7262016201 6208",
-          &B::Set_Codepage, &B::Set_ClientID, &B::Set_ReqFileID, &B::Set_ServerID, &B::Set_RefTime, &B::Set_SmlVersion); }
-    { using B = Sml_Close_Request;
-      Check("72 630200 71 0205",
-          &B::Set_Signature); }
-    { using B = Sml_Close_Response;
-      Check("72 630201 71 0205",
-          &B::Set_Signature); }
-    { using B = Sml_GetProfile_Req;
-      Check<0>("72 630300 79 020A 020B 020C 4201 7262016201 7262016202 71 07010203040506 70 73 0207 01 70",
-          &B::Set_ServerId, &B::Set_Username, &B::Set_Password, &B::Set_RawFlag, &B::Set_BeginTime, &B::Set_EndTime, &B::Set_TreePath, &B::Set_ReqObjects, &B::Set_Details); }
-    { using B = Sml_GetProfile_Req;
-      Check<SML_GET_PROFILE_LIST_REQ>("72 630400 79 020A 020B 020C 4201 7262016201 7262016202 71 07010203040506 70 73 0207 01 70",
-          &B::Set_ServerId, &B::Set_Username, &B::Set_Password, &B::Set_RawFlag, &B::Set_BeginTime, &B::Set_EndTime, &B::Set_TreePath, &B::Set_ReqObjects, &B::Set_Details); }
-    { using B = Sml_GetProfList_Resp;
-      Check("72 630401 79 020A 7262016201 6220 71 07010203040506 7262016202 6240 70 020B 0205",
-          &B::Set_ServerId, &B::Set_ActTime, &B::Set_RegPeriod, &B::Set_TreePath, &B::Set_ValTime, &B::Set_Status, &B::Set_LstOfPeriodEntry, &B::Set_RawData, &B::Set_Signature); }
-    { using B = Sml_GetProcPar_Req;
-      Check("72 630500 75 020A 020B 020C 71 07010203040506 020D",
-          &B::Set_ServerId, &B::Set_User, &B::Set_Password, &B::Set_TreePath, &B::Set_Attribute); }
-    { using B = Sml_GetProcPar_Resp;
-      Check("72 630501 73 020A 71 07010203040506 73 0207 01 70",
-          &B::Set_ServerId, &B::Set_TreePath, &B::Set_Tree); }
-    { using B = Sml_SetProcPar_Req;
-      Check("72 630600 75 020A 020B 020C 71 07010203040506 73 0207 01 70",
-          &B::Set_ServerId, &B::Set_User, &B::Set_Password, &B::Set_TreePath, &B::Set_Tree); }
-    { using B = Sml_GetList_Req;
-      Check("72 630700 75 020A 020B 020C 020D 020E",
-          &B::Set_ClientId, &B::Set_ServerId, &B::Set_Username, &B::Set_Password, &B::Set_ListName); }
-    { using B = Sml_GetList_Resp;
-      Check("72 630701 77 020A 020B 020C 7262016201 70 0205 7262016202",
-          &B::Set_ClientId, &B::Set_ServerId, &B::Set_ListName, &B::Set_ActSensorTime, &B::Set_ListOfValEntry, &B::Set_ListSignature, &B::Set_ActGatewayTime); }
-    { using B = Sml_Attention_Response;
-      Check("72 63FF01 74 020A 020B 020C 73 0207 01 70",
-          &B::Set_ServerID, &B::Set_AttNo, &B::Set_AttMsg, &B::Set_AttDetails); }
+    { using B = Sml_Open_Request; Check(SML_OPEN_REQ, &B::Set_Codepage, &B::Set_ClientID,
+          &B::Set_ReqFileID, &B::Set_ServerID, &B::Set_UserName, &B::Set_Password,
+          &B::Set_SmlVersion); }
+    { using B = Sml_Open_Response; Check(SML_OPEN_RES, &B::Set_Codepage, &B::Set_ClientID,
+          &B::Set_ReqFileID, &B::Set_ServerID, &B::Set_RefTime, &B::Set_SmlVersion); }
+    { using B = Sml_Close_Request; Check(SML_CLOSE_REQ, &B::Set_Signature); }
+    { using B = Sml_Close_Response; Check(SML_CLOSE_RES, &B::Set_Signature); }
+    { using B = Sml_GetProfile_Req; Check<0>(SML_GET_PROFILE_PACK_REQ, &B::Set_ServerId,
+          &B::Set_Username, &B::Set_Password, &B::Set_RawFlag, &B::Set_BeginTime, &B::Set_EndTime,
+          &B::Set_TreePath, &B::Set_ReqObjects, &B::Set_Details); }
+    { using B = Sml_GetProfile_Req; Check<SML_GET_PROFILE_LIST_REQ>(SML_GET_PROFILE_LIST_REQ,
+          &B::Set_ServerId, &B::Set_Username, &B::Set_Password, &B::Set_RawFlag, &B::Set_BeginTime,
+          &B::Set_EndTime, &B::Set_TreePath, &B::Set_ReqObjects, &B::Set_Details); }
+    { using B = Sml_GetProfList_Resp; Check(SML_GET_PROFILE_LIST_RES, &B::Set_ServerId,
+          &B::Set_ActTime, &B::Set_RegPeriod, &B::Set_TreePath, &B::Set_ValTime, &B::Set_Status,
+          &B::Set_LstOfPeriodEntry, &B::Set_RawData, &B::Set_Signature); }
+    { using B = Sml_GetProcPar_Req; Check(SML_GET_PROC_PAR_REQ, &B::Set_ServerId, &B::Set_User,
+          &B::Set_Password, &B::Set_TreePath, &B::Set_Attribute); }
+    { using B = Sml_GetProcPar_Resp; Check(SML_GET_PROC_PAR_RES, &B::Set_ServerId, &B::Set_TreePath,
+          &B::Set_Tree); }
+    { using B = Sml_SetProcPar_Req; Check(SML_SET_PROC_PAR_REQ, &B::Set_ServerId, &B::Set_User,
+          &B::Set_Password, &B::Set_TreePath, &B::Set_Tree); }
+    { using B = Sml_GetList_Req; Check(SML_GET_LIST_REQ, &B::Set_ClientId, &B::Set_ServerId,
+          &B::Set_Username, &B::Set_Password, &B::Set_ListName); }
+    { using B = Sml_GetList_Resp; Check(SML_GET_LIST_RES, &B::Set_ClientId, &B::Set_ServerId,
+          &B::Set_ListName, &B::Set_ActSensorTime, &B::Set_ListOfValEntry, &B::Set_ListSignature,
+          &B::Set_ActGatewayTime); }
+    { using B = Sml_Attention_Response; Check(SML_ATTENTION_RES, &B::Set_ServerID, &B::Set_AttNo,
+          &B::Set_AttMsg, &B::Set_AttDetails); }
 }
 // clang-format on
 

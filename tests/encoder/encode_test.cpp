@@ -145,7 +145,7 @@ TEST(Encode, BufferSizes)
 {
     EncoderTrace trace(0);
     for (const Kind& kind : Kinds()) {
-        const auto size = static_cast<std::size_t>(kind.size);
+        const std::size_t size = kind.size;
         const bool isList = kind.encode == Encode_GetList_Response;
         std::string ballast = isList ? "valList={" : "parTreePath={";
         for (std::size_t i = 0; size >= SML_MAX_ENCODED_LIST && i < size / (isList ? 10 : 8) + 10;

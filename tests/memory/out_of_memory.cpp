@@ -16,8 +16,6 @@ using namespace test;
 const std::string kLongName(60, 'n');
 const std::string kLongData(50, 'd');
 
-bool Everything(Generator&, const Rule&) { return true; }
-
 // All trace lines are made, and dropped: one that finds no memory gets lost without a word.
 class OutOfMemory : public ::testing::Test
 {

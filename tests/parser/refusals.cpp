@@ -1,8 +1,7 @@
 // Every code with which a message is refused, from real message bytes, with its trace, as the first
 // and as a later message of its file; and the status that it gives the host.
 #include "tests/parser/in_pieces.h"
-#include "tests/support/message.h"
-#include "tests/support/rows.h"
+#include "tests/support/refusals.h"
 #include "tests/support/trace_capture.h"
 
 #include <gtest/gtest.h>
@@ -48,7 +47,7 @@ void ExpectRefusal(const test::Row& row, bool first)
 
 TEST(ParserRefusals, EveryCodeWithItsTraceAndStatus)
 {
-    for (const test::Row& row : test::Rows("parser/refusals.txt", 5)) {
+    for (const test::Row& row : test::Refusals()) {
         for (const bool first : {true, false}) {
             SCOPED_TRACE(row[0] + (first ? ", first message" : ", later message"));
             ExpectRefusal(row, first);

@@ -66,18 +66,12 @@ TEST(Parsed, EncodedMessages)
 {
     TraceCapture quiet;
     std::set<std::string> seen;
-    for (const Kind& kind : Kinds()) {
-        for (unsigned seed = 1; seed <= 100; ++seed) {
-            Parser parser;
-            const auto& kinds = Kinds();
-            const auto needed = [](Generator&, const Rule& field) { return field.needed; };
-            parser.FeedFile(
-                Make(kind.identifier == 0x0101 ? kinds[1] : kinds[0], seed, AtRandom).Bytes() +
-                    Make(kind, seed, AtRandom).Bytes() + Make(kinds[2], 1, needed).Bytes(),
-                {});
-            for (const auto& [key, record] : parser.records)
-                Check(record, seen);
-        }
+    Choices choices(1);
+    for (int round = 0; round < 400; ++round) {
+        Parser parser;
+        parser.FeedFile(BytesOf(MakeFile(choices, 3)), {});
+        for (const auto& [key, record] : parser.records)
+            Check(record, seen);
     }
     EXPECT_EQ(seen,
               (std::set<std::string>{"cSmlOpenReq", "cSmlOpenResp", "cSmlGetProfileReq",
@@ -95,18 +89,9 @@ TEST(Parsed, Recordings)
     std::set<std::string> seen;
     for (const auto& file : files) {
         SCOPED_TRACE(file);
-        std::string bytes = ReadFile(file);
         Parser parser;
-        cSMLTdec decoder(SMLT_MODE_TP);
-        for (int result = SMLT_DECODE_LEFT; result == SMLT_DECODE_LEFT;) {
-            vorn::cRecord transport, unused, payload;
-            AppendBytes(transport, "RawData", bytes);
-            vorn::cMsg message;
-            message.GetRecord().AppendRecordPar("IfRec", transport, 0);
-            result = decoder.Decode(message, unused, payload);
-            parser.parser.SmlParser(payload, parser.records, parser.count);
-            bytes.erase(0, bytes.size() - static_cast<std::size_t>(decoder.GetRemaining()));
-        }
+        for (const std::string& payload : Payloads(ReadFile(file)))
+            parser.FeedFile(payload, {});
         for (const auto& [key, record] : parser.records)
             Check(record, seen);
     }

@@ -1,6 +1,6 @@
-// Message records at random: each body is a table of fields, and one generator fills them all. The
-// numbers gather round the borders of their widths; byte strings are rich in escape bytes. A budget
-// keeps a message within the buffer that it is encoded in.
+// Message records at random: the schema says what a body holds, and every element is filled by its
+// type. The numbers gather round the borders of their widths; byte strings are rich in escape
+// bytes. A budget keeps a message within the buffer that it is encoded in.
 #ifndef TESTS_ROUNDTRIP_GENERATOR_H
 #define TESTS_ROUNDTRIP_GENERATOR_H
 
@@ -13,28 +13,125 @@
 namespace test
 {
 
+namespace label = quarn::label;
+namespace schema = quarn::schema;
+using schema::Element;
+using schema::Structure;
 using vorn::cRecord;
 using U64 = unsigned long long;
 
-struct Rule;
-class Generator;
-using Maker = void (*)(Generator& gen, cRecord& rec, const Rule& rule);
+// ---- What the schema does not say of the way there and back
 
-struct Rule {
-    const char* label;
-    Maker make;
-    unsigned most = 0;             // bytes of a string, bits or value of a number
-    bool needed = false;           // the parser refuses a message without it
-    const char* element = nullptr; // of a list: the label of its elements
+enum class Change { NONE, ONE_TEXT, BELOW_TWO, REFUSED, RENAMED, TOLD_WHEN_ABSENT };
+
+struct OneWay {
+    const Structure* body; // null: any
+    std::string_view label;
+    Change change;
+    const char* reason;
 };
+
+inline constexpr OneWay kOneWay[] = {
+    {&schema::kOpenReq, label::codepage, Change::ONE_TEXT, "the parser knows one"},
+    {&schema::kOpenReq, label::smlVersion, Change::BELOW_TWO, "version 1 is the last known"},
+    {nullptr, label::withRawdata, Change::REFUSED, "not supported by the parser"},
+    {nullptr, label::attribute, Change::REFUSED, "not supported by the parser"},
+    {nullptr, label::rawdata, Change::RENAMED, "RawData when encoded"},
+    {nullptr, label::serverId, Change::TOLD_WHEN_ABSENT, "requests tell an absent server"},
+    {&schema::kOpenRes, label::codepage, Change::TOLD_WHEN_ABSENT, ""},
+    {nullptr, label::refTime, Change::TOLD_WHEN_ABSENT, ""},
+    {nullptr, label::beginTime, Change::TOLD_WHEN_ABSENT, ""},
+    {nullptr, label::endTime, Change::TOLD_WHEN_ABSENT, ""},
+};
+
+inline Change ChangeOf(const Structure& body, const Element& element)
+{
+    for (const OneWay& row : kOneWay) {
+        if ((row.body == nullptr || row.body == &body) && row.label == element.label)
+            return row.change;
+    }
+    return Change::NONE;
+}
+
+// The parser refuses a message without it, or reads something else: a path that is missing is
+// written as an empty one, a value as an empty string.
+inline bool Needed(const Element& element)
+{
+    return (!element.bOptional || element.eType == schema::eTYPE::VALUE) &&
+           element.pStructure != &schema::kTreePath;
+}
+
+inline void AppendBytes(cRecord& rec, const char* label, const std::string& bytes)
+{
+    rec.AppendDataPar(label, bytes.data(), static_cast<int>(bytes.size()), 0);
+}
+
+// ---- The generator
 
 class Generator
 {
 public:
-    Generator(Choices c, int bytes) : choices(std::move(c)), budget(bytes) {}
+    Generator(Choices& c, unsigned bytes) : choices(c), budget(static_cast<int>(bytes)) {}
 
     unsigned Below(unsigned n) { return choices.Below(n); }
-    bool Afford(int bytes) { return budget >= bytes; }
+    std::string Bytes(unsigned least, unsigned most)
+    {
+        const unsigned room = static_cast<unsigned>(std::max(budget, 1));
+        const unsigned limit = std::max(least, std::min(most, room));
+        std::string bytes(Below(4) == 0 ? limit : least + Below(limit - least + 1), '\x1B');
+        if (Below(8) != 0) // else nothing but escape bytes
+            for (char& c : bytes)
+                c = static_cast<char>(Below(3) == 0 ? 0x1B : Below(256));
+        Spend(static_cast<int>(bytes.size()) + 3);
+        return bytes;
+    }
+    // A record of the elements that has says; those that are refused are left out.
+    template <typename Has>
+    cRecord Sequence(const Structure& structure, Has has)
+    {
+        cRecord rec;
+        for (const Element& element : structure) {
+            const Change change = ChangeOf(structure, element);
+            if (change != Change::REFUSED && has(*this, element))
+                Append(rec, element, change);
+        }
+        return rec;
+    }
+    void Append(cRecord& rec, const Element& element, Change change = Change::NONE)
+    {
+        const char* const name = change == Change::RENAMED ? label::RawData : element.label.data();
+        const unsigned bits = change == Change::BELOW_TWO ? 1
+                              : element.IsName()          ? 8 * SML_NAME_SIZE
+                                                          : 8 * element.uiMost;
+        switch (schema::KindOf(element)) {
+        case quarn::KIND_DATA:
+            return AppendBytes(
+                rec, name, change == Change::ONE_TEXT ? "ISO 8859-15" : Bytes(1, element.uiMost));
+        case quarn::KIND_BOOL:
+            return rec.AppendBoolPar(name, Below(2) != 0, 0);
+        case quarn::KIND_UINT:
+            return rec.AppendUIntPar(name, static_cast<unsigned>(Number(bits)), 0);
+        case quarn::KIND_UINT64:
+            return rec.AppendUInt64Par(name, Number(bits), 0);
+        case quarn::KIND_SINT:
+            return rec.AppendSIntPar(name, static_cast<int>(Signed(bits)), 0);
+        default:
+            return element.eType == schema::eTYPE::VALUE
+                       ? AppendValue(rec, element)
+                       : rec.AppendRecordPar(name, Made(element), 0);
+        }
+    }
+    // What the parser can do without is there three times in four; children of a node as far down
+    // as the parser follows.
+    bool Wants(const Element& element)
+    {
+        const bool fits = element.pStructure != &schema::Tree::kChildren ||
+                          (level < MAX_TREE_LEVEL - 1 && Affords(100));
+        return Needed(element) || (fits && Below(4) != 0);
+    }
+
+private:
+    bool Affords(int bytes) const { return budget >= bytes; }
     void Spend(int bytes) { budget -= bytes; }
 
     // Of at most so many bits: a border between two widths or a neighbour of one, or anything.
@@ -52,196 +149,84 @@ public:
         const auto magnitude = static_cast<long long>(Number(bits - 1));
         return Below(2) == 0 ? magnitude : -magnitude - 1;
     }
-    std::string Bytes(unsigned least, unsigned most)
+    void AppendValue(cRecord& rec, const Element& element)
     {
-        const unsigned room = static_cast<unsigned>(std::max(budget, 1));
-        const unsigned limit = std::max(least, std::min(most, room));
-        std::string bytes(Below(4) == 0 ? limit : least + Below(limit - least + 1), '\x1B');
-        if (Below(8) != 0) // else nothing but escape bytes
-            for (char& c : bytes)
-                c = static_cast<char>(Below(3) == 0 ? 0x1B : Below(256));
-        Spend(static_cast<int>(bytes.size()) + 3);
-        return bytes;
+        cRecord list;
+        switch (Below(7)) {
+        case 0:
+            return Append(rec, schema::Boolean(element.label));
+        case 1:
+            return Append(rec, schema::Unsigned(element.label, 4));
+        case 2:
+            return Append(rec, schema::Unsigned(element.label, 8));
+        case 3:
+            return Append(rec, schema::Integer(element.label, 4));
+        case 4:
+            return rec.AppendSInt64Par(element.label.data(), Signed(64), 0);
+        case 5:
+            Append(list, schema::Of(*element.pStructure, label::smlList));
+            return rec.AppendRecordPar(element.label.data(), list, 0);
+        default:
+            return AppendBytes(rec, element.label.data(), Bytes(0, element.uiMost));
+        }
+    }
+    cRecord Made(const Element& element)
+    {
+        const Structure& structure = *element.pStructure;
+        if (structure.IsList())
+            return List(structure, Needed(element) ? 0 : 1);
+        if (structure.eForm == schema::eFORM::CHOICE)
+            return Choice(structure);
+        Spend(&structure == &schema::Tree::kNode ? 6 : 0); // else its first number does
+        return Sequence(structure,
+                        [](Generator& gen, const Element& inner) { return gen.Wants(inner); });
+    }
+    // Of up to 20 elements (so also of more than 15, with its longer head).
+    cRecord List(const Structure& structure, unsigned least)
+    {
+        cRecord list;
+        const unsigned count = least + (Below(4) == 0 ? Below(20) : Below(4));
+        const unsigned deeper = &structure == &schema::Tree::kChildren ? 1 : 0;
+        level += deeper;
+        for (unsigned i = 0; i < count && (i < least || Affords(100)); ++i)
+            Append(list, structure[0]);
+        level -= deeper;
+        return list;
+    }
+    // What is chosen stands beside its tag; of a node, structures stand in a record of their own.
+    cRecord Choice(const Structure& structure)
+    {
+        const bool isNode = &structure == &schema::kProcParValue;
+        std::vector<const Element*> known;
+        for (const Element& element : structure) {
+            if (element.pStructure != &schema::kTupelEntry) // not written by the encoder
+                known.push_back(&element);
+        }
+        const auto count = static_cast<unsigned>(isNode && !Affords(200) ? 1 : known.size());
+        const Element& chosen = *known[known.size() == 1 ? 0 : Below(count)];
+        cRecord rec, inner;
+        rec.AppendUIntPar(label::type, chosen.uiTag, 0);
+        if (chosen.pStructure == &schema::kLocalTime) {
+            for (const Element& element : schema::kLocalTime)
+                Append(rec, element);
+        } else if (!isNode || chosen.eType == schema::eTYPE::VALUE) {
+            Append(rec, chosen);
+        } else {
+            if (chosen.pStructure == &schema::kTime)
+                Append(inner, chosen);
+            else
+                inner = Made(chosen);
+            rec.AppendRecordPar(label::value, inner, 0);
+        }
+        return rec;
     }
 
-    unsigned level = 0; // of the tree under way
-
-private:
-    Choices choices;
+    Choices& choices;
     int budget;
+    unsigned level = 1; // of the tree in progress
 };
 
-inline void AppendBytes(cRecord& rec, const char* label, const std::string& bytes)
-{
-    rec.AppendDataPar(label, bytes.data(), static_cast<int>(bytes.size()), 0);
-}
-
-inline void Octets(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    AppendBytes(rec, rule.label, gen.Bytes(1, rule.most));
-}
-
-inline void Codepage(Generator&, cRecord& rec, const Rule& rule)
-{
-    AppendBytes(rec, rule.label, "ISO 8859-15");
-}
-
-inline void UInt(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    rec.AppendUIntPar(rule.label, static_cast<unsigned>(gen.Number(rule.most)), 0);
-}
-
-inline void UInt64(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    rec.AppendUInt64Par(rule.label, gen.Number(rule.most), 0);
-}
-
-inline void SInt(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    rec.AppendSIntPar(rule.label, static_cast<int>(gen.Signed(rule.most)), 0);
-}
-
-inline void Flag(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    rec.AppendBoolPar(rule.label, gen.Below(2) != 0, 0);
-}
-
-inline void Time(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    cRecord time;
-    const unsigned type = 1 + gen.Below(3);
-    time.AppendUIntPar("type", type, 0);
-    time.AppendUIntPar("value", static_cast<unsigned>(gen.Number(32)), 0);
-    if (type == 3) {
-        SInt(gen, time, {"locOffset", nullptr, 16});
-        SInt(gen, time, {"seaOffset", nullptr, 16});
-    }
-    rec.AppendRecordPar(rule.label, time, 0);
-}
-
-// A record of one field under rule's label.
-inline void Wrapped(Generator& gen, cRecord& rec, const char* label, const Rule& inner)
-{
-    cRecord nested;
-    inner.make(gen, nested, inner);
-    rec.AppendRecordPar(label, nested, 0);
-}
-
-inline void ListType(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    cRecord list;
-    list.AppendUIntPar("type", 1, 0);
-    Time(gen, list, {"SmlTime", nullptr});
-    cRecord value;
-    value.AppendRecordPar("smlList", list, 0);
-    rec.AppendRecordPar(rule.label, value, 0);
-}
-
-inline void Value(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    switch (gen.Below(7)) {
-    case 0:
-        return Flag(gen, rec, rule);
-    case 1:
-        return UInt(gen, rec, {rule.label, nullptr, 32});
-    case 2:
-        return UInt64(gen, rec, {rule.label, nullptr, 64});
-    case 3:
-        return SInt(gen, rec, {rule.label, nullptr, 32});
-    case 4:
-        return rec.AppendSInt64Par(rule.label, gen.Signed(64), 0);
-    case 5:
-        return ListType(gen, rec, rule);
-    default:
-        return AppendBytes(rec, rule.label, gen.Bytes(0, 1200));
-    }
-}
-
-// Fields that the parser can do without are there three times in four.
-template <std::size_t N>
-cRecord Filled(Generator& gen, const Rule (&fields)[N])
-{
-    cRecord rec;
-    for (const Rule& field : fields) {
-        if (field.needed || gen.Below(4) != 0)
-            field.make(gen, rec, field);
-    }
-    return rec;
-}
-
-inline constexpr Rule kListEntry[] = {
-    {"objName", UInt64, 48, true},
-    {"status", UInt64, 64},
-    {"valTime", Time},
-    {"unit", UInt, 8},
-    {"scaler", SInt, 8},
-    {"value", Value, 0, true},
-    {"valueSignature", Octets, 256},
-};
-
-inline constexpr Rule kPeriodEntry[] = {
-    {"objName", UInt64, 48, true}, {"unit", UInt, 8, true},         {"scaler", SInt, 8, true},
-    {"value", Value, 0, true},     {"valueSignature", Octets, 256},
-};
-
-template <const auto& kFields>
-void Entry(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    rec.AppendRecordPar(rule.label, Filled(gen, kFields), 0);
-}
-
-// A list of up to 20 elements (so also of more than 15, with its longer head), none if least is 0.
-inline void Elements(Generator& gen, cRecord& rec, const Rule& rule, Maker make, unsigned least)
-{
-    cRecord list;
-    const unsigned count = least + (gen.Below(4) == 0 ? gen.Below(20) : gen.Below(4));
-    for (unsigned i = 0; i < count && (i < least || gen.Afford(100)); ++i)
-        make(gen, list, {rule.element, nullptr, 48});
-    rec.AppendRecordPar(rule.label, list, 0);
-}
-
-template <const auto& kFields>
-void Entries(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    Elements(gen, rec, rule, Entry<kFields>, 0);
-}
-
-inline void Names(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    Elements(gen, rec, rule, UInt64, 1);
-}
-
-inline void ParValue(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    cRecord value;
-    static constexpr unsigned kTypes[] = {1, 2, 4, 5};
-    const unsigned type = kTypes[gen.Below(gen.Afford(200) ? 4 : 1)];
-    value.AppendUIntPar("type", type, 0);
-    if (type == 1)
-        Value(gen, value, {"value", nullptr});
-    else if (type == 4)
-        Wrapped(gen, value, "value", {"SmlTime", Time});
-    else
-        value.AppendRecordPar("value",
-                              type == 2 ? Filled(gen, kPeriodEntry) : Filled(gen, kListEntry), 0);
-    rec.AppendRecordPar(rule.label, value, 0);
-}
-
-inline void Tree(Generator& gen, cRecord& rec, const Rule& rule)
-{
-    constexpr unsigned kLevels = 11; // the most that the parser follows
-    cRecord tree;
-    gen.Spend(6);
-    UInt64(gen, tree, {"parName", nullptr, 48});
-    if (gen.Below(4) != 0)
-        ParValue(gen, tree, {"procParVal", nullptr});
-    if (++gen.level < kLevels && gen.Afford(100) && gen.Below(4) != 0)
-        Elements(gen, tree, {"child_List", nullptr, 0, false, "parTree"}, Tree, 1);
-    --gen.level;
-    rec.AppendRecordPar(rule.label, tree, 0);
-}
-
-// ---- The messages
+// ---- The messages that the encoder writes
 
 using Encoder = int (*)(cRecord& body, cRecord& header, cRecord& result);
 
@@ -252,64 +237,40 @@ int EncodeProfile(cRecord& body, cRecord& header, cRecord& result)
 }
 
 struct Kind {
-    const char* name;
+    Kind(unsigned tag, Encoder encoder, unsigned longest)
+        : identifier(tag), encode(encoder), size(longest),
+          name(schema::FindMessage(tag)->label.data()), body(schema::FindMessage(tag)->body)
+    {
+    }
     unsigned identifier;
     Encoder encode;
-    int size; // of the encoder's buffer
-    std::vector<Rule> fields;
+    unsigned size; // of the encoder's buffer
+    const char* name;
+    const Structure& body;
 };
 
-// clang-format off
+// Those that open a file, those that close it, and the others.
 inline const std::vector<Kind>& Kinds()
 {
-    static const Rule kServer{"serverId", Octets, 32, true};
-    static const Rule kAnyServer{"serverId", Octets, 32};
-    static const Rule kClient{"clientId", Octets, 32, true};
-    static const Rule kAnyClient{"clientId", Octets, 32};
-    static const Rule kUser{"username", Octets, 64};
-    static const Rule kPassword{"password", Octets, 64};
-    static const Rule kFile{"reqFileId", Octets, 64, true};
-    static const Rule kCodepage{"codepage", Codepage};
-    static const Rule kPath{"parTreePath", Names, 0, false, "path_Entry"};
-    static const Rule kObjects{"object_List", Names, 0, false, "object_List_Entry"};
-    static const Rule kTree{"parTree", Tree, 0, true};
-    static const Rule kAnyTree{"parTree", Tree};
-    static const Rule kPeriods{"period_List", Entries<kPeriodEntry>, 0, true, "SmlPeriodEntry"};
-    static const Rule kEntries{"valList", Entries<kListEntry>, 0, true, "valListEntry"};
-    static const std::vector<Rule> kProfile = {
-        kAnyServer, kUser, kPassword, {"beginTime", Time}, {"endTime", Time}, kPath, kObjects,
-        kAnyTree};
-    static const std::vector<Rule> kClose = {{"globalSignature", Octets, 256}};
     static const std::vector<Kind> kinds = {
-        {"SmlOpenReq", 0x0100, Encode_Open_Request, 500,
-         {kCodepage, kClient, kFile, kAnyServer, kUser, kPassword, {"smlVersion", UInt, 1}}},
-        {"SmlOpenRes", 0x0101, Encode_Open_Response, 500,
-         {{"codepage", Octets, 64}, kAnyClient, kFile, kServer, {"refTime", Time},
-          {"smlVersion", UInt, 8}}},
-        {"SmlCloseReq", 0x0200, Encode_Close_Request, 500, kClose},
-        {"SmlCloseRes", 0x0201, Encode_Close_Response, 500, kClose},
-        {"SmlGetProfileReq", 0x0300, EncodeProfile<0x300>, 1000, kProfile},
-        {"SmlGetProfileReq", 0x0400, EncodeProfile<0x400>, 1000, kProfile},
-        {"SmlGetProfListRes", 0x0401, Encode_GetProfileList_Response, 4000,
-         {kServer, {"actTime", Time}, {"regPeriod", UInt, 32}, kPath, {"valTime", Time},
-          {"status", UInt64, 64, true}, kPeriods, {"RawData", Octets, 1200},
-          {"periodSignature", Octets, 256}}},
-        {"SmlGetProcParReq", 0x0500, Encode_GetProcPar_Request, 1000,
-         {kAnyServer, kUser, kPassword, kPath}},
-        {"SmlGetProcParRes", 0x0501, Encode_GetProcPar_Response, 10000, {kServer, kPath, kTree}},
-        {"SmlSetProcParReq", 0x0600, Encode_SetProcPar_Request, 10000,
-         {kAnyServer, kUser, kPassword, kPath, kTree}},
-        {"SmlGetListReq", 0x0700, Encode_GetList_Request, 1000,
-         {kClient, kAnyServer, kUser, kPassword, {"listName", UInt64, 48}}},
-        {"SmlGetListRes", 0x0701, Encode_GetList_Response, 4000,
-         {kAnyClient, kServer, {"listName", UInt64, 48}, {"actSensorTime", Time}, kEntries,
-          {"listSignature", Octets, 256}, {"actGatewayTime", Time}}},
-        {"SmlAttentionRes", 0xFF01, Encode_Attention_Response, 500,
-         {kServer, {"attentionNo", UInt64, 48, true}, {"attentionMsg", Octets, 128}, kAnyTree}},
+        {SML_OPEN_REQ, Encode_Open_Request, SML_MAX_ENCODED_ENVELOPE},
+        {SML_OPEN_RES, Encode_Open_Response, SML_MAX_ENCODED_ENVELOPE},
+        {SML_CLOSE_REQ, Encode_Close_Request, SML_MAX_ENCODED_ENVELOPE},
+        {SML_CLOSE_RES, Encode_Close_Response, SML_MAX_ENCODED_ENVELOPE},
+        {SML_GET_PROFILE_PACK_REQ, EncodeProfile<SML_GET_PROFILE_PACK_REQ>,
+         SML_MAX_ENCODED_REQUEST},
+        {SML_GET_PROFILE_LIST_REQ, EncodeProfile<SML_GET_PROFILE_LIST_REQ>,
+         SML_MAX_ENCODED_REQUEST},
+        {SML_GET_PROFILE_LIST_RES, Encode_GetProfileList_Response, SML_MAX_ENCODED_LIST},
+        {SML_GET_PROC_PAR_REQ, Encode_GetProcPar_Request, SML_MAX_ENCODED_REQUEST},
+        {SML_GET_PROC_PAR_RES, Encode_GetProcPar_Response, SML_MAX_ENCODED_TREE},
+        {SML_SET_PROC_PAR_REQ, Encode_SetProcPar_Request, SML_MAX_ENCODED_TREE},
+        {SML_GET_LIST_REQ, Encode_GetList_Request, SML_MAX_ENCODED_REQUEST},
+        {SML_GET_LIST_RES, Encode_GetList_Response, SML_MAX_ENCODED_LIST},
+        {SML_ATTENTION_RES, Encode_Attention_Response, SML_MAX_ENCODED_ENVELOPE},
     };
     return kinds;
 }
-// clang-format on
 
 inline const Kind& KindOf(unsigned long identifier)
 {
@@ -323,34 +284,32 @@ inline const Kind& KindOf(unsigned long identifier)
 struct Sent {
     const Kind* kind;
     cRecord header, body, result;
-    std::string Bytes() const
-    {
-        const vorn::cRecordPar raw = result.GetFirstPar("SmlMsgRawData", 0, 0);
-        return {raw.GetData(), static_cast<std::size_t>(raw.GetSize())};
-    }
+    unsigned Flags() const { return result.GetFirstPar(label::SmltFlags, 0, 0).GetUInt(); }
+    std::string Bytes() const { return BytesAt(result, label::SmlMsgRawData); }
 };
 
-// A message with the fields that has says, not encoded yet.
+// Which elements a message has: those that it needs, with most others, or with all.
+inline bool OnlyNeeded(Generator&, const Element& element) { return Needed(element); }
+inline bool AtRandom(Generator& gen, const Element& element) { return gen.Wants(element); }
+inline bool Everything(Generator&, const Element&) { return true; }
+
+// A message with the elements that has says, not encoded yet.
 template <typename Has>
-Sent Fill(const Kind& kind, const Choices& choices, Has has)
+Sent Fill(const Kind& kind, Choices& choices, Has has)
 {
     Generator gen(choices, kind.size - 200);
     Sent sent{&kind, {}, {}, {}};
-    AppendBytes(sent.header, "transactionId", gen.Bytes(1, 64));
-    sent.header.AppendUIntPar("groupNo", gen.Below(256), 0);
+    AppendBytes(sent.header, label::transactionId, gen.Bytes(1, SML_MAX_TRANSACTION_ID));
+    sent.header.AppendUIntPar(label::groupNo, gen.Below(256), 0);
     static constexpr unsigned kAbort[] = {0, 1, 2, 0xFF};
-    sent.header.AppendUIntPar("abortOnError", kAbort[gen.Below(4)], 0);
-    for (const Rule& field : kind.fields) {
-        const bool wanted = has(gen, field);
-        if (wanted)
-            field.make(gen, sent.body, field);
-    }
+    sent.header.AppendUIntPar(label::abortOnError, kAbort[gen.Below(4)], 0);
+    sent.body = gen.Sequence(kind.body, has);
     return sent;
 }
 
 // The same, encoded.
 template <typename Has>
-Sent Make(const Kind& kind, const Choices& choices, Has has)
+Sent Make(const Kind& kind, Choices& choices, Has has)
 {
     Sent sent = Fill(kind, choices, has);
     if (kind.encode(sent.body, sent.header, sent.result) != SML_ENCODE_OK ||
@@ -358,35 +317,36 @@ Sent Make(const Kind& kind, const Choices& choices, Has has)
         throw std::logic_error(kind.name + (" cannot be encoded: " + sent.body.ToString()));
     return sent;
 }
-
-inline bool AtRandom(Generator& gen, const Rule& field)
+template <typename Has>
+Sent Make(const Kind& kind, unsigned seed, Has has)
 {
-    return field.needed || gen.Below(4) != 0;
+    Choices choices(seed);
+    return Make(kind, choices, has);
 }
 
-// ---- What differs on the way, and why
+// A file: so many messages between one that opens it and one that closes it.
+inline std::vector<Sent> MakeFile(Choices& choices, unsigned within)
+{
+    constexpr unsigned kOthers = 4;
+    const auto others = static_cast<unsigned>(Kinds().size()) - kOthers;
+    std::vector<Sent> file;
+    for (unsigned i = 0; i <= within + 1; ++i) {
+        const unsigned kind = i == 0        ? choices.Below(2)
+                              : i <= within ? kOthers + choices.Below(others)
+                                            : 2 + choices.Below(2);
+        file.push_back(Make(Kinds()[kind], choices, AtRandom));
+    }
+    return file;
+}
+inline std::string BytesOf(const std::vector<Sent>& file)
+{
+    std::string bytes;
+    for (const Sent& sent : file)
+        bytes += sent.Bytes();
+    return bytes;
+}
 
-enum class Change { Renamed, Emptied, EmptyRecord };
-
-struct OneWay {
-    const char* message; // null: any
-    const char* label;
-    Change change;
-    const char* reason;
-};
-
-inline constexpr OneWay kOneWay[] = {
-    {"SmlGetProfListRes", "RawData", Change::Renamed, "rawdata when received"},
-    {"SmlOpenReq", "serverId", Change::Emptied, "requests tell an absent server"},
-    {"SmlGetProfileReq", "serverId", Change::Emptied, "requests tell an absent server"},
-    {"SmlGetProcParReq", "serverId", Change::Emptied, "requests tell an absent server"},
-    {"SmlSetProcParReq", "serverId", Change::Emptied, "requests tell an absent server"},
-    {"SmlGetListReq", "serverId", Change::Emptied, "requests tell an absent server"},
-    {"SmlOpenRes", "codepage", Change::Emptied, "told also when absent"},
-    {"SmlOpenRes", "refTime", Change::EmptyRecord, "told also when absent"},
-    {"SmlGetProfileReq", "beginTime", Change::EmptyRecord, "told also when absent"},
-    {"SmlGetProfileReq", "endTime", Change::EmptyRecord, "told also when absent"},
-};
+// ---- What comes back
 
 inline void AppendCopy(cRecord& out, const vorn::cRecordPar& par, const char* label)
 {
@@ -413,7 +373,7 @@ inline void AppendCopy(cRecord& out, const vorn::cRecordPar& par, const char* la
 // A value that fits 32 bits comes back as such a number.
 inline void AppendReceived(cRecord& out, const vorn::cRecordPar& par, const char* label)
 {
-    const bool value = std::string_view(par.GetName()) == "value";
+    const bool value = std::string_view(par.GetName()) == label::value;
     cRecord nested;
     cRecord received;
     if (par.GetRecord(nested)) {
@@ -433,21 +393,17 @@ inline void AppendReceived(cRecord& out, const vorn::cRecordPar& par, const char
 inline cRecord Received(const Sent& sent)
 {
     cRecord out;
-    for (const Rule& field : sent.kind->fields) {
-        const auto* row =
-            std::find_if(std::begin(kOneWay), std::end(kOneWay), [&](const OneWay& r) {
-                return r.message == std::string_view(sent.kind->name) &&
-                       r.label == std::string_view(field.label);
-            });
-        const bool oneWay = row != std::end(kOneWay);
-        const vorn::cRecordPar par = sent.body.GetFirstPar(field.label, 0, 0);
+    for (const Element& element : sent.kind->body) {
+        const char* const name = element.label.data();
+        const Change change = ChangeOf(sent.kind->body, element);
+        const vorn::cRecordPar par =
+            sent.body.GetFirstPar(change == Change::RENAMED ? label::RawData : name, 0, 0);
         if (par.IsValid())
-            AppendReceived(out, par,
-                           oneWay && row->change == Change::Renamed ? "rawdata" : field.label);
-        else if (oneWay && row->change == Change::Emptied)
-            AppendBytes(out, field.label, "");
-        else if (oneWay && row->change == Change::EmptyRecord)
-            out.AppendRecordPar(field.label, {}, 0);
+            AppendReceived(out, par, name);
+        else if (change == Change::TOLD_WHEN_ABSENT && schema::KindOf(element) == quarn::KIND_DATA)
+            AppendBytes(out, name, "");
+        else if (change == Change::TOLD_WHEN_ABSENT)
+            out.AppendRecordPar(name, {}, 0);
     }
     return out;
 }
@@ -457,12 +413,12 @@ inline std::string Difference(const Sent& sent, const cRecord& record)
 {
     cRecord header = sent.header;
     cRecord got;
-    header.AppendUIntPar("smlMsgIdentifier", sent.kind->identifier, 0);
-    const cRecord gotHeader = Nested(record, "SmlMsgHeader");
+    header.AppendUIntPar(label::smlMsgIdentifier, sent.kind->identifier, 0);
+    const cRecord gotHeader = Nested(record, label::SmlMsgHeader);
     for (const vorn::cRecordPar& par : header)
         AppendReceived(got, gotHeader.GetFirstPar(par.GetName(), 0, 0), par.GetName());
     cRecord body = Nested(record, sent.kind->name);
-    body.DeletePar("extMsgPart", 0, 0); // of a message beyond the parser's store
+    body.DeletePar(label::extMsgPart, 0, 0); // of a message beyond the parser's store
     const vorn::cRecordPar error = record.GetFirstParByPath("SmlStatus.Error", ".", 0, 0);
     const cRecord expected = Received(sent);
     if (error.IsValid() && error.GetSInt() == 0 && header == got && body == expected)

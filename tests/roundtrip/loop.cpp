@@ -15,20 +15,11 @@ struct File {
     bool damaged = false;
 };
 
-File MakeFile(Generator& gen, cSMLTenc& encoder, unsigned seed)
+File FramedFile(Choices& choices, cSMLTenc& encoder)
 {
-    File file;
-    const unsigned within = 1 + gen.Below(4);
-    for (unsigned i = 0; i <= within + 1; ++i) {
-        const unsigned kind =
-            i == 0 ? gen.Below(2) : (i > within ? 2 + gen.Below(2) : 4 + gen.Below(9));
-        file.messages.push_back(Make(Kinds()[kind], seed + i, AtRandom));
-        const Sent& sent = file.messages.back();
-        vorn::cMsg msg =
-            Carrier(sent.result.GetFirstPar("SmltFlags", 0, 0).GetUInt(), sent.Bytes());
-        EXPECT_EQ(encoder.Encode(msg), SMLT_ENCODE_DONE) << "seed " << seed;
-        file.frame += BytesAt(msg.GetRecord(), "IfRec.RawData");
-    }
+    File file{MakeFile(choices, 1 + choices.Below(4)), ""};
+    for (const Sent& sent : file.messages)
+        file.frame += Framed(encoder, sent.Flags(), sent.Bytes());
     return file;
 }
 
@@ -74,27 +65,27 @@ std::string Differences(const File& file, const Parser& parser, int from, int to
 
 TEST(RoundTrip, TheWholeRoadAndDamagedFrames)
 {
-    Generator gen(4711, 0);
+    Choices choices(4711);
     cSMLTenc encoder(SMLT_MODE_TP);
     std::vector<File> files;
     std::string stream;
     for (unsigned i = 0; i < 300; ++i) {
-        File file = MakeFile(gen, encoder, 1000 + 10 * i);
+        File file = FramedFile(choices, encoder);
         if (i % 10 == 7) { // one bit, anywhere behind the start sequence and before the end's
-            const unsigned place = 8 + gen.Below(static_cast<unsigned>(file.frame.size()) - 16);
-            file.frame[place] = static_cast<char>(file.frame[place] ^ (1 << gen.Below(8)));
+            const unsigned place = 8 + choices.Below(static_cast<unsigned>(file.frame.size()) - 16);
+            file.frame[place] = static_cast<char>(file.frame[place] ^ (1 << choices.Below(8)));
             file.damaged = true;
         }
         stream += file.frame;
-        for (unsigned noise = gen.Below(40); noise > 0; --noise)
-            stream += static_cast<char>(gen.Below(0x100) & 0xEFU); // never an escape byte
+        for (unsigned noise = choices.Below(40); noise > 0; --noise)
+            stream += static_cast<char>(choices.Below(0x100) & 0xEFU); // never an escape byte
         files.push_back(file);
     }
     cSMLTdec decoder(SMLT_MODE_TP);
     Parser parser;
     std::vector<Arrival> arrivals;
     for (std::size_t from = 0; from < stream.size();) {
-        const std::size_t size = 1 + gen.Below(gen.Below(4) == 0 ? 9000 : 300);
+        const std::size_t size = 1 + choices.Below(choices.Below(4) == 0 ? 9000 : 300);
         Receive(decoder, parser, stream.substr(from, size), arrivals);
         from += size;
     }

@@ -41,12 +41,6 @@ inline std::string OddOpenRes()
 }
 inline std::string CloseRes() { return Message("0201", "71 01"); }
 
-// The bytes of a row of parser/refusals.txt.
-inline std::string Refused(const std::vector<std::string>& row)
-{
-    return row[1][0] == '@' ? Head(row[1].substr(1, 4)) + Hex(row[1].substr(5)) : Hex(row[1]);
-}
-
 // An octet string of any length with its TL field of seven bytes.
 inline std::string LongString(const std::string& data)
 {

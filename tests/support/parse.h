@@ -82,6 +82,30 @@ inline vorn::cMsg Carrier(unsigned flags, std::string_view bytes)
     return vorn::cMsg(record);
 }
 
+// What the encoder of frames makes of a piece with these flags: BUF_FLAG_FIRST opens a frame,
+// BUF_FLAG_LAST ends it. Empty when it refuses.
+inline std::string Framed(cSMLTenc& encoder, unsigned flags, std::string_view bytes)
+{
+    vorn::cMsg msg = Carrier(flags, bytes);
+    return encoder.Encode(msg) == SMLT_ENCODE_DONE ? BytesAt(msg.GetRecord(), "IfRec.RawData") : "";
+}
+
+// What the decoder makes of bytes that begin with frames: their payloads, up to the last end.
+inline std::vector<std::string> Payloads(std::string_view bytes)
+{
+    std::vector<std::string> payloads;
+    cSMLTdec decoder(SMLT_MODE_TP);
+    for (int result = SMLT_DECODE_LEFT; result == SMLT_DECODE_LEFT;) {
+        vorn::cMsg msg = Carrier(0, bytes);
+        vorn::cRecord ifRec, out;
+        result = decoder.Decode(msg, ifRec, out);
+        if (result == SMLT_DECODE_FRAME || result == SMLT_DECODE_LEFT)
+            payloads.push_back(BytesAt(out, "SmlRawData"));
+        bytes.remove_prefix(bytes.size() - static_cast<std::size_t>(decoder.GetRemaining()));
+    }
+    return payloads;
+}
+
 inline vorn::cRecord Nested(const vorn::cRecord& record, const char* path)
 {
     vorn::cRecord nested;

@@ -78,13 +78,9 @@ private:
     void Send(unsigned round)
     {
         std::string stream;
-        for (const unsigned kind : {round % 2, 4 + (number + round) % 9, 2 + round % 2}) {
-            const Sent sent = Make(Kinds()[kind], 1 + round * kThreads + number, AtRandom);
-            vorn::cMsg msg =
-                Carrier(sent.result.GetFirstPar("SmltFlags", 0, 0).GetUInt(), sent.Bytes());
-            EXPECT_EQ(encoder.Encode(msg), SMLT_ENCODE_DONE);
-            stream += BytesAt(msg.GetRecord(), "IfRec.RawData");
-        }
+        Choices choices(1 + round * kThreads + number);
+        for (const Sent& sent : MakeFile(choices, 1))
+            stream += Framed(encoder, sent.Flags(), sent.Bytes());
         vorn::cMsg msg = Carrier(0, stream);
         cRecord ifRec, out;
         EXPECT_EQ(decoder.Decode(msg, ifRec, out), SMLT_DECODE_FRAME);

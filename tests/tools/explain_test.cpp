@@ -3,6 +3,7 @@
 #include "tests/support/captures.h"
 #include "tests/support/hex.h"
 #include "tests/support/message.h"
+#include "tests/support/refusals.h"
 #include "tests/support/rows.h"
 #include "tests/tools/program.h"
 #include "tests/tools/pseudo_terminal.h"
@@ -271,7 +272,7 @@ TEST(Explain, AgreesWithTheParser)
         const Told told = explain(test::Message(row[1], row[2]) + close);
         EXPECT_FALSE(told.bDamaged) << told.text;
     }
-    for (const test::Row& row : test::Rows("parser/refusals.txt", 5)) {
+    for (const test::Row& row : test::Refusals()) {
         SCOPED_TRACE(row[0]);
         const std::string text = explain(test::Refused(row)).text;
         EXPECT_NE(text.find("the parser stops here"), std::string::npos) << text;

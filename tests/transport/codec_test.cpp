@@ -38,18 +38,9 @@ TEST(TransportCodec, FramesTheMessagesOfAFile)
         stream += framed;
         payload += bytes;
     }
-    cSMLTdec decoder(SMLT_MODE_TP);
     std::string back;
-    int result = SMLT_DECODE_LEFT;
-    for (std::string rest = stream; result == SMLT_DECODE_LEFT;) {
-        vorn::cRecord ifRec, out;
-        vorn::cMsg msg = Carrier(0, rest);
-        result = decoder.Decode(msg, ifRec, out);
-        EXPECT_EQ(out.GetFirstPar("SmltFlags", 0, 0).GetUInt(), 0x03U);
-        back += BytesAt(out, "SmlRawData");
-        rest.erase(0, rest.size() - static_cast<std::size_t>(decoder.GetRemaining()));
-    }
-    EXPECT_EQ(result, SMLT_DECODE_FRAME);
+    for (const std::string& unframed : test::Payloads(stream))
+        back += unframed;
     EXPECT_EQ(test::ToHex(back), test::ToHex(payload));
 }
 
