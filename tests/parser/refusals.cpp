@@ -1,7 +1,7 @@
 // Every code with which a message is refused, from real message bytes, with its trace, as the first
 // and as a later message of its file; and the status that it gives the host.
-#include "tests/parser/in_pieces.h"
 #include "tests/support/refusals.h"
+#include "tests/parser/in_pieces.h"
 #include "tests/support/trace_capture.h"
 
 #include <gtest/gtest.h>
