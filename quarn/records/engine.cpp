@@ -243,14 +243,16 @@ constexpr auto Listed(const char* name, const ListTexts& texts, vorn::eLEVEL mis
 // clang-format off
 constexpr std::tuple kDescriptions{
     Entry<cSmlTime, TimeClass>("cSmlTime", eFIELDS::ENCLOSED, kUntraced, schema::kTime),
-    Entry<cSmlListType, ListTypeClass>("cSmlListType", eFIELDS::ENCLOSED, kUntraced, schema::kListType),
+    Entry<cSmlListType, ListTypeClass>("cSmlListType", eFIELDS::ENCLOSED, kUntraced,
+        schema::kListType),
     ValueClass({"cSmlValue", eFIELDS::ENCLOSED, kDetail, true, true, label::value, CLASS_VALUE}),
     Entry<cSmlPeriodEntry>("cSmlPeriodEntry", eFIELDS::EITHER),
     Entry<cSmlTupelEntry>("cSmlTupelEntry"),
     Entry<cSmlHeaderEntry>("cSmlHeaderEntry"),
     Entry<cSmlValueEntry>("cSmlValueEntry"),
     Entry<cSmlListEntry>("cSmlListEntry", eFIELDS::DIRECT),
-    Structured<cSmlProfObjPeriodEntry>({"cSmlProfObjPeriodEntry", eFIELDS::ENCLOSED, kError, true, false}),
+    Structured<cSmlProfObjPeriodEntry>(
+        {"cSmlProfObjPeriodEntry", eFIELDS::ENCLOSED, kError, true, false}),
     Listed<cSmlList>("cSmlList",
         {"<valList>", "valListEntry invalid/empty/wrong type"}),
     Listed<cSmlPeriodList>("cSmlPeriodList",
@@ -266,7 +268,8 @@ constexpr std::tuple kDescriptions{
     Listed<cSmlObjList>("cSmlObjList",
         {"<object_List>", "object_List_Entry invalid/empty/wrong type", false, false,
          "class invalid/empty", kProgress}, kUntraced),
-    ProcParValueClass(Named<cSmlProcParValue>({"cSmlProcParValue", eFIELDS::ENCLOSED, kDetail}, schema::kProcParValue)),
+    ProcParValueClass(Named<cSmlProcParValue>(
+        {"cSmlProcParValue", eFIELDS::ENCLOSED, kDetail}, schema::kProcParValue)),
     Listed<cSmlChildList>("cSmlChildList",
         {"<child_List>", "tree_Entry invalid/empty"}),
     Entry<cSmlTree>("cSmlTree", eFIELDS::EITHER),
