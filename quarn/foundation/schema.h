@@ -191,7 +191,7 @@ constexpr Element Of(const Structure& structure, std::string_view label)
 {
     return {label, eTYPE::STRUCTURE, eMEANING::PLAIN, false, 0, &structure};
 }
-// The tag of a choice, as it stands in a record.
+// The tag of a choice, as a record has it.
 constexpr Element Tag() { return Unsigned(label::type, 1, eMEANING::TAG); }
 constexpr Element Optional(Element field)
 {

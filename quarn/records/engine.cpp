@@ -179,7 +179,7 @@ public:
 namespace
 {
 
-// The label under which a structure stands in what around holds.
+// The label of a structure in the one that holds it.
 constexpr std::string_view LabelIn(const schema::Structure& around,
                                    const schema::Structure& structure, unsigned depth)
 {

@@ -240,7 +240,7 @@ struct Cells<Fields, std::index_sequence<I...>>
 
 struct Access; // the library's, to what is protected
 
-// What a class is told of its structure: the type and the rules of each element.
+// What a class knows of its structure: the type and the rules of each element.
 template <const schema::Structure& structure, class... Rules>
 struct Plan {
     static_assert((... && (Rules::CountIn(structure) == Rules::kCount)), "a rule for no element");

@@ -159,7 +159,7 @@ TEST(Receiver, TellsTheSameInAnyPieces)
     }
 }
 
-// What a person is told of a stream, and the words of the messages and frames in it.
+// What a person reads about a stream, and the words of its messages and frames.
 struct Told : public tool::cTeller {
     explicit Told(const std::string& bytes) : cTeller(report)
     {
@@ -185,7 +185,7 @@ struct Told : public tool::cTeller {
     std::string err;
 };
 
-// Whatever the place of the cut, what came before it is told as it would be of the whole stream,
+// Wherever the cut is, what came before it is reported as it is of the whole stream,
 // and nothing counts as damage.
 TEST(Receiver, CutsAreNoDamage)
 {

@@ -17,7 +17,7 @@ namespace tool
 namespace
 {
 
-constexpr rapidjson::SizeType kMaxTold = 60; // bytes of a key that is told
+constexpr rapidjson::SizeType kMaxTold = 60; // bytes of a key that are shown
 
 enum class eJSON { UINT, UINT64, SINT, BOOL, DATA, RECORD, LIST, VALUE, TEXT };
 
