@@ -14,7 +14,8 @@ std::map<unsigned, cRecord> Carried(const std::string& stream, Choices& choices)
     cSMLTdec decoder(SMLT_MODE_TP);
     Parser parser;
     fuzz::InPieces(stream, choices, 100, 12000, [&](std::string_view piece, bool last) {
-        cRecord ifRec, out;
+        cRecord ifRec;
+        cRecord out;
         vorn::cMsg msg = Carrier(0, piece);
         const int result = decoder.Decode(msg, ifRec, out);
         fuzz::Require(result == (last ? SMLT_DECODE_FRAME : SMLT_DECODE_MORE),

@@ -204,7 +204,8 @@ private:
         }
         const auto count = static_cast<unsigned>(isNode && !Affords(200) ? 1 : known.size());
         const Element& chosen = *known[known.size() == 1 ? 0 : Below(count)];
-        cRecord rec, inner;
+        cRecord rec;
+        cRecord inner;
         rec.AppendUIntPar(label::type, chosen.uiTag, 0);
         if (chosen.pStructure == &schema::kLocalTime) {
             for (const Element& element : schema::kLocalTime)

@@ -97,7 +97,8 @@ inline std::vector<std::string> Payloads(std::string_view bytes)
     cSMLTdec decoder(SMLT_MODE_TP);
     for (int result = SMLT_DECODE_LEFT; result == SMLT_DECODE_LEFT;) {
         vorn::cMsg msg = Carrier(0, bytes);
-        vorn::cRecord ifRec, out;
+        vorn::cRecord ifRec;
+        vorn::cRecord out;
         result = decoder.Decode(msg, ifRec, out);
         if (result == SMLT_DECODE_FRAME || result == SMLT_DECODE_LEFT)
             payloads.push_back(BytesAt(out, "SmlRawData"));
