@@ -14,7 +14,8 @@ class Help:
     """The help text of the program or of one of its commands, taken apart."""
 
     def __init__(self, program, *command):
-        run = subprocess.run([program, *command, "--help"], capture_output=True, text=True, check=True)
+        run = subprocess.run([program, *command, "--help"], capture_output=True, text=True,
+                             check=True)
         lines = run.stdout.rstrip().split("\n")
         column = next(l.index("Print this help") for l in lines if "Print this help" in l)
         usage = next(i for i, l in enumerate(lines) if l.startswith("Usage:"))

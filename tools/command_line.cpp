@@ -469,7 +469,7 @@ int RunCommandLine(int argc, char** argv)
     CLI::App app("Reads Smart Message Language (SML), the language of meters.", "quarn");
     app.set_version_flag("--version", "quarn " QUARN_VERSION "\n" QUARN_BUILD_TYPE
                                       " build by " QUARN_COMPILER " for " QUARN_SYSTEM);
-    app.require_subcommand(0, 1); // Run complains of none, after a mistyped one
+    app.require_subcommand(0, 1); // none at all is refused below, after a mistyped one
     app.fallthrough();
     app.footer("Example:\n"
                "  quarn decode --format text examples/household.bin\n"

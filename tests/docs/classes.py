@@ -27,14 +27,17 @@ of_list = {name: of_element[element] for name, element in
            re.findall(r"(k\w+) = ListOf\((k\w+)\)", schema)}
 
 source = " ".join(read(f"quarn/records/{name}.h") for name in HEADERS)
-structures = dict(re.findall(r"using (\w+) = ObjectOf< ?CLASS_\w+, schema::(?:Tree::)?(k\w+)", source))
-structures.update(TimeObject="kTime", ListTypeObject="kListType", ProcParValueObject="kProcParValue")
+structures = dict(
+    re.findall(r"using (\w+) = ObjectOf< ?CLASS_\w+, schema::(?:Tree::)?(k\w+)", source))
+structures.update(TimeObject="kTime", ListTypeObject="kListType",
+                  ProcParValueObject="kProcParValue")
 
 
 def fields(body):
     """The fields of a class, each with its getter and setter; behind them the other operations."""
     found = {}
-    for name, code in re.findall(r"bool ((?:Get|Set)\w*)\([^)]*\) (?:const )?noexcept \{(.*?)\}", body):
+    getter_or_setter = r"bool ((?:Get|Set)\w*)\([^)]*\) (?:const )?noexcept \{(.*?)\}"
+    for name, code in re.findall(getter_or_setter, body):
         told = re.findall(r"\b(?:Get|Set)<quarn::label::(\w+)>", code)
         own = ", ".join(told) if len(told) in (1, 3) else ""
         found.setdefault(own, [])
